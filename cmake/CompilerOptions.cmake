@@ -1,0 +1,16 @@
+# Warnings, sanitizers and coverage for every target of the project: link `sonvara_options`.
+add_library(sonvara_options INTERFACE)
+target_compile_options(sonvara_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
+  -Werror)
+
+if(SONVARA_SANITIZE)
+  target_compile_options(sonvara_options INTERFACE -fsanitize=${SONVARA_SANITIZE} -fno-omit-frame-pointer
+    -fno-sanitize-recover=all)
+  target_link_options(sonvara_options INTERFACE -fsanitize=${SONVARA_SANITIZE})
+endif()
+
+if(SONVARA_COVERAGE)
+  target_compile_options(sonvara_options INTERFACE --coverage)
+  target_link_options(sonvara_options INTERFACE --coverage)
+endif()

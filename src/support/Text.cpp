@@ -1,0 +1,138 @@
+#include "support/Text.h"
+
+#include <utf8proc.h>
+
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+namespace sonvara::text {
+namespace {
+
+struct Character {
+    utf8proc_int32_t codepoint;  // negative: the bytes are no valid character
+    std::size_t size;            // bytes, at least 1
+};
+
+Character firstCharacter(std::string_view s)
+{
+    utf8proc_int32_t codepoint = -1;
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(s.data());
+    const auto size = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(s.size()), &codepoint);
+    if (size <= 0) return {-1, 1};
+    return {codepoint, static_cast<std::size_t>(size)};
+}
+
+Character lastCharacter(std::string_view s)
+{
+    std::size_t start = s.size() - 1;
+    while (start > 0 && s.size() - start < 4 && (static_cast<unsigned char>(s[start]) & 0xC0U) == 0x80U)
+        --start;
+    const auto character = firstCharacter(s.substr(start));
+    if (character.codepoint < 0 || start + character.size != s.size()) return {-1, 1};
+    return character;
+}
+
+bool isWhitespaceOrNewline(utf8proc_int32_t codepoint)
+{
+    if (codepoint < 0) return false;
+    if ((codepoint >= 0x09 && codepoint <= 0x0D) || codepoint == 0x85) return true;
+    switch (utf8proc_category(codepoint)) {
+    case UTF8PROC_CATEGORY_ZS:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP: return true;
+    default: return false;
+    }
+}
+
+std::optional<std::string> normalized(std::string_view s)
+{
+    utf8proc_uint8_t* result = nullptr;
+    const auto options = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
+    const auto size = utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(s.data()),
+                                   static_cast<utf8proc_ssize_t>(s.size()), &result, options);
+    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
+    if (size < 0) return std::nullopt;
+    return std::string(reinterpret_cast<const char*>(result), static_cast<std::size_t>(size));
+}
+
+}  // namespace
+
+bool equal(std::string_view a, std::string_view b)
+{
+    if (a == b) return true;
+    const auto left = normalized(a);
+    const auto right = normalized(b);
+    return left && right && *left == *right;
+}
+
+std::string_view trim(std::string_view s)
+{
+    while (!s.empty()) {
+        const auto first = firstCharacter(s);
+        if (!isWhitespaceOrNewline(first.codepoint)) break;
+        s.remove_prefix(first.size);
+    }
+    while (!s.empty()) {
+        const auto last = lastCharacter(s);
+        if (!isWhitespaceOrNewline(last.codepoint)) break;
+        s.remove_suffix(last.size);
+    }
+    return s;
+}
+
+std::vector<std::string_view> split(std::string_view s, std::string_view separator)
+{
+    std::vector<std::string_view> pieces;
+    for (auto end = s.find(separator); end != std::string_view::npos; end = s.find(separator)) {
+        pieces.push_back(s.substr(0, end));
+        s.remove_prefix(end + separator.size());
+    }
+    pieces.push_back(s);
+    return pieces;
+}
+
+std::size_t length(std::string_view s)
+{
+    std::size_t clusters = 0;
+    utf8proc_int32_t state = 0;
+    utf8proc_int32_t previous = -1;
+    while (!s.empty()) {
+        const auto character = firstCharacter(s);
+        const bool joins = previous >= 0 && character.codepoint >= 0 &&
+                           !utf8proc_grapheme_break_stateful(previous, character.codepoint, &state);
+        if (!joins) ++clusters;
+        if (character.codepoint < 0) state = 0;
+        previous = character.codepoint;
+        s.remove_prefix(character.size);
+    }
+    return clusters;
+}
+
+bool isValidUtf8(std::string_view s)
+{
+    while (!s.empty()) {
+        const auto character = firstCharacter(s);
+        if (character.codepoint < 0) return false;
+        s.remove_prefix(character.size);
+    }
+    return true;
+}
+
+std::string wrap(std::string_view s, std::size_t width)
+{
+    std::string lines;
+    std::string line;
+    for (const auto word : split(s, " ")) {
+        if (word.empty()) continue;
+        if (!line.empty() && length(line) + 1 + length(word) <= width) {
+            line.append(" ").append(word);
+            continue;
+        }
+        if (!line.empty()) lines.append(line).append("\n");
+        line = word;
+    }
+    return lines + line;
+}
+
+}  // namespace sonvara::text

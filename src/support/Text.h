@@ -1,0 +1,35 @@
+// Rules for Unicode text that the standard library does not have. All text is UTF-8.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sonvara::text {
+
+/// Whether two texts are canonically equivalent (their NFC forms are equal). Case, white space and
+/// punctuation count. Texts that are not valid UTF-8 are compared byte by byte.
+[[nodiscard]] bool equal(std::string_view a, std::string_view b);
+
+/// `s` without the Unicode white space (categories Zs, Zl, Zp, tab) and line ends (U+000A to U+000D,
+/// U+0085) at both ends.
+[[nodiscard]] std::string_view trim(std::string_view s);
+
+/// The pieces of `s` between the occurrences of `separator`, found from left to right; empty pieces
+/// are kept, so there is always at least one.
+[[nodiscard]] std::vector<std::string_view> split(std::string_view s, std::string_view separator);
+
+/// The number of user-perceived characters (extended grapheme clusters). A byte that belongs to no
+/// valid character counts as one.
+[[nodiscard]] std::size_t length(std::string_view s);
+
+/// Whether `s` is well-formed UTF-8 (no overlong forms, no surrogates).
+[[nodiscard]] bool isValidUtf8(std::string_view s);
+
+/// Breaks `s` at blanks (U+0020) into lines of at most `width` user-perceived characters, joined by
+/// line feeds. Runs of blanks count as one break, leading and trailing ones vanish. A longer word
+/// stands alone on its line, unbroken.
+[[nodiscard]] std::string wrap(std::string_view s, std::size_t width);
+
+}  // namespace sonvara::text
