@@ -12,6 +12,10 @@ public:
 
     /// Main thread, once, when launching has finished and the event loop runs.
     virtual void applicationDidFinishLaunching() = 0;
+
+    /// Main thread: the user asks for the application although it runs already, by starting it again
+    /// or because the desktop has no place for its status item.
+    virtual void applicationDidReopen() = 0;
 };
 
 /// The one application object. Main thread only.

@@ -1,6 +1,7 @@
 // Port: the store of the user's settings.
 #pragma once
 
+#include "support/Setting.h"
 #include "support/Subscription.h"
 
 #include <functional>
@@ -28,5 +29,11 @@ public:
     /// Calls `changed` on the main thread after any value changed, here or in another process.
     [[nodiscard]] virtual Subscription onChange(std::function<void()> changed) = 0;
 };
+
+/// The stored Boolean, or the setting's default when nothing is stored under its key.
+inline bool read(const UserDefaults& defaults, const Setting<bool>& setting)
+{
+    return defaults.hasObject(setting.key) ? defaults.boolForKey(setting.key) : setting.whenAbsent;
+}
 
 }  // namespace sonvara

@@ -1,0 +1,21 @@
+#include "ai/AIProvider.h"
+
+#include <algorithm>
+
+namespace sonvara {
+
+const AIProviderInfo& info(AIProvider provider)
+{
+    return *std::find_if(allAIProviders.begin(), allAIProviders.end(),
+                         [provider](const auto& candidate) { return candidate.provider == provider; });
+}
+
+std::optional<AIProvider> aiProviderFromRawValue(std::string_view rawValue)
+{
+    for (const auto& candidate : allAIProviders) {
+        if (candidate.rawValue == rawValue) return candidate.provider;
+    }
+    return std::nullopt;
+}
+
+}  // namespace sonvara

@@ -1,0 +1,77 @@
+#include "app/AppDelegate.h"
+
+#include "log/DJLog.h"
+#include "monitor/MusicMonitor.h"
+#include "platform/Environment.h"
+#include "platform/MainQueue.h"
+#include "platform/Platform.h"
+#include "speech/SpeechManager.h"
+#include "ui/StatusBarController.h"
+
+namespace sonvara {
+
+namespace {
+constexpr const char* testHarnessVariable = "XCTestConfigurationFilePath";
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    if (platform_.environment.variables().contains(testHarnessVariable)) return;
+    musicMonitor = MusicMonitor::create(platform_);
+    speechManager = SpeechManager::create(platform_);
+    statusBarController = StatusBarController::create(platform_, musicMonitor, speechManager);
+    subscribe();
+}
+
+void AppDelegate::applicationDidReopen()
+{
+    if (statusBarController) statusBarController->openSettings();
+}
+
+void AppDelegate::subscribe()
+{
+    const auto weak = weak_from_this();
+    const auto refreshMenu = [weak](const std::string&) {
+        const auto delegate = weak.lock();
+        if (delegate && delegate->statusBarController) delegate->statusBarController->refreshMenu();
+    };
+    cancellables_.push_back(musicMonitor->isPlaying.subscribe([weak](bool isPlaying) {
+        if (const auto delegate = weak.lock()) delegate->playingChanged(isPlaying);
+    }));
+    cancellables_.push_back(musicMonitor->trackName.subscribe(refreshMenu));
+    cancellables_.push_back(DJLog::shared().lastChat.subscribe(refreshMenu));
+    cancellables_.push_back(musicMonitor->trackName.subscribe([weak](const std::string& trackName) {
+        if (const auto delegate = weak.lock()) delegate->announceLater(trackName);
+    }));
+}
+
+void AppDelegate::playingChanged(bool isPlaying)
+{
+    if (statusBarController) statusBarController->updateIcon(isPlaying);
+    if (!isPlaying) stopLater();
+}
+
+void AppDelegate::stopLater()
+{
+    platform_.mainQueue.post([weak = weak_from_this()] {
+        const auto delegate = weak.lock();
+        if (delegate && delegate->speechManager) delegate->speechManager->stopNow();
+    });
+}
+
+void AppDelegate::announceLater(const std::string& trackName)
+{
+    // The name is delivered before the update it belongs to is complete; the task runs after it.
+    platform_.mainQueue.post([delegate = shared_from_this(), monitor = musicMonitor, trackName] {
+        delegate->announce(trackName, *monitor);
+    });
+}
+
+void AppDelegate::announce(const std::string& trackName, const MusicMonitor& monitor)
+{
+    if (trackName.empty() || !monitor.isPlaying.get() || !speechManager) return;
+    speechManager->speak(trackName, monitor.artistName.get(), monitor.albumName.get(),
+                         monitor.isFavorited.get(), monitor.source.get());
+}
+
+}  // namespace sonvara

@@ -1,0 +1,46 @@
+// Creates the long-lived objects at launch and connects them.
+#pragma once
+
+#include "platform/Application.h"
+#include "support/Subscription.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace sonvara {
+
+class MusicMonitor;
+struct Platform;
+class SpeechManager;
+class StatusBarController;
+
+/// The application delegate: owns the monitor, the announcer and the status item, and their wiring.
+/// Main thread.
+class AppDelegate : public ApplicationDelegate, public std::enable_shared_from_this<AppDelegate> {
+public:
+    /// Made through a shared pointer: the wiring holds the delegate weakly.
+    explicit AppDelegate(Platform& platform) : platform_(platform) {}
+
+    /// Creates and connects everything, unless a test harness hosts the application.
+    void applicationDidFinishLaunching() override;
+    /// Brings the settings window to the front.
+    void applicationDidReopen() override;
+
+    // Set once at launch.
+    std::shared_ptr<StatusBarController> statusBarController;
+    std::shared_ptr<MusicMonitor> musicMonitor;
+    std::shared_ptr<SpeechManager> speechManager;
+
+private:
+    void subscribe();
+    void playingChanged(bool isPlaying);
+    void stopLater();
+    void announceLater(const std::string& trackName);
+    void announce(const std::string& trackName, const MusicMonitor& monitor);
+
+    Platform& platform_;
+    std::vector<Subscription> cancellables_;  ///< in the order in which the deliveries must come
+};
+
+}  // namespace sonvara

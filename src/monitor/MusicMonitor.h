@@ -1,0 +1,60 @@
+// Knows what is playing, from the players' notifications and from polls, and publishes it.
+#pragma once
+
+#include "monitor/NowPlaying.h"
+#include "platform/MainQueue.h"
+#include "platform/SystemLog.h"
+#include "support/Observable.h"
+#include "support/Snapshot.h"
+#include "support/Subscription.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sonvara {
+
+struct Platform;
+
+/// One current picture of what the players play. Each poll (at start, every three seconds and after
+/// every notification) and each notification assigns all six properties, changed or not.
+///
+/// Main thread, but for the polls, which run on the global queue and hand their result back.
+class MusicMonitor : public std::enable_shared_from_this<MusicMonitor> {
+public:
+    /// Makes a monitor that already watches and polls.
+    [[nodiscard]] static std::shared_ptr<MusicMonitor> create(Platform& platform);
+
+    Observable<std::string> trackName;
+    Observable<std::string> artistName;
+    Observable<std::string> albumName;
+    Observable<bool> isPlaying;
+    Observable<bool> isFavorited;
+    Observable<std::string> source;
+
+    /// Starts the poll timer and the first poll.
+    void startMonitoring();
+
+    /// Starts one poll of both players; polls may overlap, and the last one to finish counts.
+    void updateTrackInfo();
+
+private:
+    explicit MusicMonitor(Platform& platform);
+    void observePlayers();
+    void playbackChanged(const Notification& notification);
+    void poll();
+    [[nodiscard]] std::optional<NowPlaying> query(const std::string& player, const std::string& script,
+                                                  std::size_t fields) const;
+    void applyLater(std::optional<NowPlaying> record);
+    void apply(const std::optional<NowPlaying>& record);
+
+    Platform& platform_;
+    std::shared_ptr<RepeatingTimer> timer_;
+    Logger logger_;
+    Snapshot<NowPlaying> lastEventTrack_;  ///< the fallback of every poll; written on the main thread
+    std::vector<Subscription> observers_;
+};
+
+}  // namespace sonvara

@@ -1,0 +1,114 @@
+#include "speech/SpeechManager.h"
+
+#include "ai/AIDJ.h"
+#include "log/DJLog.h"
+#include "platform/MainQueue.h"
+#include "platform/Platform.h"
+#include "platform/UserDefaults.h"
+#include "speech/AnnouncementPolicy.h"
+#include "speech/DJStyle.h"
+
+#include <utility>
+
+namespace sonvara {
+
+namespace {
+constexpr double speechRate = 0.5;
+}
+
+std::shared_ptr<SpeechManager> SpeechManager::create(Platform& platform)
+{
+    std::shared_ptr<SpeechManager> manager(new SpeechManager(platform));
+    platform.speechSynthesizer.setDelegate(manager);
+    return manager;
+}
+
+SpeechManager::SpeechManager(Platform& platform)
+    : platform_(platform),
+      aiDJ_(AIDJ::create(platform)),
+      logger_(platform.systemLog, "Speech")
+{}
+
+void SpeechManager::stopNow()
+{
+    generation_.advance();
+    platform_.speechSynthesizer.stopSpeaking();
+}
+
+void SpeechManager::speak(const std::string& track, const std::string& artist, const std::string& album,
+                          bool favorited, const std::string& source)
+{
+    const bool announce = AnnouncementPolicy::shouldAnnounce({track, artist, album},
+                                                             {lastSpokenTrack_, lastArtist_, lastAlbum_});
+    const bool isNew = AnnouncementPolicy::isNewTrack(track, lastSpokenTrack_);
+    if (isNew) {
+        lastSpokenTrack_ = track;
+        lastArtist_ = artist;
+        lastAlbum_ = album;
+        stopNow();
+    }
+    const auto& defaults = platform_.userDefaults;
+    if (!read(defaults, settings::announcementsEnabled)) return;
+    if (!announce) {
+        if (isNew) logger_.debug({{"Skipping announcement — same album playthrough."}});
+        return;
+    }
+    const Announcement announcement{track, artist, album, favorited, source, generation_.value()};
+    if (read(defaults, settings::aiIntros) && aiDJ_->isAvailable()) {
+        speakAIIntro(announcement);
+    } else {
+        utter(DJ::offlineIntro(track, artist, album, favorited), source, announcement.generation);
+    }
+}
+
+void SpeechManager::speakAIIntro(const Announcement& announcement)
+{
+    auto fallback =
+        DJ::offlineIntro(announcement.track, announcement.artist, announcement.album, announcement.favorited);
+    auto& mainQueue = platform_.mainQueue;
+    mainQueue.post([weak = weak_from_this(), announcement, fallback = std::move(fallback), &mainQueue] {
+        const auto manager = weak.lock();
+        if (!manager) return;
+        // From here on only the AI component is held, so that a slow tool does not keep the manager alive.
+        auto utterLater = [weak, announcement, fallback, &mainQueue](std::optional<std::string> line) {
+            mainQueue.post([weak, announcement, line = line.value_or(fallback)] {
+                const auto alive = weak.lock();
+                if (alive) alive->utter(line, announcement.source, announcement.generation);
+            });
+        };
+        manager->aiDJ_->intro(announcement.track, announcement.artist, announcement.album,
+                              announcement.favorited, std::move(utterLater));
+    });
+}
+
+void SpeechManager::utter(const std::string& line, const std::string& source, std::int64_t generation)
+{
+    if (generation != generation_.value()) {
+        logger_.debug({{"Suppressed announcement — superseded by a newer track or a stop."}});
+        return;
+    }
+    logger_.debug({{"Announcing: "}, {line}});
+    DJLog::shared().recordSpoken(line);
+    if (read(platform_.userDefaults, settings::duckMusic) && !source.empty()) duck(source);
+    auto& synthesizer = platform_.speechSynthesizer;
+    synthesizer.speak({line, synthesizer.voiceForLanguage(synthesizer.currentLanguageCode()), speechRate});
+}
+
+void SpeechManager::didFinish()
+{
+    restoreVolumeLater();
+}
+
+void SpeechManager::didCancel()
+{
+    restoreVolumeLater();
+}
+
+void SpeechManager::restoreVolumeLater()
+{
+    platform_.mainQueue.post([weak = weak_from_this()] {
+        if (const auto manager = weak.lock()) manager->restoreVolume();
+    });
+}
+
+}  // namespace sonvara

@@ -1,0 +1,65 @@
+// Turns reported tracks into spoken announcements.
+#pragma once
+
+#include "platform/SpeechSynthesizer.h"
+#include "platform/SystemLog.h"
+#include "speech/Generation.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace sonvara {
+
+class AIDJ;
+struct Platform;
+
+/// Decides on each reported track, composes the line, lowers the player and hands the line to the
+/// synthesizer. A line for an older track, or from before a stop, is never spoken. Main thread.
+class SpeechManager : public SpeechSynthesizerDelegate, public std::enable_shared_from_this<SpeechManager> {
+public:
+    /// Makes a manager and sets it as the synthesizer's delegate.
+    [[nodiscard]] static std::shared_ptr<SpeechManager> create(Platform& platform);
+
+    /// A player plays this track: to be called for every report, repeats included. `source` is the
+    /// player's name; empty means a player whose volume cannot be changed.
+    void speak(const std::string& track, const std::string& artist, const std::string& album, bool favorited,
+               const std::string& source);
+
+    /// Ends any announcement at once and makes those still being composed stale.
+    void stopNow();
+
+    /// Any thread: an utterance has ended; the player's volume is restored soon on the main thread.
+    void didFinish() override;
+    void didCancel() override;
+
+private:
+    struct Announcement {
+        std::string track;
+        std::string artist;
+        std::string album;
+        bool favorited = false;
+        std::string source;
+        std::int64_t generation = 0;
+    };
+
+    explicit SpeechManager(Platform& platform);
+    void speakAIIntro(const Announcement& announcement);
+    void utter(const std::string& line, const std::string& source, std::int64_t generation);
+    void duck(const std::string& source);
+    void restoreVolume();
+    void restoreVolumeLater();
+
+    Platform& platform_;
+    std::shared_ptr<AIDJ> aiDJ_;
+    Logger logger_;
+    std::string lastSpokenTrack_;  ///< the last new track reported, announced or not
+    std::string lastArtist_;
+    std::string lastAlbum_;
+    std::optional<std::string> duckedSource_;  ///< the player that is lowered
+    std::optional<int> preDuckVolume_;         ///< its volume before
+    Generation generation_;
+};
+
+}  // namespace sonvara

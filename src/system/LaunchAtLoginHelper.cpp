@@ -1,0 +1,29 @@
+#include "system/LaunchAtLoginHelper.h"
+
+#include "platform/LoginItem.h"
+
+#include <iostream>
+
+namespace sonvara {
+
+LaunchAtLoginHelper::LaunchAtLoginHelper(LoginItem& loginItem) : loginItem_(loginItem)
+{
+    checkStatus();
+}
+
+void LaunchAtLoginHelper::checkStatus()
+{
+    isEnabled.set(loginItem_.status() == LoginItemStatus::enabled);
+}
+
+void LaunchAtLoginHelper::toggle()
+{
+    const auto error = isEnabled.get() ? loginItem_.unregisterItem() : loginItem_.registerItem();
+    if (error) {
+        std::cout << "Failed to toggle launch at login: " << *error << std::endl;
+        return;
+    }
+    isEnabled.set(!isEnabled.get());
+}
+
+}  // namespace sonvara

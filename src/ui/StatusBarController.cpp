@@ -1,0 +1,163 @@
+#include "ui/StatusBarController.h"
+
+#include "platform/Application.h"
+#include "platform/GlobalQueue.h"
+#include "platform/MainQueue.h"
+#include "platform/Platform.h"
+#include "platform/UserDefaults.h"
+#include "ui/SettingsView.h"
+#include "ui/StatusIcon.h"
+
+#include <utility>
+
+namespace sonvara {
+
+namespace {
+constexpr const char* placeholderSymbol = "music.note";
+}
+
+std::shared_ptr<StatusBarController> StatusBarController::create(Platform& platform,
+                                                                 std::shared_ptr<MusicMonitor> monitor,
+                                                                 std::shared_ptr<SpeechManager> speech)
+{
+    std::shared_ptr<StatusBarController> controller(
+        new StatusBarController(platform, std::move(monitor), std::move(speech)));
+    controller->logger_.debug({{"Initializing status bar controller"}});
+    controller->configureStatusItem();
+    controller->setupMenu();
+    controller->statusItem_->setMenu(*controller->menu_);
+    controller->menuWillOpen_ = controller->menu_->onWillOpen([weak = controller->weak_from_this()] {
+        if (const auto opened = weak.lock()) opened->menuWillOpen();
+    });
+    return controller;
+}
+
+StatusBarController::StatusBarController(Platform& platform, std::shared_ptr<MusicMonitor> monitor,
+                                         std::shared_ptr<SpeechManager> speech)
+    : platform_(platform),
+      menu_(platform.statusBar.makeMenu()),
+      statusItem_(platform.statusBar.makeSquareItem()),
+      musicMonitor_(std::move(monitor)),
+      speechManager_(std::move(speech)),
+      logger_(platform.systemLog, "StatusBarController")
+{}
+
+StatusBarController::~StatusBarController() = default;
+
+void StatusBarController::configureStatusItem()
+{
+    auto* button = statusItem_->button();
+    if (button == nullptr) {
+        logger_.error({{"Failed to acquire status item button"}});
+        return;
+    }
+    statusButton_ = button;
+    statusItem_->setVisible(true);
+    statusButton_->setSymbol({placeholderSymbol, "Sonvara"});
+    logger_.debug({{"Configured status button with placeholder icon"}});
+    renderIcons();
+}
+
+void StatusBarController::renderIcons()
+{
+    auto& platform = platform_;
+    platform.globalQueue.post(QualityOfService::userInitiated, [weak = weak_from_this(), &platform] {
+        const auto controller = weak.lock();
+        if (!controller) return;
+        auto notPlaying = platform.imageRenderer.render(statusIcon(false));
+        auto playing = platform.imageRenderer.render(statusIcon(true));
+        platform.mainQueue.post(
+            [controller, notPlaying, playing] { controller->cacheIcons(notPlaying, playing); });
+    });
+}
+
+void StatusBarController::cacheIcons(std::shared_ptr<const Image> notPlaying,
+                                     std::shared_ptr<const Image> playing)
+{
+    logger_.debug({{"Caching custom icons (playing: "},
+                   Logger::flag(playing != nullptr),
+                   {", notPlaying: "},
+                   Logger::flag(notPlaying != nullptr),
+                   {")"}});
+    cachedNotPlayingIcon_ = std::move(notPlaying);
+    cachedPlayingIcon_ = std::move(playing);
+    if (statusButton_ == nullptr) return;
+    // Whatever plays now: the icon follows the playing state from the next update on.
+    if (cachedNotPlayingIcon_) {
+        statusButton_->setImage(cachedNotPlayingIcon_);
+    } else {
+        statusButton_->setSymbol({placeholderSymbol, "Sonvara"});
+    }
+}
+
+void StatusBarController::updateIcon(bool isPlaying)
+{
+    platform_.mainQueue.post([weak = weak_from_this(), isPlaying] {
+        if (const auto controller = weak.lock()) controller->showIcon(isPlaying);
+    });
+}
+
+void StatusBarController::showIcon(bool isPlaying)
+{
+    const auto& icon = isPlaying ? cachedPlayingIcon_ : cachedNotPlayingIcon_;
+    if (icon) {
+        if (statusButton_ != nullptr) statusButton_->setImage(icon);
+    } else {
+        logger_.error(
+            {{"updateIcon requested but cached icon missing (isPlaying="}, Logger::flag(isPlaying), {")"}});
+        if (statusButton_ != nullptr) statusButton_->setSymbol({placeholderSymbol, ""});
+    }
+    logger_.debug({{"Status icon updated (isPlaying="}, Logger::flag(isPlaying), {")"}});
+}
+
+void StatusBarController::refreshMenu()
+{
+    platform_.mainQueue.post([controller = shared_from_this()] { controller->setupMenu(); });
+}
+
+void StatusBarController::menuWillOpen()
+{
+    setupMenu();
+}
+
+void StatusBarController::setupMenu()
+{
+    menu_->setItems(menuItems());
+}
+
+void StatusBarController::toggleMute()
+{
+    const auto& setting = settings::announcementsEnabled;
+    platform_.userDefaults.setBool(setting.key, !read(platform_.userDefaults, setting));
+    setupMenu();
+}
+
+void StatusBarController::quitApp()
+{
+    platform_.application.terminate();
+}
+
+void StatusBarController::openSettings()
+{
+    if (!settingsWindow_ || !settingsWindow_->isVisible()) {
+        WindowSetup setup;
+        setup.title = "Sonvara Settings";
+        setup.contentWidth = 420;
+        setup.contentHeight = 360;
+        setup.isClosable = true;
+        setup.isMiniaturizable = true;
+        setup.isCentered = true;
+        setup.content = SettingsView::create(platform_)->form();
+        settingsWindow_ = platform_.windows.make(std::move(setup));
+        settingsWindow_->setDelegate(weak_from_this());
+    }
+    settingsWindow_->makeKeyAndOrderFront();
+    platform_.application.activateIgnoringOtherApps();
+}
+
+void StatusBarController::windowWillClose(Window& window)
+{
+    if (settingsWindow_.get() == &window) settingsWindow_.reset();
+}
+
+}  // namespace sonvara
