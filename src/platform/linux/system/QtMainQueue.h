@@ -1,0 +1,34 @@
+// The main queue on Qt's event loop.
+#pragma once
+
+#include "platform/MainQueue.h"
+
+#include <QObject>
+#include <memory>
+#include <set>
+
+namespace sonvara {
+
+/// To be made and destroyed on the main thread. Tasks run one per event, so that they keep their
+/// order also when one of them runs an event loop of its own, as an open menu does.
+class QtMainQueue final : public MainQueue {
+public:
+    QtMainQueue();
+    /// Destroys the tasks that have not run and stops the timers. Nothing may post any more.
+    ~QtMainQueue() override;
+
+    void post(Task task) override;
+
+    /// The timer is a coarse one: it may be 5 % off, which lets the system join wake-ups.
+    [[nodiscard]] std::shared_ptr<RepeatingTimer> scheduleTimer(std::chrono::milliseconds interval,
+                                                                Task action) override;
+
+private:
+    class Receiver;
+    class Timer;
+
+    std::unique_ptr<Receiver> receiver_;
+    std::set<std::shared_ptr<Timer>> timers_;  // running, whoever else holds them
+};
+
+}  // namespace sonvara

@@ -1,0 +1,21 @@
+#include "platform/posix/Descriptors.h"
+
+#include <cerrno>
+#include <fcntl.h>
+
+namespace sonvara {
+
+int makePipe(PipeEnds& ends)
+{
+    int numbers[2];
+    if (::pipe2(numbers, O_CLOEXEC) != 0) return errno;
+    ends = {FileDescriptor(numbers[0]), FileDescriptor(numbers[1])};
+    return 0;
+}
+
+int closeOtherDescriptors(posix_spawn_file_actions_t& actions, int& /*flags*/)
+{
+    return posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+}
+
+}  // namespace sonvara

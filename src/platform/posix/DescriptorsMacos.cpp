@@ -1,0 +1,26 @@
+#include "platform/posix/Descriptors.h"
+
+#include <cerrno>
+#include <fcntl.h>
+
+namespace sonvara {
+
+// There is no call that makes a pipe which closes on exec from birth; the flag that closes everything
+// else in our own children makes up for the moment between the two steps.
+int makePipe(PipeEnds& ends)
+{
+    int numbers[2];
+    if (::pipe(numbers) != 0) return errno;
+    ends = {FileDescriptor(numbers[0]), FileDescriptor(numbers[1])};
+    for (const int number : numbers)
+        if (::fcntl(number, F_SETFD, FD_CLOEXEC) != 0) return errno;
+    return 0;
+}
+
+int closeOtherDescriptors(posix_spawn_file_actions_t& actions, int& flags)
+{
+    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+    return posix_spawn_file_actions_addinherit_np(&actions, STDIN_FILENO);
+}
+
+}  // namespace sonvara

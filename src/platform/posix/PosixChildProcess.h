@@ -1,0 +1,47 @@
+// Child processes by posix_spawn.
+#pragma once
+
+#include "platform/ChildProcess.h"
+#include "platform/posix/FileDescriptor.h"
+
+#include <chrono>
+#include <cstddef>
+#include <mutex>
+#include <sys/types.h>
+
+namespace sonvara {
+
+/// One run of a program, in a session of its own: it has no terminal to ask questions on, and the
+/// processes that it starts can be asked to end together with it. Signals are at their defaults in
+/// it. A working folder that belongs to another user is refused, since that user could plant files
+/// there for the program to obey.
+///
+/// Two things keep a reader from being at the program's mercy. Processes that the program leaves
+/// behind may hold its output open: it counts as closed two seconds after the program's own end.
+/// Output beyond 64 MiB is dropped, and the program is asked to end.
+class PosixChildProcess final : public ChildProcess {
+public:
+    explicit PosixChildProcess(ChildProcessSetup setup);
+    PosixChildProcess(const PosixChildProcess&) = delete;
+    PosixChildProcess& operator=(const PosixChildProcess&) = delete;
+    ~PosixChildProcess() override;
+
+    [[nodiscard]] std::optional<std::string> launch() override;
+    [[nodiscard]] std::string readOutputToEnd() override;
+    [[nodiscard]] int waitUntilExit() override;
+    [[nodiscard]] bool isRunning() const override;
+    void terminate() override;
+
+private:
+    int spawn();
+    [[nodiscard]] bool waitForOutput(std::chrono::milliseconds limit) const;
+    bool append(std::string& output, const char* bytes, std::size_t count);
+
+    const ChildProcessSetup setup_;
+    FileDescriptor output_;
+    mutable std::mutex mutex_;  // guards what follows
+    std::optional<pid_t> pid_;  // absent once reaped: the number may then be another process's
+    int status_ = 0;            // of the reaped program
+};
+
+}  // namespace sonvara

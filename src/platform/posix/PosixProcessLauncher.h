@@ -1,0 +1,25 @@
+// Makes child processes and knows which ones are still running.
+#pragma once
+
+#include "platform/ChildProcess.h"
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace sonvara {
+
+class PosixProcessLauncher final : public ProcessLauncher {
+public:
+    [[nodiscard]] std::shared_ptr<ChildProcess> make(ChildProcessSetup setup) override;
+
+    /// Any thread: asks every running child politely to end. For the end of the program, so that no
+    /// child works on for nobody.
+    void terminateAll();
+
+private:
+    std::mutex mutex_;
+    std::vector<std::weak_ptr<ChildProcess>> children_;
+};
+
+}  // namespace sonvara

@@ -1,0 +1,201 @@
+#include "platform/linux/system/WorkerPool.h"
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <gtest/gtest.h>
+#include <latch>
+#include <vector>
+
+namespace sonvara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Tasks that block until the gate opens.
+class Gate {
+public:
+    ~Gate() { open(); }
+    void open()
+    {
+        if (!isOpen_.exchange(true)) promise_.set_value();
+    }
+    [[nodiscard]] Task blockedTask()
+    {
+        return [this, opened = opened_] {
+            ++entered_;
+            entered_.notify_all();
+            opened.wait();
+        };
+    }
+    void waitUntilEntered(int count)
+    {
+        for (int now = entered_; now < count; now = entered_) entered_.wait(now);
+    }
+    [[nodiscard]] int entered() const { return entered_; }
+
+private:
+    std::atomic<bool> isOpen_ = false;
+    std::promise<void> promise_;
+    std::shared_future<void> opened_ = promise_.get_future().share();
+    std::atomic<int> entered_ = 0;
+};
+
+void runAndWait(GlobalQueue& queue, QualityOfService quality)
+{
+    std::promise<void> ran;
+    queue.post(quality, [&] { ran.set_value(); });
+    ran.get_future().wait();
+}
+
+TEST(WorkerPool, FiftyBlockedTasksGoOnSideBySide)
+{
+    WorkerPool pool;
+    Gate gate;
+    for (int i = 0; i < 50; ++i) pool.post(QualityOfService::userInitiated, gate.blockedTask());
+    gate.waitUntilEntered(50);
+    EXPECT_GE(pool.threadCount(), 50U);
+    gate.open();
+    EXPECT_TRUE(pool.shutDown(20s));
+}
+
+TEST(WorkerPool, BlockedWorkOfOneQualityDoesNotHoldUpAnother)
+{
+    for (const auto blocked :
+         {QualityOfService::userInitiated, QualityOfService::standard, QualityOfService::utility}) {
+        WorkerPool pool;
+        Gate gate;
+        for (int i = 0; i < 200; ++i) pool.post(blocked, gate.blockedTask());
+        for (const auto other :
+             {QualityOfService::userInitiated, QualityOfService::standard, QualityOfService::utility})
+            if (other != blocked) runAndWait(pool, other);
+        std::promise<void> struck;
+        const auto limit = pool.postAfter(blocked == QualityOfService::standard ? QualityOfService::utility
+                                                                                : QualityOfService::standard,
+                                          5ms, [&] { struck.set_value(); });
+        struck.get_future().wait();
+        EXPECT_LE(gate.entered(), 64);
+        gate.open();
+        EXPECT_TRUE(pool.shutDown(20s));
+    }
+}
+
+TEST(WorkerPool, TasksBeyondTheLimitRunWhenWorkersComeFree)
+{
+    WorkerPool pool;
+    Gate gate;
+    std::latch all(200);
+    for (int i = 0; i < 200; ++i)
+        pool.post(QualityOfService::utility, [&, task = gate.blockedTask()] {
+            task();
+            all.count_down();
+        });
+    gate.waitUntilEntered(16);
+    gate.open();
+    all.wait();
+    EXPECT_TRUE(pool.shutDown(20s));
+}
+
+TEST(WorkerPool, ASingleFileOfTasksUsesFewThreads)
+{
+    WorkerPool pool;
+    for (int i = 0; i < 500; ++i) runAndWait(pool, QualityOfService::utility);
+    EXPECT_LE(pool.threadCount(), 9U);  // some may be on their way back when the next task comes
+}
+
+TEST(WorkerPool, TasksStartInOrderOfSubmission)
+{
+    WorkerPool pool;
+    Gate gate;
+    std::vector<int> started;
+    for (int i = 0; i < 15; ++i) pool.post(QualityOfService::utility, gate.blockedTask());
+    gate.waitUntilEntered(15);  // one worker is left, so the next tasks run one after the other
+    std::promise<void> done;
+    for (int i = 0; i < 100; ++i)
+        pool.post(QualityOfService::utility, [&, i] {
+            started.push_back(i);
+            if (i == 99) done.set_value();
+        });
+    done.get_future().wait();
+    EXPECT_TRUE(std::ranges::is_sorted(started));
+    gate.open();
+    EXPECT_TRUE(pool.shutDown(20s));
+}
+
+TEST(WorkerPool, SurplusIdleWorkersLeaveAtOnceAndTheirNumberStaysBounded)
+{
+    WorkerPool pool;
+    Gate gate;
+    for (int i = 0; i < 50; ++i) pool.post(QualityOfService::userInitiated, gate.blockedTask());
+    gate.waitUntilEntered(50);
+    gate.open();
+    while (pool.threadCount() > 8) std::this_thread::yield();
+    EXPECT_GE(pool.threadCount(), 1U);
+}
+
+TEST(WorkerPool, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
+{
+    auto gate = std::make_shared<Gate>();
+    auto token = std::make_shared<int>();
+    const std::weak_ptr<int> watched = token;
+    std::atomic<bool> ran = false;
+    {
+        WorkerPool pool;
+        for (int i = 0; i < 16; ++i) pool.post(QualityOfService::utility, gate->blockedTask());
+        gate->waitUntilEntered(16);
+        pool.post(QualityOfService::utility, [&, held = std::move(token)] { ran = true; });
+        EXPECT_FALSE(pool.shutDown(10ms));
+        EXPECT_TRUE(watched.expired());
+        pool.post(QualityOfService::standard, [&] { ran = true; });
+        pool.postAfter(QualityOfService::standard, 0ms, [&] { ran = true; })->cancel();
+        gate->open();
+        EXPECT_TRUE(pool.shutDown(20s));
+    }
+    EXPECT_FALSE(ran);
+}
+
+TEST(WorkerPool, BlockedWorkersMayOutliveThePool)
+{
+    const auto gate = std::make_shared<Gate>();
+    const auto finished = std::make_shared<std::promise<void>>();
+    auto pool = std::make_unique<WorkerPool>();
+    pool->post(QualityOfService::userInitiated, [gate, finished, task = gate->blockedTask()] {
+        task();
+        finished->set_value();
+    });
+    gate->waitUntilEntered(1);
+    pool.reset();
+    gate->open();
+    finished->get_future().wait();
+}
+
+TEST(WorkerPool, TheEndOfThePoolForgetsDelayedTasks)
+{
+    auto token = std::make_shared<int>();
+    const std::weak_ptr<int> watched = token;
+    {
+        WorkerPool pool;
+        pool.postAfter(QualityOfService::standard, 1h, [held = std::move(token)] {}).reset();
+        EXPECT_FALSE(watched.expired());
+    }
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(WorkerPool, ATaskThatIsCancelledWhenItIsDueRunsAtMostOnceAndIsDestroyed)
+{
+    WorkerPool pool;
+    std::vector<std::atomic<int>> runs(300);
+    auto token = std::make_shared<int>();
+    const std::weak_ptr<int> watched = token;
+    for (auto& count : runs)
+        pool.postAfter(QualityOfService::standard, 0ms, [&count, token] { ++count; })->cancel();
+    token.reset();
+    EXPECT_TRUE(pool.shutDown(20s));
+    for (const auto& count : runs) EXPECT_LE(count, 1);
+    EXPECT_TRUE(watched.expired());
+}
+
+}  // namespace
+
+}  // namespace sonvara

@@ -1,0 +1,156 @@
+#include "platform/posix/PosixClock.h"
+#include "platform/posix/PosixEnvironment.h"
+#include "platform/posix/PosixFileManager.h"
+
+#include "TemporaryFolder.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <optional>
+#include <unistd.h>
+
+namespace sonvara {
+
+namespace {
+
+// Sets a variable of this process, or removes it, for one test.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const char* value) : name_(name)
+    {
+        if (const char* const before = std::getenv(name)) before_ = before;
+        set(value);
+    }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+    ~ScopedVariable() { set(before_ ? before_->c_str() : nullptr); }
+    void set(const char* value) const
+    {
+        if (value != nullptr)
+            ::setenv(name_, value, 1);
+        else
+            ::unsetenv(name_);
+    }
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
+std::string madeFile(const TemporaryFolder& folder, const std::string& name, unsigned permissions)
+{
+    const auto path = folder.file(name);
+    std::ofstream(path) << "#!/bin/sh\n";
+    std::filesystem::permissions(path, static_cast<std::filesystem::perms>(permissions));
+    return path;
+}
+
+TEST(PosixFileManager, ExecutableFilesAreRegularFilesOrLinksToThem)
+{
+    const TemporaryFolder folder;
+    const PosixFileManager files;
+    const auto program = madeFile(folder, "program", 0755);
+    const auto text = madeFile(folder, "text", 0644);
+    std::filesystem::create_symlink(program, folder.file("link"));
+    std::filesystem::create_symlink(folder.file("absent"), folder.file("dangling"));
+    std::filesystem::create_symlink(folder.file("circle"), folder.file("circle"));
+    std::filesystem::create_directory(folder.file("folder"));
+
+    EXPECT_TRUE(files.isExecutableFile(program));
+    EXPECT_TRUE(files.isExecutableFile(folder.file("link")));
+    EXPECT_FALSE(files.isExecutableFile(text));
+    EXPECT_FALSE(files.isExecutableFile(folder.file("dangling")));
+    EXPECT_FALSE(files.isExecutableFile(folder.file("circle")));
+    EXPECT_FALSE(files.isExecutableFile(folder.file("folder")));
+    EXPECT_FALSE(files.isExecutableFile(folder.file("absent")));
+    EXPECT_FALSE(files.isExecutableFile(program + "/below"));
+    EXPECT_FALSE(files.isExecutableFile(""));
+    EXPECT_FALSE(files.isExecutableFile("/dev/null"));
+}
+
+TEST(PosixFileManager, ExecutabilityIsAskedForTheEffectiveUser)
+{
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
+    const TemporaryFolder folder;
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    const auto ownersOnly = madeFile(folder, "program", 0744);
+    const auto everyones = madeFile(folder, "other", 0755);
+    const PosixFileManager files;
+    EXPECT_TRUE(files.isExecutableFile(ownersOnly));
+    ASSERT_EQ(::seteuid(12345), 0);
+    const bool mayExecuteOwners = files.isExecutableFile(ownersOnly);
+    const bool mayExecuteOther = files.isExecutableFile(everyones);
+    ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_FALSE(mayExecuteOwners);
+    EXPECT_TRUE(mayExecuteOther);
+}
+
+TEST(PosixFileManager, TemporaryFolderIsTmpdirOrTmp)
+{
+    const PosixFileManager files;
+    const ScopedVariable variable("TMPDIR", "/some/where");
+    EXPECT_EQ(files.temporaryDirectory(), "/some/where");
+    variable.set("/some/where//");
+    EXPECT_EQ(files.temporaryDirectory(), "/some/where");
+    for (const char* const unusable : {"", "relative/path", static_cast<const char*>(nullptr)}) {
+        variable.set(unusable);
+        EXPECT_EQ(files.temporaryDirectory(), "/tmp");
+    }
+}
+
+TEST(PosixFileManager, MakesAFolderWithThoseAboveIt)
+{
+    const TemporaryFolder folder;
+    PosixFileManager files;
+    const auto path = folder.file("a/b/c");
+    EXPECT_TRUE(files.createDirectory(path));
+    EXPECT_TRUE(std::filesystem::is_directory(path));
+    EXPECT_TRUE(files.createDirectory(path));
+    std::filesystem::create_directory_symlink(path, folder.file("link"));
+    EXPECT_TRUE(files.createDirectory(folder.file("link")));
+    madeFile(folder, "file", 0644);
+    EXPECT_FALSE(files.createDirectory(folder.file("file")));
+    EXPECT_FALSE(files.createDirectory(folder.file("file/below")));
+}
+
+TEST(PosixEnvironment, HoldsEveryVariable)
+{
+    const ScopedVariable empty("SONVARA_TEST_EMPTY", "");
+    const ScopedVariable text("SONVARA_TEST_TEXT", "a=b\n\xFF");
+    const ScopedVariable absent("SONVARA_TEST_ABSENT", nullptr);
+    const auto variables = PosixEnvironment().variables();
+    EXPECT_EQ(variables.at("SONVARA_TEST_EMPTY"), "");
+    EXPECT_EQ(variables.at("SONVARA_TEST_TEXT"), "a=b\n\xFF");
+    EXPECT_FALSE(variables.contains("SONVARA_TEST_ABSENT"));
+}
+
+TEST(PosixClock, GivesTheTimeOfDayInTheCurrentZone)
+{
+    const PosixClock clock;
+    const auto time =
+        WallTime(std::chrono::sys_days(std::chrono::January / 31 / 2024) + std::chrono::hours(21) +
+                 std::chrono::minutes(5) + std::chrono::seconds(9) + std::chrono::milliseconds(999));
+    const ScopedVariable zone("TZ", "UTC0");
+    const auto utc = clock.local(time);
+    EXPECT_EQ(utc.hour, 21);
+    EXPECT_EQ(utc.minute, 5);
+    EXPECT_EQ(utc.second, 9);
+    zone.set("TST-5:30");
+    const auto moved = clock.local(time);
+    EXPECT_EQ(moved.hour, 2);
+    EXPECT_EQ(moved.minute, 35);
+    EXPECT_EQ(moved.second, 9);
+}
+
+TEST(PosixClock, NowIsTheSystemsTime)
+{
+    const auto before = std::chrono::system_clock::now();
+    const auto now = PosixClock().now();
+    EXPECT_LE(before, now);
+    EXPECT_LE(now, std::chrono::system_clock::now());
+}
+
+}  // namespace
+
+}  // namespace sonvara
