@@ -1,0 +1,138 @@
+#include "platform/linux/players/MprisBus.h"
+
+#include "platform/linux/players/PlayerIdentity.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <utility>
+
+namespace sonvara::players {
+namespace {
+
+const QString daemonName = QStringLiteral("org.freedesktop.DBus");
+const QString daemonPath = QStringLiteral("/org/freedesktop/DBus");
+const QString playerPath = QStringLiteral("/org/mpris/MediaPlayer2");
+const QString rootInterface = QStringLiteral("org.mpris.MediaPlayer2");
+const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
+const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString volumeProperty = QStringLiteral("Volume");
+
+QDBusMessage propertiesCall(const std::string& owner, const QString& method)
+{
+    return QDBusMessage::createMethodCall(QString::fromStdString(owner), playerPath, propertiesInterface,
+                                          method);
+}
+
+bool isReply(const QDBusMessage& message)
+{
+    return message.type() == QDBusMessage::ReplyMessage;
+}
+
+std::function<void(const QDBusMessage&)> argumentsTo(const MprisBus::Answer& answer)
+{
+    return [answer](const QDBusMessage& message) {
+        answer(isReply(message) ? message.arguments() : QVariantList());
+    };
+}
+
+}  // namespace
+
+MprisBus::MprisBus(QDBusConnection connection) : connection_(std::move(connection)) {}
+
+void MprisBus::listen()
+{
+    // No sender is named: one rule hears all players, and a player may own several names.
+    connection_.connect(QString(), playerPath, propertiesInterface, QStringLiteral("PropertiesChanged"),
+                        {playerInterface}, QString(), this, SLOT(takePropertiesChanged(QDBusMessage)));
+    connection_.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                        SLOT(takeDisconnected()));
+    // The asterisk hears the whole namespace, and nothing of the other programs' comings and goings.
+    const auto everyName = QString::fromUtf8(namePrefix.data(), namePrefix.size()) + QLatin1Char('*');
+    auto* names =
+        new QDBusServiceWatcher(everyName, connection_, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(names, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& name, const QString& before, const QString& now) {
+                emit ownerChanged(name.toStdString(), before.toStdString(), now.toStdString());
+            });
+}
+
+void MprisBus::askNames(const Answer& answer)
+{
+    ask(QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, QStringLiteral("ListNames")),
+        argumentsTo(answer));
+}
+
+void MprisBus::askOwner(const std::string& name, const Answer& answer)
+{
+    askDaemon(QStringLiteral("GetNameOwner"), name, answer);
+}
+
+void MprisBus::askProcess(const std::string& owner, const Answer& answer)
+{
+    askDaemon(QStringLiteral("GetConnectionUnixProcessID"), owner, answer);
+}
+
+void MprisBus::askIntroduction(const std::string& owner, const Answer& answer)
+{
+    askProperties(owner, rootInterface, answer);
+}
+
+void MprisBus::askState(const std::string& owner, const Answer& answer)
+{
+    askProperties(owner, playerInterface, answer);
+}
+
+void MprisBus::askVolume(const std::string& owner, const Answer& answer)
+{
+    auto question = propertiesCall(owner, QStringLiteral("Get"));
+    question.setArguments({playerInterface, volumeProperty});
+    ask(std::move(question), argumentsTo(answer));
+}
+
+void MprisBus::setVolume(const std::string& owner, double volume, const std::function<void(bool)>& done)
+{
+    auto question = propertiesCall(owner, QStringLiteral("Set"));
+    question.setArguments({playerInterface, volumeProperty, QVariant::fromValue(QDBusVariant(volume))});
+    ask(std::move(question), [done](const QDBusMessage& message) { done(isReply(message)); });
+}
+
+void MprisBus::takePropertiesChanged(const QDBusMessage& message)
+{
+    emit stateSignalled(message.service().toStdString(), message.arguments());
+}
+
+void MprisBus::takeDisconnected()
+{
+    emit lost();
+}
+
+void MprisBus::ask(QDBusMessage question, const std::function<void(const QDBusMessage&)>& answer)
+{
+    question.setAutoStartService(false);
+    const auto call = connection_.asyncCall(question, static_cast<int>(limit.count()));
+    auto* watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [answer](QDBusPendingCallWatcher* finished) {
+        finished->deleteLater();
+        answer(finished->reply());
+    });
+}
+
+void MprisBus::askDaemon(const QString& method, const std::string& name, const Answer& answer)
+{
+    auto question = QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, method);
+    question.setArguments({QString::fromStdString(name)});
+    ask(std::move(question), argumentsTo(answer));
+}
+
+void MprisBus::askProperties(const std::string& owner, const QString& interface, const Answer& answer)
+{
+    auto question = propertiesCall(owner, QStringLiteral("GetAll"));
+    question.setArguments({interface});
+    ask(std::move(question), argumentsTo(answer));
+}
+
+}  // namespace sonvara::players

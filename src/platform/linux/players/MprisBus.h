@@ -1,0 +1,69 @@
+// The questions that are asked over the session bus, and the signals that are heard on it.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QVariantList>
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+class QDBusServiceWatcher;
+
+namespace sonvara::players {
+
+/// Plain messages only: no proxy objects, whose making may wait for a hung player. Main thread;
+/// nothing blocks, and nobody is started by being asked.
+class MprisBus : public QObject {
+    Q_OBJECT
+
+public:
+    /// What was answered: the reply's arguments. Empty if the answer is an error, is no message at
+    /// all within the limit, or holds nothing.
+    using Answer = std::function<void(const QVariantList&)>;
+
+    /// The limit for every question. Two of them in a row fit into the time a script may take.
+    static constexpr std::chrono::milliseconds limit{400};
+
+    explicit MprisBus(QDBusConnection connection);
+
+    [[nodiscard]] bool isConnected() const { return connection_.isConnected(); }
+
+    /// Begins to send the signals below.
+    void listen();
+
+    /// Each calls `answer` once, later, unless this object is destroyed before.
+    void askNames(const Answer& answer);
+    void askOwner(const std::string& name, const Answer& answer);
+    void askProcess(const std::string& owner, const Answer& answer);
+    void askIntroduction(const std::string& owner, const Answer& answer);
+    void askState(const std::string& owner, const Answer& answer);
+    void askVolume(const std::string& owner, const Answer& answer);
+
+    /// Calls `done` once, later, with whether the player has accepted the volume (0.0 to 1.0).
+    void setVolume(const std::string& owner, double volume, const std::function<void(bool)>& done);
+
+signals:
+    /// A player's name has another owner; an empty owner is none.
+    void ownerChanged(const std::string& name, const std::string& before, const std::string& now);
+    /// The connection `owner` says that a player's properties have changed. The arguments are as
+    /// they came.
+    void stateSignalled(const std::string& owner, const QVariantList& arguments);
+    /// The bus has gone, for good.
+    void lost();
+
+private slots:
+    void takePropertiesChanged(const QDBusMessage& message);
+    void takeDisconnected();
+
+private:
+    void ask(QDBusMessage question, const std::function<void(const QDBusMessage&)>& answer);
+    void askDaemon(const QString& method, const std::string& name, const Answer& answer);
+    void askProperties(const std::string& owner, const QString& interface, const Answer& answer);
+
+    QDBusConnection connection_;
+};
+
+}  // namespace sonvara::players

@@ -1,0 +1,31 @@
+// Reads the values that players put on the bus. Players differ in types and spellings: a value of
+// an unexpected type counts as missing, and nothing here fails.
+#pragma once
+
+#include "platform/linux/players/PlayerState.h"
+
+#include <QVariant>
+#include <QVariantMap>
+
+#include <optional>
+#include <string>
+
+namespace sonvara::players {
+
+/// The string-keyed map in `value`, as it comes over the bus; absent if it is something else.
+[[nodiscard]] std::optional<QVariantMap> decodeMap(const QVariant& value);
+
+/// A text as valid UTF-8; empty if `value` is none.
+[[nodiscard]] std::string decodeText(const QVariant& value);
+
+/// The track described by the map `metadata`.
+[[nodiscard]] Track decodeTrack(const QVariantMap& metadata);
+
+/// What `properties`, some properties of a player, say of its state.
+[[nodiscard]] StateChange decodeState(const QVariantMap& properties);
+
+/// A volume from 0.0 to 1.0 as a percentage, rounded; beyond these limits, the limit. Absent if
+/// `value` is no finite number.
+[[nodiscard]] std::optional<int> decodeVolume(const QVariant& value);
+
+}  // namespace sonvara::players

@@ -1,0 +1,54 @@
+#include "platform/linux/players/MprisPlayers.h"
+
+#include "platform/linux/players/MprisBus.h"
+#include "platform/linux/players/PlayerNotificationCenter.h"
+#include "platform/linux/players/PlayerScriptRunner.h"
+#include "platform/linux/players/PlayerVolume.h"
+#include "platform/linux/players/PlayerWatch.h"
+
+namespace sonvara {
+
+using namespace players;
+
+struct MprisPlayers::Parts {
+    Parts(const QDBusConnection& connection, SystemLog& log)
+        : bus(connection),
+          watch(
+              bus, [this](const Notification& each) { center.post(each); }, log),
+          volume(bus, watch.directory()),
+          runner([this](const auto& command, const auto& answer) { carryOut(command, answer); })
+    {}
+
+    void carryOut(const ScriptCommand& command, const PlayerScriptRunner::Answer& answer)
+    {
+        switch (command.verb) {
+        case ScriptCommand::Verb::poll: watch.poll(command.player, answer); break;
+        case ScriptCommand::Verb::getVolume: volume.read(command.player, answer); break;
+        case ScriptCommand::Verb::setVolume: volume.set(command.player, command.volume, answer); break;
+        }
+    }
+
+    PlayerNotificationCenter center;
+    MprisBus bus;
+    PlayerWatch watch;
+    PlayerVolume volume;
+    PlayerScriptRunner runner;
+};
+
+MprisPlayers::MprisPlayers(const QDBusConnection& bus, SystemLog& log)
+    : parts_(std::make_unique<Parts>(bus, log))
+{}
+
+MprisPlayers::~MprisPlayers() = default;
+
+NotificationCenter& MprisPlayers::notificationCenter()
+{
+    return parts_->center;
+}
+
+ScriptRunner& MprisPlayers::scriptRunner()
+{
+    return parts_->runner;
+}
+
+}  // namespace sonvara

@@ -1,0 +1,43 @@
+#include "platform/linux/players/PictureFeed.h"
+
+namespace sonvara::players {
+namespace {
+
+std::string textOf(PlaybackStatus status)
+{
+    switch (status) {
+    case PlaybackStatus::playing: return "Playing";
+    case PlaybackStatus::paused: return "Paused";
+    case PlaybackStatus::stopped: break;
+    }
+    return "Stopped";
+}
+
+}  // namespace
+
+Notification notificationOf(PlayerKind kind, const Picture& picture)
+{
+    const bool isMusic = kind == PlayerKind::music;
+    UserInfo info{{"Player State", textOf(picture.status)},
+                  {"Name", picture.title},
+                  {"Artist", picture.artist},
+                  {"Album", picture.album},
+                  {"Loved", picture.loved}};
+    return {isMusic ? "com.apple.Music.playerInfo" : "com.spotify.client.PlaybackStateChanged",
+            std::move(info)};
+}
+
+std::optional<Notification> PictureFeed::follow(const Picture& picture, Time now)
+{
+    deadline_.reset();
+    if (picture == told_) return std::nullopt;
+    if (toldAt_ && now < *toldAt_ + closest) {
+        deadline_ = *toldAt_ + closest;
+        return std::nullopt;
+    }
+    told_ = picture;
+    toldAt_ = now;
+    return notificationOf(kind_, picture);
+}
+
+}  // namespace sonvara::players

@@ -1,0 +1,42 @@
+// Turns the changing picture of one of the two players into the notifications that it posts.
+#pragma once
+
+#include "platform/NotificationCenter.h"
+#include "platform/linux/players/PlayerIdentity.h"
+#include "platform/linux/players/PlayerState.h"
+#include "platform/linux/players/Settler.h"
+
+#include <chrono>
+#include <optional>
+
+namespace sonvara::players {
+
+/// The notification by which the player `kind` tells of `picture`.
+[[nodiscard]] Notification notificationOf(PlayerKind kind, const Picture& picture);
+
+/// One notification for each change, at once; a player that changes without a pause is told of with
+/// its latest picture a few times a second. Time comes from the caller and never runs backwards.
+class PictureFeed {
+public:
+    /// Changes that follow each other more closely than this are told as one. Nobody hears titles
+    /// at such a speed, and each one costs the system a question to both players.
+    static constexpr std::chrono::milliseconds closest{20};
+
+    explicit PictureFeed(PlayerKind kind) : kind_(kind) {}
+
+    /// Takes `picture` as already told.
+    void begin(Picture picture) { told_ = std::move(picture); }
+
+    /// What is to be posted now that the player's picture is `picture`. If a change must wait for
+    /// its turn, `deadline` says when to call this again.
+    [[nodiscard]] std::optional<Notification> follow(const Picture& picture, Time now);
+    [[nodiscard]] std::optional<Time> deadline() const { return deadline_; }
+
+private:
+    PlayerKind kind_;
+    Picture told_;
+    std::optional<Time> toldAt_;
+    std::optional<Time> deadline_;
+};
+
+}  // namespace sonvara::players

@@ -1,0 +1,36 @@
+// Reads and sets a player's own volume.
+#pragma once
+
+#include "platform/linux/players/MprisBus.h"
+#include "platform/linux/players/PlayerDirectory.h"
+#include "platform/linux/players/PlayerScripts.h"
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace sonvara::players {
+
+/// Always asks the player itself: what players signal of their volume may be late or missing. Main
+/// thread; answers come later or at once, exactly once.
+///
+/// A name like "Music" may mean another program a moment later. A volume is therefore set on the
+/// program on which it was last read, so that what was lowered is what is raised again.
+class PlayerVolume {
+public:
+    using Answer = std::function<void(ScriptResult)>;
+
+    PlayerVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_(bus), directory_(directory) {}
+
+    void read(PlayerKind kind, const Answer& answer);
+    void set(PlayerKind kind, int volume, const Answer& answer);
+
+private:
+    [[nodiscard]] const Player* playerToSet(PlayerKind kind) const;
+
+    MprisBus& bus_;
+    const PlayerDirectory& directory_;
+    std::map<PlayerKind, std::string> lastRead_;  // a name, so that a player started anew is the same
+};
+
+}  // namespace sonvara::players
