@@ -1,0 +1,141 @@
+#include "platform/linux/players/MprisDecoder.h"
+
+#include "support/Text.h"
+
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace sonvara::players {
+namespace {
+
+const QVariantMap song{{"xesam:title", "Song"},
+                       {"xesam:artist", QStringList{"A", "B"}},
+                       {"xesam:album", "Album"},
+                       {"mpris:trackid", QVariant::fromValue(QDBusObjectPath("/track/1"))},
+                       {"xesam:url", "file:///song.mp3"}};
+
+Track decodeWith(const QString& key, const QVariant& value)
+{
+    auto metadata = song;
+    metadata[key] = value;
+    return decodeTrack(metadata);
+}
+
+// Every kind of value that is none of the expected ones.
+const QVariantList strangers{QVariant(),
+                             true,
+                             7,
+                             3.5,
+                             QByteArray("x"),
+                             QStringList{},
+                             QVariantList{},
+                             QVariantMap{},
+                             QVariant::fromValue(QDBusVariant()),
+                             QVariantList{1, 2.0, QVariant()}};
+
+TEST(MprisDecoder, ReadsATrack)
+{
+    const auto track = decodeTrack(song);
+    EXPECT_EQ(track.title, "Song");
+    EXPECT_EQ(track.artist, "A, B");
+    EXPECT_EQ(track.album, "Album");
+    EXPECT_EQ(track.id, "/track/1");
+    EXPECT_EQ(track.url, "file:///song.mp3");
+    EXPECT_FALSE(track.loved);
+}
+
+TEST(MprisDecoder, ArtistsMayBeOneTextOrAnyList)
+{
+    EXPECT_EQ(decodeWith("xesam:artist", "Solo").artist, "Solo");
+    EXPECT_EQ(decodeWith("xesam:artist", QVariantList{"A", 5, "B"}).artist, "A, B");
+    EXPECT_EQ(decodeWith("xesam:artist", QStringList{"", "B", ""}).artist, "B");
+    EXPECT_EQ(decodeWith("xesam:artist", QStringList{}).artist, "");
+}
+
+TEST(MprisDecoder, ATrackIdMayBeAText)
+{
+    EXPECT_EQ(decodeWith("mpris:trackid", "spotify:track:1").id, "spotify:track:1");
+}
+
+TEST(MprisDecoder, ValuesOfWrongTypesAreMissing)
+{
+    for (const auto& stranger : strangers) {
+        EXPECT_EQ(decodeWith("xesam:title", stranger).title, "");
+        EXPECT_EQ(decodeWith("xesam:artist", stranger).artist, "");
+        EXPECT_EQ(decodeWith("xesam:album", stranger).album, "");
+        EXPECT_EQ(decodeWith("mpris:trackid", stranger).id, "");
+        EXPECT_EQ(decodeWith("xesam:url", stranger).url, "");
+        EXPECT_FALSE(decodeWith("xesam:userRating", stranger).loved);
+        EXPECT_EQ(decodeState({{"PlaybackStatus", stranger}}).status, std::nullopt);
+    }
+}
+
+TEST(MprisDecoder, LovedIsTheHighestRatingOnly)
+{
+    EXPECT_TRUE(decodeWith("xesam:userRating", 1.0).loved);
+    EXPECT_TRUE(decodeWith("xesam:userRating", 1).loved);
+    EXPECT_FALSE(decodeWith("xesam:userRating", 0.8).loved);
+    EXPECT_FALSE(decodeWith("xesam:userRating", 3.0).loved);
+    EXPECT_FALSE(decodeWith("xesam:userRating", "1.0").loved);
+    EXPECT_FALSE(decodeWith("xesam:userRating", std::nan("")).loved);
+}
+
+TEST(MprisDecoder, VariantsInVariantsAreUnwrapped)
+{
+    const auto wrapped = QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant("Deep"))));
+    EXPECT_EQ(decodeWith("xesam:title", wrapped).title, "Deep");
+}
+
+TEST(MprisDecoder, TextsAreValidWhateverTheyHold)
+{
+    const auto nul = QString(QChar(0)) + "a";
+    EXPECT_EQ(decodeText(nul), std::string("\0a", 2));
+    EXPECT_EQ(decodeText(QString::fromUtf8("Sigur Rós 🎵")), "Sigur Rós 🎵");
+    const QString loneSurrogate = QString("a") + QChar(0xD800) + "b";
+    EXPECT_TRUE(text::isValidUtf8(decodeText(loneSurrogate)));
+    EXPECT_EQ(decodeText(QString(1 << 20, 'x')).size(), std::size_t(1 << 20));
+}
+
+TEST(MprisDecoder, StateNamesOnlyWhatThePropertiesHold)
+{
+    const auto volume = decodeState({{"Volume", 0.5}});
+    EXPECT_FALSE(volume.status || volume.track);
+    EXPECT_EQ(decodeState({{"PlaybackStatus", "Playing"}}).status, PlaybackStatus::playing);
+    EXPECT_EQ(decodeState({{"PlaybackStatus", "Paused"}}).status, PlaybackStatus::paused);
+    EXPECT_EQ(decodeState({{"PlaybackStatus", "Stopped"}}).status, PlaybackStatus::stopped);
+    EXPECT_EQ(decodeState({{"PlaybackStatus", "playing"}}).status, std::nullopt);
+    EXPECT_EQ(decodeState({{"Metadata", song}}).track->title, "Song");
+    EXPECT_EQ(decodeState({{"Metadata", QVariantMap()}}).track->title, "");
+    EXPECT_FALSE(decodeState({{"Metadata", "a text"}}).track);
+}
+
+TEST(MprisDecoder, VolumeIsRoundedAndClamped)
+{
+    EXPECT_EQ(decodeVolume(0.0), 0);
+    EXPECT_EQ(decodeVolume(1.0), 100);
+    EXPECT_EQ(decodeVolume(0.300003), 30);
+    EXPECT_EQ(decodeVolume(0.295), 30);
+    EXPECT_EQ(decodeVolume(0.994), 99);
+    EXPECT_EQ(decodeVolume(1.25), 100);
+    EXPECT_EQ(decodeVolume(-0.5), 0);
+    EXPECT_EQ(decodeVolume(1), 100);
+    EXPECT_EQ(decodeVolume(1e300), 100);
+    EXPECT_EQ(decodeVolume(QVariant::fromValue(QDBusVariant(0.5))), 50);
+}
+
+TEST(MprisDecoder, WhatIsNoFiniteNumberIsNoVolume)
+{
+    EXPECT_EQ(decodeVolume(std::nan("")), std::nullopt);
+    EXPECT_EQ(decodeVolume(std::numeric_limits<double>::infinity()), std::nullopt);
+    EXPECT_EQ(decodeVolume(-std::numeric_limits<double>::infinity()), std::nullopt);
+    for (const auto& no : QVariantList{QVariant(), "0.5", true, QStringList{"0.5"}, QVariantMap{}})
+        EXPECT_EQ(decodeVolume(no), std::nullopt);
+}
+
+}  // namespace
+}  // namespace sonvara::players

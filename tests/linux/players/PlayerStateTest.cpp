@@ -1,0 +1,108 @@
+#include "platform/linux/players/PlayerState.h"
+
+#include <gtest/gtest.h>
+
+namespace sonvara::players {
+namespace {
+
+Track track(const std::string& title, const std::string& artist = "Artist")
+{
+    Track result;
+    result.title = title;
+    result.artist = artist;
+    return result;
+}
+
+TEST(PlayerState, TellsATrackThatPlaysOrIsPaused)
+{
+    auto song = track("Song");
+    song.album = "Album";
+    song.loved = true;
+    EXPECT_EQ(pictureOf({PlaybackStatus::playing, song}),
+              (Picture{PlaybackStatus::playing, "Song", "Artist", "Album", true}));
+    EXPECT_EQ(pictureOf({PlaybackStatus::paused, song}),
+              (Picture{PlaybackStatus::paused, "Song", "Artist", "Album", true}));
+}
+
+TEST(PlayerState, AStoppedPlayerHasNoTrackWhateverItStillNames)
+{
+    EXPECT_EQ(pictureOf({PlaybackStatus::stopped, track("Song")}), Picture{});
+}
+
+TEST(PlayerState, ATrackWithoutATitleIsNone)
+{
+    EXPECT_EQ(pictureOf({PlaybackStatus::playing, track("")}), Picture{});
+}
+
+TEST(PlayerState, AdvertisementsAreRecognisedByTheirIdOrTheirAddress)
+{
+    auto byPath = track("Buy this");
+    byPath.id = "/com/spotify/ad/42";
+    auto byText = track("Buy this");
+    byText.id = "spotify:ad:42";
+    auto byAddress = track("Buy this");
+    byAddress.url = "https://open.spotify.com/ad/42";
+    for (const auto& each : {byPath, byText, byAddress}) {
+        EXPECT_TRUE(isAdvertisement(each));
+        EXPECT_EQ(pictureOf({PlaybackStatus::playing, each}), Picture{});
+    }
+}
+
+TEST(PlayerState, TheUsersOwnFolderMayBeCalledAd)
+{
+    auto song = track("Song");
+    song.id = "spotify:track:/add/";
+    song.url = "file:///home/me/ad/song.flac";
+    EXPECT_FALSE(isAdvertisement(song));
+}
+
+TEST(PlayerState, ATrackIsCompleteWithTitleAndArtist)
+{
+    EXPECT_TRUE(isComplete(track("Song")));
+    EXPECT_FALSE(isComplete(track("Song", "")));
+    EXPECT_FALSE(isComplete(track("")));
+}
+
+TEST(PlayerState, AFileNameIsNoCompleteTitle)
+{
+    auto song = track("My song #1.mp3");
+    song.url = "file:///music/My%20song%20%231.mp3";
+    EXPECT_FALSE(isComplete(song));
+    song.title = "My song";
+    EXPECT_TRUE(isComplete(song));
+    song.title = "a%zz%4";  // no valid escape: the text stands for itself
+    song.url = "a%zz%4";
+    EXPECT_FALSE(isComplete(song));
+}
+
+TEST(PlayerState, AMessageChangesOnlyWhatItNames)
+{
+    PlayerState state;
+    merge(state, {PlaybackStatus::playing, track("One")});
+    merge(state, {PlaybackStatus::paused, std::nullopt});
+    EXPECT_EQ(state.track.title, "One");
+    merge(state, {std::nullopt, track("Two")});
+    EXPECT_EQ(state.status, PlaybackStatus::paused);
+    EXPECT_EQ(state.track.title, "Two");
+}
+
+TEST(PlayerState, ATrackFromBeforeAStopIsNotBelieved)
+{
+    PlayerState state;
+    merge(state, {PlaybackStatus::playing, track("One")});
+    merge(state, {PlaybackStatus::stopped, std::nullopt});
+    merge(state, {PlaybackStatus::playing, std::nullopt});
+    EXPECT_EQ(state.track.title, "");
+}
+
+TEST(PlayerState, ATrackNamedAfterAStopIsBelieved)
+{
+    PlayerState state;
+    merge(state, {PlaybackStatus::stopped, std::nullopt});
+    merge(state, {std::nullopt, track("One")});
+    merge(state, {PlaybackStatus::playing, std::nullopt});
+    EXPECT_EQ(pictureOf(state).title, "One");
+}
+
+}  // namespace
+}  // namespace sonvara::players

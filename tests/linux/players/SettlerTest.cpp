@@ -1,0 +1,211 @@
+#include "platform/linux/players/Settler.h"
+
+#include <gtest/gtest.h>
+
+namespace sonvara::players {
+namespace {
+
+using namespace std::chrono_literals;
+
+// One player in virtual time: `says` is a message at the present moment, `passes` lets time go by
+// and wakes the settler when it asked for it.
+class SettlerTest : public testing::Test {
+protected:
+    void says(std::optional<PlaybackStatus> status, std::optional<Track> track = std::nullopt)
+    {
+        merge(said_, {status, std::move(track)});
+        settler_.observe(said_, now_);
+        note();
+    }
+    void passes(std::chrono::milliseconds time)
+    {
+        const auto end = now_ + time;
+        while (settler_.deadline() && *settler_.deadline() <= end) {
+            now_ = *settler_.deadline();
+            settler_.expire(now_);
+            note();
+        }
+        now_ = end;
+    }
+    static Track song(const std::string& title, const std::string& artist = "Artist")
+    {
+        Track track;
+        track.title = title;
+        track.artist = artist;
+        return track;
+    }
+    [[nodiscard]] std::vector<std::string> told() const { return told_; }
+
+    static constexpr auto playing = PlaybackStatus::playing;
+    static constexpr auto paused = PlaybackStatus::paused;
+    static constexpr auto stopped = PlaybackStatus::stopped;
+    Settler settler_;
+
+private:
+    void note()
+    {
+        if (settler_.picture() == last_) return;
+        last_ = settler_.picture();
+        told_.push_back((last_.status == playing  ? "plays "
+                         : last_.status == paused ? "paused "
+                                                  : "stopped ") +
+                        last_.title + "/" + last_.artist);
+    }
+
+    Time now_{};
+    PlayerState said_;
+    Picture last_;
+    std::vector<std::string> told_;
+};
+
+using Told = std::vector<std::string>;
+
+TEST_F(SettlerTest, ACompleteTrackThatPlaysIsToldWithoutDelay)
+{
+    says(playing, song("One"));
+    EXPECT_EQ(told(), Told{"plays One/Artist"});
+    EXPECT_FALSE(settler_.deadline());
+    says(std::nullopt, song("Two"));
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+    EXPECT_FALSE(settler_.deadline());
+}
+
+TEST_F(SettlerTest, AnIncompleteTrackWaitsForItsTags)
+{
+    says(playing, song("One"));
+    says(std::nullopt, song("two.mp3", ""));
+    passes(100ms);
+    says(std::nullopt, song("Two"));
+    passes(1s);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+}
+
+TEST_F(SettlerTest, ATrackThatStaysIncompleteIsToldAfter300Milliseconds)
+{
+    says(playing, song("stream", ""));
+    passes(299ms);
+    EXPECT_EQ(told(), Told{});
+    EXPECT_FALSE(settler_.hasSettled());
+    passes(1ms);
+    EXPECT_EQ(told(), Told{"plays stream/"});
+    EXPECT_TRUE(settler_.hasSettled());
+    EXPECT_FALSE(settler_.deadline());
+}
+
+TEST_F(SettlerTest, RepeatingAnIncompleteTrackDoesNotProlongTheWait)
+{
+    says(playing, song("stream", ""));
+    for (int i = 0; i < 3; ++i) {
+        passes(99ms);
+        says(std::nullopt, song("stream", ""));
+    }
+    passes(3ms);
+    EXPECT_EQ(told(), Told{"plays stream/"});
+}
+
+TEST_F(SettlerTest, AnotherIncompleteTrackHasItsOwnTime)
+{
+    says(playing, song("one.mp3", ""));
+    passes(200ms);
+    says(std::nullopt, song("two.mp3", ""));
+    passes(200ms);
+    says(std::nullopt, song("Two"));
+    passes(1s);
+    EXPECT_EQ(told(), Told{"plays Two/Artist"});
+}
+
+TEST_F(SettlerTest, ATitleThatScrollsIsToldAfterASecond)
+{
+    says(playing, song("title 0", ""));
+    for (int i = 1; i <= 10; ++i) {
+        passes(100ms);
+        says(std::nullopt, song("title " + std::to_string(i), ""));
+    }
+    EXPECT_EQ(told(), Told{"plays title 9/"});
+}
+
+TEST_F(SettlerTest, AStopBetweenTwoTracksIsNoStop)
+{
+    says(playing, song("One"));
+    says(stopped);
+    passes(200ms);
+    says(playing, song("Two"));
+    passes(1s);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+}
+
+TEST_F(SettlerTest, AStopThatLastsIsAStop)
+{
+    says(playing, song("One"));
+    says(stopped);
+    passes(299ms);
+    says(stopped);
+    EXPECT_EQ(told(), Told{"plays One/Artist"});
+    passes(1ms);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "stopped /"}));
+}
+
+TEST_F(SettlerTest, APauseAtATrackChangeIsNoPause)
+{
+    says(playing, song("One"));
+    says(paused);
+    passes(50ms);
+    says(std::nullopt, song("Two"));
+    passes(50ms);
+    says(playing);
+    passes(50ms);
+    says(paused);
+    passes(50ms);
+    says(playing);
+    passes(1s);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+}
+
+TEST_F(SettlerTest, APauseThatLastsIsAPauseAndItsEndIsToldAtOnce)
+{
+    says(playing, song("One"));
+    says(paused);
+    passes(300ms);
+    says(playing);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "paused One/Artist", "plays One/Artist"}));
+}
+
+TEST_F(SettlerTest, AGapFollowedByAnIncompleteTrackGivesTheTagsTheirTime)
+{
+    says(playing, song("One"));
+    says(stopped);
+    passes(250ms);
+    says(playing, song("two.mp3", ""));
+    passes(250ms);
+    says(std::nullopt, song("Two"));
+    passes(1s);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+}
+
+TEST_F(SettlerTest, APausedTrackIsToldAtOnceWhenNothingPlayed)
+{
+    says(paused, song("One"));
+    EXPECT_EQ(told(), Told{"paused One/Artist"});
+}
+
+TEST_F(SettlerTest, AnEmptyPlayerIsSettledAtOnce)
+{
+    says(stopped);
+    EXPECT_TRUE(settler_.hasSettled());
+    EXPECT_EQ(settler_.picture(), Picture{});
+    EXPECT_FALSE(settler_.deadline());
+}
+
+TEST_F(SettlerTest, AnAdvertisementEndsTheTrack)
+{
+    says(playing, song("One"));
+    auto advertisement = song("Buy this");
+    advertisement.id = "/com/spotify/ad/1";
+    says(std::nullopt, advertisement);
+    passes(300ms);
+    says(std::nullopt, song("Two"));
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "stopped /", "plays Two/Artist"}));
+}
+
+}  // namespace
+}  // namespace sonvara::players
