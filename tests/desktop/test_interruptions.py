@@ -1,0 +1,78 @@
+#!/usr/bin/python3
+"""What a pause and a burst of skips do to the voice, judged by what was heard."""
+
+import time
+import unittest
+
+from scenario import Scenario
+from desktop.processes import wait_until
+from desktop.sound import MUSIC, SPEECH, STEP, likeness
+from desktop.tracks import Track
+
+LONG_LINE = Track("A Title That Takes the Voice Quite a While to Read Aloud", "An Orchestra of Many Names",
+                  "The Collected Recordings", 440, 25)
+
+
+class Interruptions(unittest.TestCase):
+
+    def test_pause_silences_the_voice_within_half_a_second_and_resume_does_not_repeat_the_line(self):
+        for player in ("audacious", "mpv"):
+            with self.subTest(player), Scenario() as scenario:
+                recorder = scenario.recorder
+                scenario.play(player, [LONG_LINE])
+                recorder.next_sound(SPEECH, limit=30)
+                scenario.player.call("Pause")
+                recorder.next_silence(SPEECH, limit=10)
+                recorder.next_silence(MUSIC, limit=10)
+
+                # The pause is heard as the end of the music.
+                paused = recorder.sounds(MUSIC)[-1].end
+                voice = recorder.sounds(SPEECH)
+                self.assertEqual(len(voice), 1)
+                self.assertLess(voice[0].end - paused, 0.5)
+                wait_until("the volume", lambda: scenario.player.volume() == 100)
+
+                scenario.player.call("Play")
+                resumed = recorder.next_sound(MUSIC, limit=10)
+                # Longer than two of the program's looks at the player, and than any line takes to begin.
+                wait_until("seven seconds of music", lambda: recorder.seconds() > resumed + 7, 10)
+                self.assertEqual(recorder.sounds(SPEECH), voice, "no line after a resume")
+                self.assertFalse(recorder.is_audible(SPEECH))
+
+                whole = scenario.speak_alone(scenario.tray.chat())
+                self.assertLess(voice[0].seconds, whole.seconds - 1, "the pause came before the end of the line")
+
+    def test_of_ten_quick_skips_only_the_last_line_is_heard_whole(self):
+        tracks = [Track(f"Song Number {number}", f"Artist {number}", f"Album {number}", 300 + 30 * number, 30)
+                  for number in range(11)]
+        with Scenario() as scenario:
+            recorder = scenario.recorder
+            scenario.play("audacious", tracks)
+            recorder.next_sound(SPEECH, limit=30)
+            recorder.next_silence(SPEECH, limit=30)
+            first = recorder.sounds(SPEECH)
+
+            begin = time.monotonic()
+            for number in range(1, 11):
+                scenario.player.call("Next")
+                wait_until("the next skip", lambda: time.monotonic() >= begin + 0.2 * number)
+            self.assertEqual(scenario.player.title(), tracks[-1].title)
+            wait_until("the last line", lambda: tracks[-1].title in scenario.tray.chat(), 10)
+            skipped = recorder.seconds()
+            wait_until("its sound", lambda: recorder.sounds(SPEECH)[-1].end > skipped + 0.5, 15)
+            recorder.next_silence(SPEECH, limit=30, length=3.0)
+
+            *cut, last = recorder.sounds(SPEECH)[len(first):]
+            whole = scenario.speak_alone(scenario.tray.chat())
+            self.assertLess(sum(span.seconds for span in cut), 2.0, "the lines before it were cut")
+            self._expect_same(recorder.levels(SPEECH), last, whole)
+
+    def _expect_same(self, levels, heard, alone):
+        """Two lines at once would not sound as one line alone does."""
+        self.assertAlmostEqual(heard.seconds, alone.seconds, delta=0.3)
+        one, two = (levels[round(span.start / STEP):round(span.end / STEP)] for span in (heard, alone))
+        self.assertGreater(likeness(one, two), 0.9)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

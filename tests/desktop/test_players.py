@@ -1,0 +1,68 @@
+#!/usr/bin/python3
+"""test_players.py PLAYER: a playlist of three tracks in one real player, judged by what was heard."""
+
+import os
+import sys
+import unittest
+
+from scenario import Scenario
+from desktop.sound import MUSIC, SPEECH
+from desktop.tracks import Track
+
+TRACKS = (
+    Track("Café Señorita", "Björk & Sigur Rós", "Ænima", 440, 12),
+    Track("Snake_Case & Don't Stop", "Queen", "Hits", 660, 12, "ogg"),
+    Track("Radio Ga Ga", "Queen", "Hits", 880, 6),  # straight on through the album: not announced
+)
+VOLUME, DUCKED = 100, 35
+
+
+class Playlist(unittest.TestCase):
+    name = None
+
+    def test_each_new_album_is_announced_over_lowered_music(self):
+        with Scenario() as scenario:
+            scenario.play(self.name, TRACKS)
+            self.recorder = scenario.recorder
+            self.player = scenario.player
+            self.recorder.next_sound(MUSIC, limit=20)
+            self.recorder.next_silence(MUSIC, limit=60, length=2.0)
+
+            lines = self.recorder.sounds(SPEECH)
+            heard = [self._track_at(line.start) for line in lines]
+            self.assertEqual(heard, [0, 1], "each announced track has one line, the third track has none")
+            for line, track in zip(lines, heard):
+                self._expect_duck(line, track)
+            self.assertEqual([self._track_at(self.recorder.sounds(MUSIC)[-1].end - 1)], [2])
+            self.assertIn(TRACKS[1].title, scenario.tray.chat())
+
+    def _expect_duck(self, line, track):
+        level = self.recorder.level_between
+        before_end = self._end_of(track) - 0.2
+        normal = level(MUSIC, before_end - 1, before_end)
+        expected = normal + self.player.decibels(DUCKED) - self.player.decibels(VOLUME)
+        self.assertAlmostEqual(level(MUSIC, line.start, line.end), expected, delta=1.0)
+        # The words themselves: from shortly after the first to the last, nothing was louder.
+        loudest = max(self.recorder.levels(MUSIC)[int((line.start + 0.5) * 100):int(line.end * 100)])
+        self.assertLess(loudest, expected + 3)
+        self.assertAlmostEqual(level(MUSIC, line.end + 1.5, line.end + 2), normal, delta=1.0)
+
+    def _track_at(self, time):
+        pitch = self.recorder.pitch_between(time, time + 0.2)
+        return min(range(len(TRACKS)), key=lambda index: abs(TRACKS[index].pitch - pitch))
+
+    def _end_of(self, track):
+        """The time in the recording up to which the track's tone is heard."""
+        time = max(span.end for span in self.recorder.sounds(MUSIC)) - 0.2
+        while self._track_at(time) != track:
+            time -= 0.1
+        return time
+
+
+if __name__ == "__main__":
+    Playlist.name = sys.argv.pop(1)
+    if Playlist.name == "vlc" and os.getuid() == 0:
+        # It refuses to run as root; all that talks to it over the session bus must be the same user.
+        os.execvp("unshare", ["unshare", "--user", "--map-user=1000", "--map-group=1000",
+                              sys.executable, __file__, "vlc", *sys.argv[1:]])
+    unittest.main(verbosity=2)

@@ -1,0 +1,121 @@
+"""Starts processes and stops every one of them by its process id, with all that they started themselves."""
+
+import ctypes
+import os
+import signal
+import subprocess
+import sys
+import time
+
+_PR_SET_PDEATHSIG = 1
+_PR_SET_CHILD_SUBREAPER = 36
+_libc = ctypes.CDLL(None)
+
+
+class Timeout(Exception):
+    """A condition did not become true within its limit."""
+
+
+def wait_until(what, condition, limit=10.0, pause=0.02):
+    """Returns the first true value of condition(); raises Timeout, naming `what`, after `limit` seconds."""
+    deadline = time.monotonic() + limit
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise Timeout(f"{what}: not within {limit:g} seconds")
+        time.sleep(pause)
+
+
+class Processes:
+    """The children of this process. There is one of these at a time: stop_all() ends all descendants."""
+
+    def __init__(self, log_folder):
+        self._log_folder = log_folder
+        # What a child leaves behind (a daemon, a helper that the bus started) becomes our child: so it is found.
+        _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1)
+
+    def start(self, name, arguments, env, **options):
+        """Starts a process whose output goes to the log NAME.log; a session of its own keeps Ctrl-C from it."""
+        with open(self.log_path(name), "ab") as log:
+            return subprocess.Popen(arguments, env=env, stdin=subprocess.DEVNULL, start_new_session=True,
+                                    preexec_fn=_die_with_parent, **{"stdout": log, "stderr": log, **options})
+
+    def log_path(self, name):
+        return os.path.join(self._log_folder, name + ".log")
+
+    def stop_all(self):
+        """Asks all descendants to end, newest first; after two seconds, ends them."""
+        for number, limit in ((signal.SIGTERM, 2.0), (signal.SIGKILL, 2.0)):
+            deadline = time.monotonic() + limit
+            asked = set()
+            while time.monotonic() < deadline:
+                _reap()
+                left = _descendants(os.getpid())
+                if not left:
+                    return
+                for pid in reversed([pid for pid in left if pid not in asked]):
+                    _signal(pid, number)
+                asked.update(left)
+                time.sleep(0.02)
+
+
+def end_orderly():
+    """From now on a request to end unwinds this program, so that contexts close; so does the end of its parent."""
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, _unwind)
+    _die_with_parent()
+
+
+def _unwind(number, _):
+    # A second request must not interrupt the closing.
+    for other in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(other, signal.SIG_IGN)
+    sys.exit(128 + number)
+
+
+def stop(process, limit=5.0):
+    """Asks one process to end, ends it after the limit, and returns its exit status."""
+    process.terminate()
+    try:
+        return process.wait(limit)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        return process.wait()
+
+
+def _die_with_parent():
+    # The last resort, should the parent be killed before it could stop anything.
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
+
+
+def _signal(pid, number):
+    try:
+        os.kill(pid, number)
+    except ProcessLookupError:
+        pass
+
+
+def _reap():
+    try:
+        while os.waitpid(-1, os.WNOHANG)[0]:
+            pass
+    except ChildProcessError:
+        pass
+
+
+def _descendants(root):
+    """The process ids below root, parents before children."""
+    children = {}
+    for entry in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{entry}/stat", encoding="utf-8", errors="replace") as stat:
+                parent = int(stat.read().rpartition(")")[2].split()[1])
+        except (FileNotFoundError, ProcessLookupError):
+            continue
+        children.setdefault(parent, []).append(int(entry))
+    found = list(children.get(root, ()))
+    for pid in found:
+        found.extend(children.get(pid, ()))
+    return found

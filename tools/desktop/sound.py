@@ -1,0 +1,149 @@
+"""Records what the music and the speech sink play, on one clock, and measures it.
+
+Times are seconds from the start of the recording; levels are decibels below full scale.
+"""
+
+import array
+import math
+import os
+import subprocess
+import wave
+from dataclasses import dataclass
+
+from desktop.processes import stop, wait_until
+
+RATE = 44100
+MUSIC, SPEECH = 0, 2  # the first channel of each in the four channels of the recording
+STEP = 0.01  # seconds of one measured window
+SILENCE = -96.0
+AUDIBLE = -50.0  # louder than this is sound; the pauses between two words are not
+_CHANNELS = 4
+_FRAMES = int(RATE * STEP)
+
+
+@dataclass(frozen=True)
+class Span:
+    start: float
+    end: float
+
+    @property
+    def seconds(self):
+        return self.end - self.start
+
+
+class Recording:
+    """A recording that may still be growing in its file."""
+
+    def __init__(self, name):
+        self._name = name
+        self._levels = {MUSIC: [], SPEECH: []}
+
+    def seconds(self):
+        return os.path.getsize(self._name) / (2 * _CHANNELS * RATE)
+
+    def levels(self, channel):
+        """The level of each STEP so far."""
+        self._measure()
+        return self._levels[channel]
+
+    def level_between(self, channel, start, end):
+        """The middle one of the levels between the two times."""
+        levels = sorted(self.levels(channel)[round(start / STEP):round(end / STEP)])
+        if not levels:
+            raise ValueError(f"nothing was recorded between {start:.2f} s and {end:.2f} s")
+        return levels[len(levels) // 2]
+
+    def sounds(self, channel, gap=0.7):
+        """The spans with sound; shorter silences than `gap`, as between two sentences, belong to them."""
+        spans = []
+        for index, level in enumerate(self.levels(channel)):
+            time = index * STEP
+            if level <= AUDIBLE:
+                continue
+            if spans and time - spans[-1].end < gap:
+                spans[-1] = Span(spans[-1].start, time + STEP)
+            else:
+                spans.append(Span(time, time + STEP))
+        return spans
+
+    def is_audible(self, channel):
+        """Whether the last tenth of a second holds sound."""
+        return max(self.levels(channel)[-10:], default=SILENCE) > AUDIBLE
+
+    def pitch_between(self, start, end):
+        """The pitch of the music in Hz, from the number of its upward zero crossings."""
+        samples = self._samples(MUSIC, start, end)
+        crossings = sum(1 for before, after in zip(samples, samples[1:]) if before < 0 <= after)
+        return crossings / (end - start)
+
+    def save(self, channel, name):
+        """Writes the two channels from `channel` on as a WAV file."""
+        samples = array.array("h", self._read(0, self.seconds()))
+        with wave.open(name, "wb") as out:
+            out.setnchannels(2)
+            out.setsampwidth(2)
+            out.setframerate(RATE)
+            pair = array.array("h", bytes(4 * (len(samples) // _CHANNELS)))
+            pair[0::2] = samples[channel::_CHANNELS]
+            pair[1::2] = samples[channel + 1::_CHANNELS]
+            out.writeframes(pair.tobytes())
+
+    def _samples(self, channel, start, end):
+        return array.array("h", self._read(start, end))[channel::_CHANNELS]
+
+    def _read(self, start, end):
+        frame = 2 * _CHANNELS
+        with open(self._name, "rb") as file:
+            file.seek(round(start * RATE) * frame)
+            data = file.read((round(end * RATE) - round(start * RATE)) * frame)
+        return data[:len(data) // frame * frame]
+
+    def _measure(self):
+        done = len(self._levels[MUSIC])
+        samples = array.array("h", self._read(done * STEP, self.seconds()))
+        for first in range(0, len(samples) - _FRAMES * _CHANNELS + 1, _FRAMES * _CHANNELS):
+            for channel, levels in self._levels.items():
+                levels.append(_level(samples[first + channel:first + _FRAMES * _CHANNELS:_CHANNELS]))
+
+
+class Recorder(Recording):
+    """Records the private desktop from its construction to stop()."""
+
+    def __init__(self, desktop):
+        name = os.path.join(desktop.folder, "recording.raw")
+        with open(name, "wb") as file:
+            self._process = desktop.start(
+                "recorder", ["parec", "--device=both.monitor", f"--rate={RATE}", f"--channels={_CHANNELS}",
+                             "--format=s16le", "--latency-msec=20", "--raw"], stdout=file)
+        super().__init__(name)
+        wait_until("the recorder", lambda: self.seconds() > 0)
+
+    def stop(self):
+        stop(self._process)
+
+    def next_sound(self, channel, limit):
+        """Waits until there is sound, and returns the time on this recording's clock."""
+        wait_until("sound", lambda: self.is_audible(channel), limit)
+        return self.seconds()
+
+    def next_silence(self, channel, limit, length=1.0):
+        """Waits until the channel has been silent for `length` seconds."""
+        count = round(length / STEP)
+        wait_until("silence", lambda: max(self.levels(channel)[-count:]) <= AUDIBLE, limit)
+
+
+def likeness(levels, others):
+    """How alike two courses of levels are: 1 is the same, 0 is nothing in common. The shorter one is padded."""
+    count = max(len(levels), len(others))
+    one, two = ([_loudness(level) for level in line] + [0.0] * (count - len(line)) for line in (levels, others))
+    norm = math.sqrt(sum(a * a for a in one) * sum(b * b for b in two))
+    return sum(a * b for a, b in zip(one, two)) / norm if norm else 0.0
+
+
+def _loudness(level):
+    return 10 ** (level / 20)
+
+
+def _level(samples):
+    power = sum(sample * sample for sample in samples) / len(samples)
+    return max(SILENCE, 10 * math.log10(power / 32768 ** 2)) if power else SILENCE
