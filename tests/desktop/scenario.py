@@ -1,13 +1,14 @@
 """What the whole-program tests share: Sonvara on a private desktop, with a real player and a recorder.
 
-ctest names the program in SONVARA_PROGRAM.
+ctest names the program in SONVARA_PROGRAM; a test run by hand takes the release build.
 """
 
 import os
 import sys
 
 sys.dont_write_bytecode = True
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools"))
+_ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.insert(0, os.path.join(_ROOT, "tools"))
 
 from desktop.players import Player
 from desktop.processes import end_orderly
@@ -16,6 +17,7 @@ from desktop.sound import SPEECH, Recorder
 from desktop.tracks import make_tracks
 from desktop.tray import TrayItem
 
+PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(_ROOT, "build", "release", "sonvara"))
 end_orderly()
 
 
@@ -29,7 +31,7 @@ class Scenario:
     def __enter__(self):
         self.desktop.__enter__()
         try:
-            self.program = self.desktop.start("sonvara", [os.environ["SONVARA_PROGRAM"]], {"PULSE_SINK": "speech"})
+            self.program = self.desktop.start("sonvara", [PROGRAM], {"PULSE_SINK": "speech"})
             self.tray = TrayItem(self.desktop, self.program.pid)
             self.recorder = Recorder(self.desktop)
         except BaseException:

@@ -18,6 +18,7 @@ STEP = 0.01  # seconds of one measured window
 SILENCE = -96.0
 AUDIBLE = -50.0  # louder than this is sound; the pauses between two words are not
 _CHANNELS = 4
+_CHANNEL_MAP = "--channel-map=front-left,front-right,rear-left,rear-right"  # else the channels are mixed
 _FRAMES = int(RATE * STEP)
 
 
@@ -113,7 +114,7 @@ class Recorder(Recording):
         name = os.path.join(desktop.folder, "recording.raw")
         with open(name, "wb") as file:
             self._process = desktop.start(
-                "recorder", ["parec", "--device=both.monitor", f"--rate={RATE}", f"--channels={_CHANNELS}",
+                "recorder", ["parec", "--device=both.monitor", f"--rate={RATE}", f"--channels={_CHANNELS}", _CHANNEL_MAP,
                              "--format=s16le", "--latency-msec=20", "--raw"], stdout=file)
         super().__init__(name)
         wait_until("the recorder", lambda: self.seconds() > 0)
