@@ -7,8 +7,8 @@ import os
 import sys
 
 sys.dont_write_bytecode = True
-_ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-sys.path.insert(0, os.path.join(_ROOT, "tools"))
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.insert(0, os.path.join(ROOT, "tools"))
 
 from desktop.players import Player
 from desktop.processes import end_orderly
@@ -17,7 +17,7 @@ from desktop.sound import SPEECH, Recorder
 from desktop.tracks import make_tracks
 from desktop.tray import TrayItem
 
-PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(_ROOT, "build", "release", "sonvara"))
+PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(ROOT, "build", "release", "sonvara"))
 end_orderly()
 
 

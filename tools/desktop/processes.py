@@ -52,7 +52,7 @@ class Processes:
             asked = set()
             while time.monotonic() < deadline:
                 _reap()
-                left = _descendants(os.getpid())
+                left = descendants(os.getpid())
                 if not left:
                     return
                 for pid in reversed([pid for pid in left if pid not in asked]):
@@ -105,7 +105,7 @@ def _reap():
         pass
 
 
-def _descendants(root):
+def descendants(root):
     """The process ids below root, parents before children."""
     children = {}
     for entry in filter(str.isdigit, os.listdir("/proc")):
