@@ -1,0 +1,133 @@
+#include "platform/linux/system/IniUserDefaults.h"
+
+#include "platform/SystemLog.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QStringList>
+#include <QVariant>
+#include <chrono>
+
+namespace sonvara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Editors that do not replace the file at once leave it empty for a moment.
+constexpr auto settlingTime = 50ms;
+
+bool isTrue(const std::string& value)
+{
+    return value == "true" || value == "1";
+}
+
+}  // namespace
+
+IniUserDefaults::IniUserDefaults(const std::string& path, SystemLog& log)
+    : log_(log),
+      settings_(QString::fromStdString(path), QSettings::IniFormat)
+{
+    QDir().mkpath(QFileInfo(settings_.fileName()).path());
+    values_.store(read());
+    settling_.setSingleShot(true);
+    settling_.setInterval(settlingTime);
+    QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] {
+        settings_.sync();
+        refresh();
+    });
+    const auto look = [this] { settling_.start(); };
+    QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, &settling_, look);
+    QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, &settling_, look);
+    watch();
+}
+
+std::string IniUserDefaults::standardPath()
+{
+    const auto folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return folder.toStdString() + "/sonvara/sonvara.conf";
+}
+
+// A file loses its watch when it is replaced, hence the folders; a link is replaced at its target.
+void IniUserDefaults::watch()
+{
+    const QFileInfo file(settings_.fileName());
+    QStringList paths{file.path(), file.filePath()};
+    if (file.isSymLink()) paths << QFileInfo(file.canonicalFilePath()).path();
+    for (const auto& path : std::as_const(paths))
+        if (QFileInfo::exists(path)) watcher_.addPath(path);
+}
+
+IniUserDefaults::Values IniUserDefaults::read() const
+{
+    Values values;
+    for (const auto& key : settings_.allKeys()) {
+        const auto value = settings_.value(key);
+        if (!value.isValid()) continue;
+        auto& entry = values[key.toStdString()];
+        if (value.typeId() != QMetaType::QStringList && value.canConvert<QString>())
+            entry = value.toString().toStdString();
+    }
+    return values;
+}
+
+void IniUserDefaults::refresh()
+{
+    watch();
+    auto values = read();
+    if (values == *values_.load()) return;
+    values_.store(std::move(values));
+    changed_.call();
+}
+
+void IniUserDefaults::write(const std::string& key, const QVariant& value)
+{
+    settings_.setValue(QString::fromStdString(key), value);
+    settings_.sync();
+    if (settings_.status() == QSettings::AccessError) reportFailure();
+    refresh();
+}
+
+void IniUserDefaults::reportFailure()
+{
+    if (isFailureReported_) return;
+    isFailureReported_ = true;
+    Logger(log_, "UserDefaults")
+        .error({{"The settings cannot be written to "}, {settings_.fileName().toStdString()}});
+}
+
+bool IniUserDefaults::hasObject(const std::string& key) const
+{
+    return values_.load()->contains(key);
+}
+
+bool IniUserDefaults::boolForKey(const std::string& key) const
+{
+    const auto value = stringForKey(key);
+    return value && isTrue(*value);
+}
+
+std::optional<std::string> IniUserDefaults::stringForKey(const std::string& key) const
+{
+    const auto values = values_.load();
+    const auto entry = values->find(key);
+    return entry == values->end() ? std::nullopt : entry->second;
+}
+
+void IniUserDefaults::setBool(const std::string& key, bool value)
+{
+    write(key, value);
+}
+
+void IniUserDefaults::setString(const std::string& key, const std::string& value)
+{
+    write(key, QString::fromStdString(value));
+}
+
+Subscription IniUserDefaults::onChange(std::function<void()> changed)
+{
+    return changed_.add(std::move(changed));
+}
+
+}  // namespace sonvara

@@ -1,0 +1,13 @@
+// What the process arranges for itself before anything else.
+#pragma once
+
+namespace sonvara {
+
+/// To be called first in `main`, while there is only one thread. Puts standard input on /dev/null, and
+/// what else is missing of the standard descriptors, too. Sees to it that the status of children is
+/// kept and that writing to someone who has gone is an error and not our end. Completes the
+/// environment with what keeps the command-line tools from opening a browser and from starting
+/// themselves anew.
+void setUpProcess();
+
+}  // namespace sonvara

@@ -1,0 +1,62 @@
+#include "platform/linux/system/QtApplication.h"
+
+#include <QTimer>
+#include <QWidget>
+#include <utility>
+
+namespace sonvara {
+
+QtApplication::QtApplication(const char* programName)
+    : programName_(programName),
+      arguments_{programName_.data(), nullptr},
+      application_(argumentCount_, arguments_.data()),
+      signals_([this] { terminate(); })
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationName("sonvara");
+    QApplication::setApplicationDisplayName("Sonvara");
+    QApplication::setDesktopFileName(SONVARA_IDENTIFIER);
+}
+
+void QtApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate)
+{
+    delegate_ = std::move(delegate);
+}
+
+int QtApplication::run()
+{
+    QTimer::singleShot(0, &application_, [this] { launch(); });
+    return QApplication::exec();
+}
+
+void QtApplication::launch()
+{
+    hasLaunched_ = true;
+    if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+    if (std::exchange(isReopenDue_, false)) reopen();
+}
+
+void QtApplication::reopen()
+{
+    isReopenDue_ = !hasLaunched_;
+    if (isReopenDue_) return;
+    if (const auto delegate = delegate_.lock()) delegate->applicationDidReopen();
+}
+
+void QtApplication::activateIgnoringOtherApps()
+{
+    for (auto* const window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible()) continue;
+        window->raise();
+        window->activateWindow();
+    }
+}
+
+// Posted, for a request that comes before the event loop counts too. Not `quit`, which a window may refuse.
+void QtApplication::terminate()
+{
+    QMetaObject::invokeMethod(
+        &application_, [] { QApplication::exit(0); }, Qt::QueuedConnection);
+}
+
+}  // namespace sonvara

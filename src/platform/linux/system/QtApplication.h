@@ -1,0 +1,43 @@
+// The application object of Qt.
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/linux/system/TerminationSignals.h"
+
+#include <QApplication>
+#include <array>
+#include <memory>
+#include <string>
+
+namespace sonvara {
+
+/// To be made before any other object of Qt that needs a screen. The program takes no command line:
+/// nothing of it reaches Qt. Closing the last window does not end the program. The signals that ask
+/// for its end act like `terminate`.
+class QtApplication final : public Application {
+public:
+    explicit QtApplication(const char* programName);
+
+    void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
+    int run() override;
+    void activateIgnoringOtherApps() override;
+    void terminate() override;
+
+    /// Main thread: the user asks for the application although it runs. The delegate hears of it,
+    /// but of the launch first.
+    void reopen();
+
+private:
+    void launch();
+
+    std::string programName_;  // Qt keeps references to these three
+    std::array<char*, 2> arguments_;
+    int argumentCount_ = 1;
+    QApplication application_;
+    TerminationSignals signals_;
+    std::weak_ptr<ApplicationDelegate> delegate_;
+    bool hasLaunched_ = false;
+    bool isReopenDue_ = false;
+};
+
+}  // namespace sonvara

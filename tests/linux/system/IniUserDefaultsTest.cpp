@@ -1,0 +1,256 @@
+#include "EventLoop.h"
+#include "RecordingLog.h"
+
+#include "platform/linux/system/IniUserDefaults.h"
+#include "platform/posix/PosixEnvironment.h"
+#include "platform/posix/PosixProcessLauncher.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTemporaryDir>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace sonvara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class IniUserDefaultsTest : public testing::Test {
+protected:
+    [[nodiscard]] QString path(const QString& name = "sonvara/sonvara.conf") const
+    {
+        return folder_.filePath(name);
+    }
+
+    std::unique_ptr<IniUserDefaults> open()
+    {
+        return std::make_unique<IniUserDefaults>(path().toStdString(), log_);
+    }
+
+    // Replaces the file at once, as careful programs do.
+    void replace(const QByteArray& content) const
+    {
+        QSaveFile file(path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        ASSERT_TRUE(file.commit());
+    }
+
+    // Empties the file and fills it again, as simple editors do.
+    void overwrite(const QByteArray& content) const
+    {
+        QFile file(path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    [[nodiscard]] QByteArray content() const
+    {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    QTemporaryDir folder_;
+    RecordingLog log_;
+};
+
+TEST_F(IniUserDefaultsTest, AFreshStoreHoldsNothing)
+{
+    const auto defaults = open();
+    EXPECT_FALSE(defaults->hasObject("announcementsEnabled"));
+    EXPECT_FALSE(defaults->boolForKey("announcementsEnabled"));
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), std::nullopt);
+    EXPECT_TRUE(QFileInfo(path()).dir().exists());
+    EXPECT_FALSE(QFileInfo::exists(path()));
+}
+
+TEST_F(IniUserDefaultsTest, ValuesOutliveTheObjectAndAreOnTheDiskAtOnce)
+{
+    {
+        const auto defaults = open();
+        defaults->setBool("announcementsEnabled", false);
+        EXPECT_TRUE(content().contains("announcementsEnabled=false"));
+        defaults->setBool("aiIntros", true);
+        defaults->setString("aiProvider", "geminiCLI");
+        defaults->setString("text", "a, b; \"c\" \xC3\xA9 \xE6\xBC\xA2\n@x");
+    }
+    const auto defaults = open();
+    EXPECT_TRUE(defaults->hasObject("announcementsEnabled"));
+    EXPECT_FALSE(defaults->boolForKey("announcementsEnabled"));
+    EXPECT_TRUE(defaults->boolForKey("aiIntros"));
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
+    EXPECT_EQ(defaults->stringForKey("text"), "a, b; \"c\" \xC3\xA9 \xE6\xBC\xA2\n@x");
+    EXPECT_TRUE(log_.messages.empty());
+}
+
+TEST_F(IniUserDefaultsTest, OnlyBooleansAreBooleans)
+{
+    open();
+    replace("[General]\na=true\nb=1\nc=false\nd=0\ne=yes\nf=\ng=2\nh=true, true\n");
+    const auto defaults = open();
+    for (const char* const key : {"a", "b"}) EXPECT_TRUE(defaults->boolForKey(key)) << key;
+    for (const char* const key : {"c", "d", "e", "f", "g", "h"})
+        EXPECT_FALSE(defaults->boolForKey(key)) << key;
+    for (const char* const key : {"a", "b", "c", "d", "e", "f", "g", "h"})
+        EXPECT_TRUE(defaults->hasObject(key)) << key;
+    EXPECT_EQ(defaults->stringForKey("f"), "");
+    EXPECT_EQ(defaults->stringForKey("g"), "2");
+    EXPECT_EQ(defaults->stringForKey("h"), std::nullopt);
+}
+
+TEST_F(IniUserDefaultsTest, TellsOfItsOwnChangesOnly)
+{
+    const auto defaults = open();
+    int changes = 0;
+    auto subscription = defaults->onChange([&] { ++changes; });
+    defaults->setBool("aiIntros", true);
+    EXPECT_EQ(changes, 1);
+    defaults->setBool("aiIntros", true);
+    EXPECT_EQ(changes, 1);
+    subscription.reset();
+    defaults->setBool("aiIntros", false);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(IniUserDefaultsTest, NoticesEveryChangeByOthers)
+{
+    const auto defaults = open();
+    int changes = 0;
+    const auto subscription = defaults->onChange([&] { ++changes; });
+    const auto becomes = [&](const char* value) {
+        return runEventLoopUntil([&] { return defaults->stringForKey("aiProvider") == value; });
+    };
+    replace("[General]\naiProvider=first\n");
+    EXPECT_TRUE(becomes("first"));
+    replace("[General]\naiProvider=second\n");
+    EXPECT_TRUE(becomes("second"));
+    replace("[General]\naiProvider=third one\n");
+    EXPECT_TRUE(becomes("third one"));
+    overwrite("[General]\naiProvider=fourth\n");
+    EXPECT_TRUE(becomes("fourth"));
+    overwrite("[General]\naiProvider=the fifth\n");
+    EXPECT_TRUE(becomes("the fifth"));
+    EXPECT_EQ(changes, 5);
+    QFile::remove(path());
+    EXPECT_TRUE(runEventLoopUntil([&] { return !defaults->hasObject("aiProvider"); }));
+    EXPECT_EQ(changes, 6);
+}
+
+TEST_F(IniUserDefaultsTest, NoticesAChangeBehindALink)
+{
+    ASSERT_TRUE(QDir(folder_.path()).mkpath("real"));
+    ASSERT_TRUE(QDir(folder_.path()).mkpath("sonvara"));
+    const auto write = [&](const QByteArray& text) {
+        QSaveFile file(path("real/settings"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        ASSERT_TRUE(file.commit());
+    };
+    write("[General]\naiProvider=first\n");
+    ASSERT_TRUE(QFile::link(path("real/settings"), path()));
+    const auto defaults = open();
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "first");
+    for (const char* const value : {"second", "the third"}) {
+        write(QByteArray("[General]\naiProvider=") + value + "\n");
+        EXPECT_TRUE(runEventLoopUntil([&] { return defaults->stringForKey("aiProvider") == value; }));
+    }
+    defaults->setBool("aiIntros", true);
+    EXPECT_TRUE(QFileInfo(path()).isSymLink());
+    EXPECT_TRUE(content().contains("aiIntros=true"));
+}
+
+TEST_F(IniUserDefaultsTest, ASubscriberMayWrite)
+{
+    const auto defaults = open();
+    const auto subscription =
+        defaults->onChange([&] { defaults->setBool("duckMusic", !defaults->boolForKey("aiIntros")); });
+    defaults->setBool("aiIntros", true);
+    EXPECT_TRUE(defaults->hasObject("duckMusic"));
+    EXPECT_FALSE(defaults->boolForKey("duckMusic"));
+}
+
+TEST_F(IniUserDefaultsTest, ADamagedFileKeepsItsReadableValues)
+{
+    static constexpr char damaged[] = "[General]\naiIntros=true\nno equals sign here\n[\n\xFF\xFE\0\x01\n"
+                                      "[General]\naiProvider=geminiCLI\n";
+    open();
+    replace(QByteArray(damaged, sizeof damaged - 1));
+    const auto defaults = open();
+    EXPECT_TRUE(defaults->boolForKey("aiIntros"));
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
+    defaults->setBool("duckMusic", false);
+    const auto later = open();
+    EXPECT_TRUE(later->boolForKey("aiIntros"));
+    EXPECT_TRUE(later->hasObject("duckMusic"));
+    EXPECT_TRUE(content().contains("duckMusic=false"));
+}
+
+TEST_F(IniUserDefaultsTest, AStoreThatCannotBeWrittenKeepsValuesAndSaysSoOnce)
+{
+    QFile blocker(path("sonvara"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    const auto defaults = open();
+    int changes = 0;
+    const auto subscription = defaults->onChange([&] { ++changes; });
+    defaults->setBool("aiIntros", true);
+    defaults->setString("aiProvider", "geminiCLI");
+    EXPECT_TRUE(defaults->boolForKey("aiIntros"));
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
+    EXPECT_EQ(changes, 2);
+    ASSERT_EQ(log_.messages.size(), 1U);
+    EXPECT_EQ(log_.messages.front().level, LogLevel::error);
+}
+
+TEST_F(IniUserDefaultsTest, TwoProcessesLoseNothingOfEachOther)
+{
+    constexpr int count = 100;
+    const auto defaults = open();
+    const auto other = PosixProcessLauncher().make({SETTINGS_WRITER,
+                                                    {path().toStdString(), "other", std::to_string(count)},
+                                                    "/",
+                                                    PosixEnvironment().variables()});
+    ASSERT_EQ(other->launch(), std::nullopt);
+    for (int i = 0; i < count; ++i) defaults->setString("own" + std::to_string(i), "value");
+    ASSERT_EQ(other->waitUntilExit(), 0);
+    EXPECT_TRUE(runEventLoopUntil([&] { return defaults->hasObject("other" + std::to_string(count - 1)); }));
+    for (int i = 0; i < count; ++i) {
+        EXPECT_TRUE(defaults->hasObject("own" + std::to_string(i))) << i;
+        EXPECT_TRUE(defaults->hasObject("other" + std::to_string(i))) << i;
+        EXPECT_TRUE(content().contains("own" + QByteArray::number(i) + "=")) << i;
+    }
+}
+
+TEST_F(IniUserDefaultsTest, OtherThreadsReadWhileTheMainThreadWrites)
+{
+    const auto defaults = open();
+    defaults->setString("aiProvider", "claudeCLI");
+    std::atomic<bool> isOver = false;
+    std::atomic<int> wrong = 0;
+    std::thread reader([&] {
+        while (!isOver) {
+            const auto value = defaults->stringForKey("aiProvider");
+            if (value != "claudeCLI" && value != "geminiCLI") ++wrong;
+        }
+    });
+    for (int i = 0; i < 50; ++i) defaults->setString("aiProvider", i % 2 == 0 ? "geminiCLI" : "claudeCLI");
+    isOver = true;
+    reader.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST(IniUserDefaultsPath, IsInTheUsersConfigurationFolder)
+{
+    const auto before = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", "/some/where");
+    EXPECT_EQ(IniUserDefaults::standardPath(), "/some/where/sonvara/sonvara.conf");
+    before.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", before);
+}
+
+}  // namespace
+
+}  // namespace sonvara
