@@ -1,4 +1,4 @@
-#include "platform/linux/system/ProcessSetup.h"
+#include "platform/posix/ProcessSetup.h"
 
 #include <csignal>
 #include <cstdlib>
