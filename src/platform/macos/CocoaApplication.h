@@ -1,0 +1,29 @@
+// The shared application object.
+#pragma once
+
+#include "platform/Application.h"
+
+#include <functional>
+
+namespace sonvara {
+
+/// To be made first and destroyed last of the platform's objects: the others need the application.
+class CocoaApplication : public Application {
+public:
+    CocoaApplication();
+    ~CocoaApplication() override;
+
+    void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
+    /// Does not return: the application object ends the process itself.
+    int run() override;
+    /// Calls `handler` on the main thread when the program is about to end by its normal path.
+    void onWillTerminate(std::function<void()> handler);
+    void activateIgnoringOtherApps() override;
+    void terminate() override;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace sonvara

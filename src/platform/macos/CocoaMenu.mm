@@ -1,0 +1,86 @@
+#import "platform/macos/CocoaMenu.h"
+
+#import "platform/macos/ActionTarget.h"
+#import "platform/macos/Strings.h"
+#import "platform/macos/Style.h"
+
+#include <utility>
+
+@interface SNVMenuObserver : NSObject {
+    std::shared_ptr<sonvara::Callbacks<>> willOpen_;
+}
+- (instancetype)initWithCallbacks:(std::shared_ptr<sonvara::Callbacks<>>)willOpen;
+- (void)willOpen:(NSNotification*)notification;
+@end
+
+@implementation SNVMenuObserver
+
+- (instancetype)initWithCallbacks:(std::shared_ptr<sonvara::Callbacks<>>)willOpen
+{
+    self = [super init];
+    if (self != nil) willOpen_ = std::move(willOpen);
+    return self;
+}
+
+- (void)willOpen:(NSNotification*)notification
+{
+    (void)notification;
+    willOpen_->call();
+}
+
+@end
+
+namespace sonvara {
+
+namespace {
+
+ObjcPtr<NSMenuItem> makeItem(MenuItem item)
+{
+    if (item.isSeparator)
+        return ObjcPtr<NSMenuItem>::share(static_cast<NSMenuItem*>([NSMenuItem separatorItem]));
+    auto native = ObjcPtr<NSMenuItem>::adopt([[NSMenuItem alloc] initWithTitle:toNSString(item.title)
+                                                                        action:nullptr
+                                                                 keyEquivalent:@""]);
+    if (item.attributedTitle) [native.get() setAttributedTitle:attributed(*item.attributedTitle)];
+    [native.get() setEnabled:(item.isEnabled ? YES : NO)];
+    [native.get() setState:(item.isChecked ? NSControlStateValueOn : NSControlStateValueOff)];
+    if (item.action) {
+        const auto target =
+            ObjcPtr<SNVActionTarget>::adopt([[SNVActionTarget alloc] initWithAction:std::move(item.action)]);
+        [native.get() setRepresentedObject:target.get()];  // an item holds its target weakly, but this not
+        [native.get() setTarget:target.get()];
+        [native.get() setAction:@selector(perform:)];
+    }
+    return native;
+}
+
+}  // namespace
+
+CocoaMenu::CocoaMenu()
+    : menu_(ObjcPtr<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""])),
+      observer_(ObjcPtr<SNVMenuObserver>::adopt([[SNVMenuObserver alloc] initWithCallbacks:willOpen_]))
+{
+    [menu_.get() setAutoenablesItems:NO];
+    [[NSNotificationCenter defaultCenter] addObserver:observer_.get()
+                                             selector:@selector(willOpen:)
+                                                 name:NSMenuDidBeginTrackingNotification
+                                               object:menu_.get()];
+}
+
+CocoaMenu::~CocoaMenu()
+{
+    [[NSNotificationCenter defaultCenter] removeObserver:observer_.get()];
+}
+
+void CocoaMenu::setItems(std::vector<MenuItem> items)
+{
+    [menu_.get() removeAllItems];
+    for (MenuItem& item : items) [menu_.get() addItem:makeItem(std::move(item)).get()];
+}
+
+Subscription CocoaMenu::onWillOpen(std::function<void()> handler)
+{
+    return willOpen_->add(std::move(handler));
+}
+
+}  // namespace sonvara

@@ -1,0 +1,14 @@
+// The general pasteboard.
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+namespace sonvara {
+
+class CocoaPasteboard : public Pasteboard {
+public:
+    void clearContents() override;
+    void setString(const std::string& text) override;
+};
+
+}  // namespace sonvara

@@ -1,0 +1,14 @@
+// The system status bar.
+#pragma once
+
+#include "platform/StatusBar.h"
+
+namespace sonvara {
+
+class CocoaStatusBar : public StatusBar {
+public:
+    [[nodiscard]] std::unique_ptr<StatusItem> makeSquareItem() override;
+    [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu() override;
+};
+
+}  // namespace sonvara

@@ -1,0 +1,18 @@
+// The main queue on the main dispatch queue, its timer on the main run loop.
+#pragma once
+
+#include "platform/MainQueue.h"
+
+namespace sonvara {
+
+class DispatchMainQueue : public MainQueue {
+public:
+    void post(Task task) override;
+
+    /// The timer runs in the run loop's default mode: it pauses while a menu is open, and its one
+    /// overdue tick comes when the menu has closed.
+    [[nodiscard]] std::shared_ptr<RepeatingTimer> scheduleTimer(std::chrono::milliseconds interval,
+                                                                Task action) override;
+};
+
+}  // namespace sonvara

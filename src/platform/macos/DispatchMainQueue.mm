@@ -1,0 +1,80 @@
+#include "platform/macos/DispatchMainQueue.h"
+
+#include "platform/macos/DispatchTask.h"
+#import "platform/macos/ObjcPtr.h"
+
+#include <utility>
+
+/// What a timer calls; the run loop keeps the timer, and the timer keeps this.
+@interface SNVTimerTarget : NSObject {
+    std::shared_ptr<sonvara::Task> action_;
+}
+- (instancetype)initWithAction:(sonvara::Task)action;
+- (void)tick:(NSTimer*)timer;
+- (void)dropAction;
+@end
+
+@implementation SNVTimerTarget
+
+- (instancetype)initWithAction:(sonvara::Task)action
+{
+    self = [super init];
+    if (self != nil) action_ = std::make_shared<sonvara::Task>(std::move(action));
+    return self;
+}
+
+- (void)tick:(NSTimer*)timer
+{
+    (void)timer;
+    const auto action = action_;  // survives an action that invalidates its own timer
+    if (action != nullptr) (*action)();
+}
+
+- (void)dropAction
+{
+    action_ = nullptr;
+}
+
+@end
+
+namespace sonvara {
+
+namespace {
+
+class RunLoopTimer : public RepeatingTimer {
+public:
+    RunLoopTimer(std::chrono::milliseconds interval, Task action)
+        : target_(ObjcPtr<SNVTimerTarget>::adopt([[SNVTimerTarget alloc] initWithAction:std::move(action)])),
+          timer_(ObjcPtr<NSTimer>::share([NSTimer
+              scheduledTimerWithTimeInterval:std::chrono::duration<double>(interval).count()
+                                      target:target_.get()
+                                    selector:@selector(tick:)
+                                    userInfo:nil
+                                     repeats:YES]))
+    {}
+
+    void invalidate() override
+    {
+        [timer_.get() invalidate];
+        [target_.get() dropAction];
+    }
+
+private:
+    ObjcPtr<SNVTimerTarget> target_;
+    ObjcPtr<NSTimer> timer_;
+};
+
+}  // namespace
+
+void DispatchMainQueue::post(Task task)
+{
+    postToMainThread(std::move(task));
+}
+
+std::shared_ptr<RepeatingTimer> DispatchMainQueue::scheduleTimer(std::chrono::milliseconds interval,
+                                                                 Task action)
+{
+    return std::make_shared<RunLoopTimer>(interval, std::move(action));
+}
+
+}  // namespace sonvara

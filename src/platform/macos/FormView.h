@@ -1,0 +1,43 @@
+// A form as a view of the system. For Objective-C++ sources only.
+#pragma once
+
+#include "platform/Form.h"
+#import "platform/macos/FormRows.h"
+#import "platform/macos/LogSheetWindow.h"
+#import "platform/macos/ObjcPtr.h"
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+#include <vector>
+
+namespace sonvara {
+
+/// Draws `form` in a scrolling view of the form's size and presents its sheet. Main thread only.
+class FormView {
+public:
+    /// `window` is where the sheet goes; it must outlive this object.
+    FormView(std::shared_ptr<const Form> form, NSWindow* window);
+
+    [[nodiscard]] NSView* view() const { return scroll_.get(); }
+
+    /// To be called each time the form comes on screen.
+    void appear();
+
+private:
+    /// Both return where the next thing goes.
+    double addSection(const FormSection& section, double y);
+    double addRows(const FormSection& section, NSView* box);
+    void refresh();
+    void refreshSheet();
+
+    std::shared_ptr<const Form> form_;
+    NSWindow* window_;
+    ObjcPtr<SNVFlippedView> content_;
+    ObjcPtr<NSScrollView> scroll_;
+    std::vector<std::unique_ptr<FormRowView>> rows_;
+    std::unique_ptr<LogSheetWindow> sheet_;
+    Subscription changes_;
+};
+
+}  // namespace sonvara

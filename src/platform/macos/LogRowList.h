@@ -1,0 +1,52 @@
+// The rows of a log in a scrolling view. For Objective-C++ sources only.
+#pragma once
+
+#include "platform/Form.h"
+#import "platform/macos/ActionTarget.h"
+#import "platform/macos/Layout.h"
+
+#import <AppKit/AppKit.h>
+
+#include <vector>
+
+namespace sonvara {
+
+/// Makes a row's views when it first scrolls into sight, and keeps them as long as the row is there, so
+/// that a selection in it survives. Main thread only.
+class LogRowList {
+public:
+    /// Takes the spacings from `sheet`.
+    LogRowList(const LogSheet& sheet, NSRect frame);
+    LogRowList(const LogRowList&) = delete;
+    LogRowList& operator=(const LogRowList&) = delete;
+    ~LogRowList();
+
+    [[nodiscard]] NSView* view() const { return scroll_.get(); }
+
+    /// Shows `rows` from top to bottom; a row that was shown before stays as it was.
+    void show(std::vector<LogRow> rows);
+
+private:
+    struct Entry {
+        LogRow row;
+        double top = 0;
+        double height = 0;
+        ObjcPtr<SNVFlippedView> view;  // none until it is in sight
+    };
+
+    [[nodiscard]] Entry takeOrMake(LogRow row);
+    [[nodiscard]] double messageLeft(const LogRow& row) const;
+    void placeAll();
+    void fillVisible();
+    [[nodiscard]] ObjcPtr<SNVFlippedView> makeView(const Entry& entry) const;
+
+    double rowSpacing_;
+    double columnSpacing_;
+    double width_;  // of a row
+    std::vector<Entry> entries_;
+    ObjcPtr<SNVFlippedView> document_;
+    ObjcPtr<NSScrollView> scroll_;
+    ObjcPtr<SNVActionTarget> scrolled_;
+};
+
+}  // namespace sonvara
