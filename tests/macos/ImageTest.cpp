@@ -1,0 +1,64 @@
+#include "platform/macos/CocoaImage.h"
+
+#include "ui/StatusIcon.h"
+
+#include <fstream>
+#include <future>
+#include <gtest/gtest.h>
+
+namespace sonvara {
+namespace {
+
+constexpr std::string_view pngSignature = "\x89PNG\r\n\x1a\n";
+
+/// The big-endian number at `offset`; a PNG's width and height stand at 16 and 20.
+unsigned numberAt(const std::string& data, std::size_t offset)
+{
+    unsigned number = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        number = number << 8 | static_cast<unsigned char>(data.at(offset + i));
+    return number;
+}
+
+TEST(CocoaImageTest, DrawsTheStatusIconsInTheirSize)
+{
+    CocoaImageRenderer renderer;
+    for (const bool isPlaying : {false, true}) {
+        const auto image = renderer.render(statusIcon(isPlaying));
+        ASSERT_NE(image, nullptr);
+        const std::string png = pngData(*image);
+        ASSERT_EQ(png.substr(0, pngSignature.size()), pngSignature);
+        EXPECT_EQ(numberAt(png, 16) % 18, 0U);  // a whole number of pixels for each point
+        EXPECT_EQ(numberAt(png, 16), numberAt(png, 20));
+    }
+}
+
+TEST(CocoaImageTest, ThePlayingIconDiffersAndEachIsTheSameEachTime)
+{
+    CocoaImageRenderer renderer;
+    const auto png = [&renderer](bool isPlaying) { return pngData(*renderer.render(statusIcon(isPlaying))); };
+    EXPECT_EQ(png(false), png(false));
+    EXPECT_EQ(png(true), png(true));
+    EXPECT_NE(png(false), png(true));
+}
+
+TEST(CocoaImageTest, AnEmptyDrawingIsClearAndAFilledOneIsNot)
+{
+    CocoaImageRenderer renderer;
+    const Drawing empty{18, 18, false, {}};
+    Drawing filled = empty;
+    filled.steps.emplace_back(FillOval{{0, 0, 18, 18}, {ColorRole::systemGreen}});
+    EXPECT_NE(pngData(*renderer.render(empty)), pngData(*renderer.render(filled)));
+}
+
+TEST(CocoaImageTest, DrawsOffTheMainThread)
+{
+    CocoaImageRenderer renderer;
+    const auto drawn =
+        std::async(std::launch::async, [&renderer] { return renderer.render(statusIcon(true)); }).get();
+    ASSERT_NE(drawn, nullptr);
+    EXPECT_EQ(pngData(*drawn), pngData(*renderer.render(statusIcon(true))));
+}
+
+}  // namespace
+}  // namespace sonvara

@@ -1,0 +1,40 @@
+# Builds the macOS adapters with their tests on this machine, as a project of its own, and lists the tests.
+if(SONVARA_SANITIZE MATCHES "thread")
+  message(STATUS "Left out: the macOS adapters under the thread sanitizer, which GNUstep's libraries are not built for")
+  return()
+endif()
+
+find_program(SONVARA_CLANGXX clang++)
+find_path(SONVARA_GNUSTEP AppKit/AppKit.h PATH_SUFFIXES GNUstep)
+if(NOT SONVARA_CLANGXX OR NOT SONVARA_GNUSTEP)
+  # Not here and now: who only builds the program needs neither.
+  add_custom_target(macos_on_gnustep ALL
+    COMMAND ${CMAKE_COMMAND} -E echo "The tests of the macOS adapters need clang and GNUstep (tools/install test)."
+    COMMAND ${CMAKE_COMMAND} -E false VERBATIM)
+  return()
+endif()
+
+include(ExternalProject)
+set(macos_tests ${CMAKE_CURRENT_BINARY_DIR}/macos)
+ExternalProject_Add(macos_on_gnustep
+  SOURCE_DIR ${CMAKE_CURRENT_SOURCE_DIR}/macos/gnustep
+  BINARY_DIR ${macos_tests}
+  CMAKE_ARGS
+    -DCMAKE_BUILD_TYPE=${CMAKE_BUILD_TYPE}
+    -DCMAKE_CXX_COMPILER=${SONVARA_CLANGXX}
+    -DCMAKE_OBJCXX_COMPILER=${SONVARA_CLANGXX}
+    -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
+    -DCMAKE_OBJCXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
+    -DSONVARA_SANITIZE=${SONVARA_SANITIZE}
+  BUILD_ALWAYS ON
+  USES_TERMINAL_BUILD ON
+  INSTALL_COMMAND "")
+
+# GNUstep keeps what it has made for good, so a leak check would only count that.
+function(add_macos_test name)
+  add_test(NAME ${name} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/macos/gnustep/private-session ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS macos TIMEOUT 300
+    ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0:abort_on_error=0;UBSAN_OPTIONS=print_stacktrace=1")
+endfunction()
+
+add_macos_test(macos_test ${macos_tests}/macos/macos_test)

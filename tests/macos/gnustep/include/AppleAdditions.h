@@ -1,0 +1,78 @@
+// Included before every Objective-C++ source: what Apple's frameworks declare and GNUstep's do not.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+// Newer names of old constants.
+constexpr NSLineCapStyle NSLineCapStyleRound = NSRoundLineCapStyle;
+constexpr NSBitmapImageFileType NSBitmapImageFileTypePNG = NSPNGFileType;
+constexpr NSButtonType NSButtonTypeSwitch = NSSwitchButton;
+constexpr NSButtonType NSButtonTypeMomentaryPushIn = NSMomentaryPushInButton;
+constexpr NSBezelStyle NSBezelStyleRounded = NSRoundedBezelStyle;
+constexpr NSUInteger NSEventMaskAny = NSAnyEventMask;
+
+extern NSString* const NSFontTextStyleHeadline;
+extern NSString* const NSFontTextStyleCaption1;
+
+@interface NSFont (AppleAdditions)
++ (NSFont*)preferredFontForTextStyle:(NSString*)style options:(NSDictionary*)options;
++ (NSFont*)monospacedSystemFontOfSize:(CGFloat)size weight:(CGFloat)weight;
+@end
+
+/// Known to the stand-ins as a size only.
+@interface NSImageSymbolConfiguration : NSObject {
+    CGFloat pointSize_;
+}
++ (instancetype)configurationWithPointSize:(CGFloat)size weight:(CGFloat)weight;
+- (CGFloat)pointSize;
+@end
+
+@interface NSImage (AppleAdditions)
++ (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)description;
+- (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
+- (void)setTemplate:(BOOL)isTemplate;
+- (BOOL)isTemplate;
+@end
+
+@interface NSImageView (AppleAdditions)
+- (void)setContentTintColor:(NSColor*)color;
+@end
+
+@interface NSView (AppleAdditions)
+- (void)setAccessibilityLabel:(NSString*)label;
+@end
+
+@interface NSMenu (AppleAdditions)
+- (void)removeAllItems;
+@end
+
+@interface NSPasteboard (AppleAdditions)
+- (NSInteger)clearContents;
+@end
+
+/// Without blocks, so that no completion handler can be given.
+@interface NSWindow (AppleAdditions)
+- (void)beginSheet:(NSWindow*)sheet completionHandler:(std::nullptr_t)handler;
+- (void)endSheet:(NSWindow*)sheet;
+- (NSWindow*)attachedSheet;
+@end
+
+@interface NSStatusBarButton (AppleAdditions)
+- (void)setImageScaling:(NSImageScaling)scaling;
+@end
+
+@interface NSStatusItem (AppleAdditions)
+- (NSStatusBarButton*)button;
+- (void)setVisible:(BOOL)visible;
+- (BOOL)isVisible;
+@end
+
+@interface NSAppleEventDescriptor (AppleAdditions)
+- (NSString*)stringValue;
+- (std::int32_t)int32Value;
+@end
+
+@interface NSAppleScript (AppleAdditions)
+- (instancetype)initWithSource:(NSString*)source;
+- (NSAppleEventDescriptor*)executeAndReturnError:(NSDictionary**)error;
+@end

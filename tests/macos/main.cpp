@@ -1,0 +1,10 @@
+#include "Probe.h"
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    sonvara::probe::startApplication();
+    return RUN_ALL_TESTS();
+}
