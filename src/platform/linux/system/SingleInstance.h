@@ -1,0 +1,37 @@
+// One running program for each session.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVirtualObject>
+#include <QString>
+#include <functional>
+
+namespace sonvara {
+
+/// Main thread. The first program in a session owns its name on the session bus and serves the
+/// freedesktop.org interface for applications there; a later one asks it to come to the front.
+/// Without a session bus every program is the first.
+class SingleInstance final : public QDBusVirtualObject {
+public:
+    /// `activated` is called on the main thread when the user has started the program again.
+    SingleInstance(const QDBusConnection& bus, std::function<void()> activated);
+    SingleInstance(const SingleInstance&) = delete;
+    SingleInstance& operator=(const SingleInstance&) = delete;
+    /// Gives the name up.
+    ~SingleInstance() override;
+
+    /// Whether this is the first program. If not, the first one has been told to come to the front;
+    /// waits for its answer for at most two seconds.
+    [[nodiscard]] bool claim();
+
+    [[nodiscard]] QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+private:
+    [[nodiscard]] bool askFirst();
+
+    QDBusConnection bus_;
+    const std::function<void()> activated_;
+};
+
+}  // namespace sonvara

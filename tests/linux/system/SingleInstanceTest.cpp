@@ -1,0 +1,72 @@
+// Needs a session bus of its own.
+#include "EventLoop.h"
+
+#include "platform/linux/system/SingleInstance.h"
+#include "platform/posix/PosixEnvironment.h"
+#include "platform/posix/PosixProcessLauncher.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <future>
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::future<int> startAgain()
+{
+    const auto child =
+        PosixProcessLauncher().make({SECOND_INSTANCE, {}, "/", PosixEnvironment().variables()});
+    EXPECT_EQ(child->launch(), std::nullopt);
+    return std::async(std::launch::async, [child] { return child->waitUntilExit(); });
+}
+
+int endOf(std::future<int>& start)
+{
+    EXPECT_TRUE(runEventLoopUntil([&] { return start.wait_for(0s) == std::future_status::ready; }));
+    return start.get();
+}
+
+TEST(SingleInstance, ALaterStartWakesTheFirstAndEnds)
+{
+    int activations = 0;
+    SingleInstance first(QDBusConnection::sessionBus(), [&] { ++activations; });
+    ASSERT_TRUE(first.claim());
+    for (int i = 1; i <= 2; ++i) {
+        auto start = startAgain();
+        EXPECT_EQ(endOf(start), 1);
+        EXPECT_EQ(activations, i);
+    }
+}
+
+TEST(SingleInstance, AProgramThatHangsIsStillTheFirst)
+{
+    int activations = 0;
+    SingleInstance first(QDBusConnection::sessionBus(), [&] { ++activations; });
+    ASSERT_TRUE(first.claim());
+    EXPECT_EQ(startAgain().get(), 1);  // while nobody answers here
+    EXPECT_TRUE(runEventLoopUntil([&] { return activations == 1; }));
+}
+
+TEST(SingleInstance, TheNameIsFreeAfterTheEnd)
+{
+    {
+        SingleInstance first(QDBusConnection::sessionBus(), [] {});
+        ASSERT_TRUE(first.claim());
+    }
+    auto start = startAgain();
+    EXPECT_EQ(endOf(start), 0);
+}
+
+TEST(SingleInstance, WithoutABusEveryProgramIsTheFirst)
+{
+    SingleInstance instance(QDBusConnection("none"), [] {});
+    EXPECT_TRUE(instance.claim());
+}
+
+}  // namespace
+
+}  // namespace sonvara
