@@ -133,7 +133,7 @@ TEST(MprisDecoder, WhatIsNoFiniteNumberIsNoVolume)
     EXPECT_EQ(decodeVolume(std::nan("")), std::nullopt);
     EXPECT_EQ(decodeVolume(std::numeric_limits<double>::infinity()), std::nullopt);
     EXPECT_EQ(decodeVolume(-std::numeric_limits<double>::infinity()), std::nullopt);
-    for (const auto& no : QVariantList{QVariant(), "0.5", true, QStringList{"0.5"}, QVariantMap{}})
+    for (const auto& no : QVariantList{QVariant(), "0.5", true, 42, -1, QStringList{"0.5"}, QVariantMap{}})
         EXPECT_EQ(decodeVolume(no), std::nullopt);
 }
 

@@ -108,6 +108,10 @@ std::optional<int> decodeVolume(const QVariant& value)
 {
     const auto volume = decodeNumber(value);
     if (!volume || !std::isfinite(*volume)) return std::nullopt;
+    // A whole number beyond 1 is on another scale, on which nothing could be put back.
+    const bool isFraction =
+        plain(value).typeId() == QMetaType::Double || plain(value).typeId() == QMetaType::Float;
+    if (!isFraction && (*volume < 0.0 || *volume > 1.0)) return std::nullopt;
     return static_cast<int>(std::lround(std::clamp(*volume, 0.0, 1.0) * 100.0));
 }
 

@@ -25,7 +25,7 @@ namespace sonvara::players {
 [[nodiscard]] StateChange decodeState(const QVariantMap& properties);
 
 /// A volume from 0.0 to 1.0 as a percentage, rounded; beyond these limits, the limit. Absent if
-/// `value` is no finite number.
+/// `value` is no finite number, or a whole number of another scale.
 [[nodiscard]] std::optional<int> decodeVolume(const QVariant& value);
 
 }  // namespace sonvara::players

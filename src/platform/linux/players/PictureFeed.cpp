@@ -1,5 +1,7 @@
 #include "platform/linux/players/PictureFeed.h"
 
+#include <algorithm>
+
 namespace sonvara::players {
 namespace {
 
@@ -31,12 +33,13 @@ std::optional<Notification> PictureFeed::follow(const Picture& picture, Time now
 {
     deadline_.reset();
     if (picture == told_) return std::nullopt;
-    if (toldAt_ && now < *toldAt_ + closest) {
-        deadline_ = *toldAt_ + closest;
+    const auto turn = used_ - (burst - 1) * interval;
+    if (now < turn) {
+        deadline_ = turn;
         return std::nullopt;
     }
     told_ = picture;
-    toldAt_ = now;
+    used_ = std::max(used_, now) + interval;
     return notificationOf(kind_, picture);
 }
 

@@ -8,19 +8,21 @@
 
 #include <chrono>
 #include <optional>
+#include <utility>
 
 namespace sonvara::players {
 
 /// The notification by which the player `kind` tells of `picture`.
 [[nodiscard]] Notification notificationOf(PlayerKind kind, const Picture& picture);
 
-/// One notification for each change, at once; a player that changes without a pause is told of with
-/// its latest picture a few times a second. Time comes from the caller and never runs backwards.
+/// One notification for each change, at once. Only a player that changes without end is told of by
+/// its latest picture, a few times a second: nobody hears titles at such a speed, and each one costs
+/// the system a question to both players. Time comes from the caller and never runs backwards.
 class PictureFeed {
 public:
-    /// Changes that follow each other more closely than this are told as one. Nobody hears titles
-    /// at such a speed, and each one costs the system a question to both players.
-    static constexpr std::chrono::milliseconds closest{20};
+    /// How many changes are told at once, and how long each of them counts against the next ones.
+    static constexpr int burst = 10;
+    static constexpr std::chrono::milliseconds interval{50};
 
     explicit PictureFeed(PlayerKind kind) : kind_(kind) {}
 
@@ -35,7 +37,7 @@ public:
 private:
     PlayerKind kind_;
     Picture told_;
-    std::optional<Time> toldAt_;
+    Time used_{};  // how far the changes told so far would reach, one in each interval
     std::optional<Time> deadline_;
 };
 

@@ -1,0 +1,229 @@
+// What the known players do on the bus, as measured with each of them, and what must become of it.
+#include "PlayersFixture.h"
+
+#include <QDBusObjectPath>
+#include <QTimer>
+
+namespace sonvara::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Each test ends with a track that the player changes to properly: what else it made the adapter
+// post must have come before.
+class PlayerQuirks : public PlayersTest {
+protected:
+    void SetUp() override
+    {
+        start();
+        ASSERT_EQ(pollMusic(), "notrunning");
+    }
+    // The player has come up and plays its first track.
+    void playsFirst(FakePlayer& player)
+    {
+        player.play("First");
+        ASSERT_EQ(postsUntil(1), Posts{first});
+    }
+    // What has been posted until the player's last track.
+    Posts postsUntilLast(FakePlayer& player)
+    {
+        player.play("Last");
+        EXPECT_TRUE(
+            eventually([&] { return !posts.empty() && posts.back().ends_with(" Last/Artist/Album"); }));
+        return posts;
+    }
+    const std::string first = "Music Playing First/Artist/Album";
+    const std::string second = "Music Playing Second/Artist/Album";
+    const std::string last = "Music Playing Last/Artist/Album";
+};
+
+TEST_F(PlayerQuirks, AudaciousSendsOneSignalAndOneConstantTrackId)
+{
+    auto player = makePlayer({"audacious"});
+    playsFirst(player);
+    player.change({{"Metadata", metadataOf("Second")}});
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
+}
+
+TEST_F(PlayerQuirks, MpvShowsTheFileNameUntilItHasReadTheTags)
+{
+    auto player = makePlayer({"mpv"});
+    playsFirst(player);
+    player.change(
+        {{"Metadata", QVariantMap{{"xesam:title", "second.mp3"}, {"xesam:url", "file:///second.mp3"}}}});
+    EXPECT_EQ(pollMusic(), "First||Artist||Album||true||false");
+    QTimer::singleShot(100ms, [&] { player.change({{"Metadata", metadataOf("Second")}}); });
+    EXPECT_EQ(postsUntil(2), (Posts{first, second}));
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
+}
+
+TEST_F(PlayerQuirks, VlcSaysEverythingTwiceAndStopsBetweenTracks)
+{
+    auto player = makePlayer({"vlc", "vlc.instance77"});
+    playsFirst(player);
+    player.play("First");
+    for (int i = 0; i < 2; ++i) player.change({{"PlaybackStatus", "Stopped"}});
+    EXPECT_EQ(pollMusic(), "First||Artist||Album||true||false");
+    QTimer::singleShot(200ms, [&] {
+        for (int i = 0; i < 2; ++i) player.change({{"PlaybackStatus", "Playing"}});
+        for (int i = 0; i < 2; ++i) player.change({{"Metadata", metadataOf("Second")}});
+    });
+    EXPECT_EQ(postsUntil(2), (Posts{first, second}));
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
+}
+
+TEST_F(PlayerQuirks, VlcMayShowItselfOnTwoConnections)
+{
+    auto player = makePlayer({"vlc"});
+    auto twin = makePlayer({"vlc.instance77"});
+    playsFirst(player);
+    twin.play("First");
+    for (auto* each : {&player, &twin}) each->change({{"Metadata", metadataOf("Second")}});
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
+}
+
+TEST_F(PlayerQuirks, StrawberrySendsTheTrackTwiceBeforeItPlays)
+{
+    auto metadata = metadataOf("First");
+    metadata["mpris:trackid"] = "a text, no path";
+    auto player = makePlayer({"strawberry"});
+    ASSERT_EQ(pollMusicUntil("error"), "error");  // it has come up, with nothing to play
+    for (int i = 0; i < 2; ++i) player.change({{"Metadata", metadata}});
+    player.change({{"PlaybackStatus", "Playing"}});
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
+}
+
+TEST_F(PlayerQuirks, RhythmboxClearsEverythingBeforeTheNextTrack)
+{
+    auto player = makePlayer({"rhythmbox"});
+    playsFirst(player);
+    player.change({{"Metadata", QVariantMap()}, {"PlaybackStatus", "Stopped"}});
+    EXPECT_EQ(pollMusic(), "First||Artist||Album||true||false");
+    for (int i = 0; i < 2; ++i) player.play("Second");
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
+}
+
+TEST_F(PlayerQuirks, MpdRepeatsTheTrackAfterAVolumeChange)
+{
+    auto player = makePlayer({"mpd"});
+    playsFirst(player);
+    for (int i = 0; i < 2; ++i) player.change({{"Metadata", metadataOf("Second")}});
+    player.change({{"Volume", 0.5}});
+    player.change({{"Metadata", metadataOf("Second")}});
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
+}
+
+TEST_F(PlayerQuirks, SpotifyStartsWithoutMetadata)
+{
+    auto player = makePlayer({"spotify"});
+    player.change({{"PlaybackStatus", "Playing"}, {"Metadata", QVariantMap()}});
+    EXPECT_EQ(pollSpotify(), "error");
+    EXPECT_EQ(pollMusic(), "notrunning");
+    player.play("First");
+    EXPECT_EQ(postsUntil(1), Posts{"Spotify Playing First/Artist/Album"});
+    EXPECT_EQ(pollSpotify(), "First||Artist||Album||true");
+}
+
+TEST_F(PlayerQuirks, SpotifySignalsWithoutTheNewValues)
+{
+    auto player = makePlayer({"spotify"});
+    player.set({{"PlaybackStatus", "Playing"}, {"Metadata", metadataOf("First")}});
+    player.invalidate("Metadata");
+    EXPECT_EQ(postsUntil(1), Posts{"Spotify Playing First/Artist/Album"});
+    player.set({{"Metadata", metadataOf("Second")}});
+    player.invalidate("Metadata");
+    EXPECT_EQ(postsUntil(2).back(), "Spotify Playing Second/Artist/Album");
+}
+
+TEST_F(PlayerQuirks, SpotifysAdvertisementsAreNoTracks)
+{
+    auto player = makePlayer({"spotify"});
+    player.play("First");
+    postsUntil(1);
+    auto advertisement = metadataOf("Buy this");
+    advertisement["mpris:trackid"] = "/com/spotify/ad/1";
+    player.change({{"Metadata", advertisement}});
+    EXPECT_EQ(postsUntil(2).back(), "Spotify Stopped //");
+    EXPECT_EQ(pollSpotify(), "error");
+    EXPECT_EQ(postsUntilLast(player).size(), 3U);
+}
+
+TEST_F(PlayerQuirks, BrowsersAreKnownByTheirWordsNotTheirNames)
+{
+    auto browser = makePlayer({});
+    browser.introduction = {{"Identity", "Chromium"}, {"DesktopEntry", "chromium"}};
+    browser.own("chromium.instance1");
+    browser.play("A video");
+    EXPECT_EQ(pollMusic(), "notrunning");
+    browser.introduction = {{"Identity", "Cider"}};
+    browser.disown("chromium.instance1");
+    browser.own("chromium.instance1");
+    EXPECT_EQ(pollMusicUntil("A video||Artist||Album||true||false"), "A video||Artist||Album||true||false");
+    EXPECT_EQ(posts, Posts{"Music Playing A video/Artist/Album"});
+}
+
+TEST_F(PlayerQuirks, ProxiesAndMirrorsAreNotAskedAtAll)
+{
+    auto proxy = makePlayer({"playerctld", "kdeconnect.mpris_1", "plasma-browser-integration"});
+    proxy.play("First");
+    EXPECT_EQ(pollMusic(), "notrunning");
+    EXPECT_EQ(proxy.questions(), 0);
+}
+
+TEST_F(PlayerQuirks, SeveralArtistsAreJoinedAndTheHighestRatingIsLove)
+{
+    auto player = makePlayer({"rhythmbox"});
+    auto metadata = metadataOf("First", {"A", "B"});
+    metadata["xesam:userRating"] = 1.0;
+    player.change({{"PlaybackStatus", "Playing"}, {"Metadata", metadata}});
+    EXPECT_EQ(postsUntil(1), Posts{"Music Playing First/A, B/Album loved"});
+    EXPECT_EQ(pollMusic(), "First||A, B||Album||true||true");
+}
+
+TEST_F(PlayerQuirks, WrongTypesAreTakenForWhatTheyCanMean)
+{
+    auto player = makePlayer({"vlc"});
+    QVariantMap metadata{{"xesam:title", "First"},     {"xesam:artist", "Solo"}, {"xesam:album", 7},
+                         {"mpris:trackid", "no path"}, {"xesam:genre", "Genre"}, {"xesam:userRating", "1.0"}};
+    player.change({{"PlaybackStatus", "Playing"}, {"Metadata", metadata}});
+    EXPECT_EQ(postsUntil(1), Posts{"Music Playing First/Solo/"});
+    EXPECT_EQ(pollMusic(), "First||Solo||||true||false");
+}
+
+TEST_F(PlayerQuirks, AVolumeThatDiffersALittleReadsAsItWasSet)
+{
+    auto player = makePlayer({"vlc"});
+    playsFirst(player);
+    EXPECT_EQ(run(getMusicVolume).integer, 100);
+    EXPECT_FALSE(run(setMusicVolume + "30").error);
+    EXPECT_EQ(player.property("Volume"), QVariant(0.3));
+    player.set({{"Volume", 0.300003}});
+    EXPECT_EQ(run(getMusicVolume).integer, 30);
+    EXPECT_EQ(run(getMusicVolume).text, "30");
+}
+
+TEST_F(PlayerQuirks, AVolumeThatCannotBeReadIsAnError)
+{
+    auto player = makePlayer({"vlc"});
+    playsFirst(player);
+    for (const QVariant& volume : {QVariant("loud"), QVariant(std::nan("")), QVariant(QStringList{"1.0"})}) {
+        player.set({{"Volume", volume}});
+        EXPECT_TRUE(run(getMusicVolume).error);
+    }
+    player.manner = FakePlayer::Manner::failing;
+    EXPECT_TRUE(run(getMusicVolume).error);
+    player.manner = FakePlayer::Manner::babbling;
+    EXPECT_TRUE(run(getMusicVolume).error);
+}
+
+TEST_F(PlayerQuirks, AReadOnlyVolumeCanBeReadAndNotSet)
+{
+    auto player = makePlayer({"spotifyd"});
+    player.refusesVolume = true;
+    playsFirst(player);
+    EXPECT_EQ(run(getMusicVolume).integer, 100);
+    EXPECT_TRUE(run(setMusicVolume + "35").error);
+}
+
+}  // namespace
+}  // namespace sonvara::test
