@@ -134,6 +134,18 @@ TEST(WorkerPool, SurplusIdleWorkersLeaveAtOnceAndTheirNumberStaysBounded)
     EXPECT_GE(pool.threadCount(), 1U);
 }
 
+TEST(WorkerPool, IdleWorkersLeaveAfterAQuietWhileButTheLast)
+{
+    WorkerPool pool(20ms);
+    Gate gate;
+    for (int i = 0; i < 8; ++i) pool.post(QualityOfService::userInitiated, gate.blockedTask());
+    gate.waitUntilEntered(8);
+    gate.open();
+    while (pool.threadCount() > 1) std::this_thread::yield();
+    runAndWait(pool, QualityOfService::utility);
+    EXPECT_GE(pool.threadCount(), 1U);
+}
+
 TEST(WorkerPool, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
 {
     auto gate = std::make_shared<Gate>();

@@ -56,7 +56,10 @@ private:
 
 }  // namespace
 
-WorkerPool::WorkerPool() : workers_(std::make_shared<Workers>()), timer_(std::make_shared<DelayTimer>()) {}
+WorkerPool::WorkerPool(std::chrono::milliseconds quietWhile)
+    : workers_(std::make_shared<Workers>(quietWhile)),
+      timer_(std::make_shared<DelayTimer>())
+{}
 
 WorkerPool::~WorkerPool()
 {

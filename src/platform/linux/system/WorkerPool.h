@@ -14,11 +14,11 @@ class Workers;
 
 /// A task gets a worker of its own at once, up to a limit for each quality of service; what is beyond
 /// waits. The limits are separate, so that no kind of blocked work holds up another: time limits
-/// still strike when every urgent worker waits for a child process. Idle workers leave after a quiet
-/// while, the last one stays.
+/// still strike when every urgent worker waits for a child process. The last idle worker stays.
 class WorkerPool final : public GlobalQueue {
 public:
-    WorkerPool();
+    /// Idle workers leave after `quietWhile`.
+    explicit WorkerPool(std::chrono::milliseconds quietWhile = std::chrono::seconds(10));
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
     /// Drops the tasks that have not begun. Workers that are still busy are left to end by themselves.

@@ -10,7 +10,6 @@ namespace sonvara {
 
 namespace {
 
-constexpr auto quietWhile = std::chrono::seconds(10);
 constexpr std::size_t idleLimit = 8;
 
 }  // namespace
@@ -84,7 +83,7 @@ bool Workers::waitForWork(std::unique_lock<std::mutex>& lock)
         if (idle_ > idleLimit) return false;
         if (idle_ == 1)
             workArrived_.wait(lock);
-        else if (!workArrived_.wait_for(lock, quietWhile, isWanted) && idle_ > 1)
+        else if (!workArrived_.wait_for(lock, quietWhile_, isWanted) && idle_ > 1)
             return false;
     }
     return !isShutDown_;

@@ -17,6 +17,9 @@ namespace sonvara {
 /// its owner.
 class Workers : public std::enable_shared_from_this<Workers> {
 public:
+    /// An idle thread leaves after `quietWhile`.
+    explicit Workers(std::chrono::milliseconds quietWhile) : quietWhile_(quietWhile) {}
+
     void post(QualityOfService quality, Task task);
     bool shutDown(std::chrono::milliseconds limit);
     [[nodiscard]] std::size_t threadCount() const;
@@ -38,6 +41,7 @@ private:
 
     void work();
 
+    const std::chrono::milliseconds quietWhile_;
     mutable std::mutex mutex_;  // guards what follows
     std::condition_variable workArrived_;
     std::condition_variable threadLeft_;
