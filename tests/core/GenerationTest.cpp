@@ -1,0 +1,27 @@
+// The counter that tells current requests from stale ones.
+#include "speech/Generation.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace sonvara {
+namespace {
+
+TEST(Generation, GrowsByOne)
+{
+    Generation generation;
+    EXPECT_EQ(generation.value(), 0);
+    generation.advance();
+    EXPECT_EQ(generation.value(), 1);
+}
+
+TEST(GenerationDeathTest, RunningOverEndsTheProcess)
+{
+    Generation generation(std::numeric_limits<std::int64_t>::max() - 1);
+    generation.advance();
+    EXPECT_DEATH(generation.advance(), "");
+}
+
+}  // namespace
+}  // namespace sonvara

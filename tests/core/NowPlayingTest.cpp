@@ -1,0 +1,187 @@
+// Records from notifications and poll outputs, and the choice among them.
+#include "monitor/NowPlaying.h"
+#include "monitor/PlayerScripts.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace sonvara {
+namespace {
+
+Notification music(UserInfo info)
+{
+    return {musicNotification, std::move(info)};
+}
+
+NowPlaying record(const char* source, bool isPlaying, const char* name = "Song")
+{
+    return {name, "Artist", "Album", isPlaying, false, source};
+}
+
+TEST(ParseEvent, APausedMusicTrackMarkedAsLovedKeepsItsMark)
+{
+    const auto event = parseEvent(music({{"Player State", std::string("Paused")},
+                                         {"Name", std::string("Song 1")},
+                                         {"Artist", std::string("Artist A")},
+                                         {"Album", std::string("Album A")},
+                                         {"Loved", true}}));
+    ASSERT_TRUE(event);
+    EXPECT_EQ(event->name, "Song 1");
+    EXPECT_EQ(event->artist, "Artist A");
+    EXPECT_EQ(event->album, "Album A");
+    EXPECT_FALSE(event->isPlaying);
+    EXPECT_TRUE(event->favorited);
+    EXPECT_EQ(event->source, "Music");
+}
+
+TEST(ParseEvent, AStoppedSpotifyWithoutATitleIsTheEmptyRecord)
+{
+    const auto event = parseEvent({spotifyNotification, UserInfo{{"Player State", std::string("Stopped")},
+                                                                 {"Artist", std::string("not read")},
+                                                                 {"Loved", true}}});
+    ASSERT_TRUE(event);
+    EXPECT_EQ(event->name, "");
+    EXPECT_EQ(event->artist, "");
+    EXPECT_EQ(event->album, "");
+    EXPECT_FALSE(event->isPlaying);
+    EXPECT_FALSE(event->favorited);
+    EXPECT_EQ(event->source, "Spotify");
+}
+
+TEST(ParseEvent, WithoutATitleOnlyAStopYieldsARecord)
+{
+    EXPECT_FALSE(parseEvent(music({{"Player State", std::string("Playing")}})));
+    EXPECT_FALSE(parseEvent(music({{"Player State", std::string("stopped")}})));
+    EXPECT_FALSE(parseEvent(music({})));
+    EXPECT_FALSE(parseEvent({musicNotification, std::nullopt}));
+}
+
+TEST(ParseEvent, PlayingIsComparedWithItsCase)
+{
+    for (const auto* state : {"playing", "PLAYING", "Playing ", ""}) {
+        const auto event =
+            parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string(state)}}));
+        ASSERT_TRUE(event);
+        EXPECT_FALSE(event->isPlaying) << state;
+    }
+    EXPECT_TRUE(parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string("Playing")}}))
+                    ->isPlaying);
+}
+
+TEST(ParseEvent, AStopWithATitleIsARecordThatDoesNotPlay)
+{
+    const auto event =
+        parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string("Stopped")}}));
+    ASSERT_TRUE(event);
+    EXPECT_EQ(event->name, "Song");
+    EXPECT_FALSE(event->isPlaying);
+}
+
+TEST(ParseEvent, ALovedValueThatIsATextIsNotLoved)
+{
+    EXPECT_FALSE(
+        parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::string("true")}}))->favorited);
+    EXPECT_FALSE(parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::int64_t{1}}}))->favorited);
+}
+
+TEST(ParseEvent, ValuesOfOtherTypesCountAsMissing)
+{
+    const auto event = parseEvent(music({{"Name", std::string("Song")},
+                                         {"Artist", std::int64_t{5}},
+                                         {"Album", true},
+                                         {"Player State", 1.0}}));
+    ASSERT_TRUE(event);
+    EXPECT_EQ(event->artist, "");
+    EXPECT_EQ(event->album, "");
+    EXPECT_FALSE(event->isPlaying);
+    EXPECT_FALSE(parseEvent(music({{"Name", std::monostate{}}, {"Player State", std::string("Paused")}})));
+}
+
+TEST(ParseEvent, AnyOtherNotificationCountsAsSpotifys)
+{
+    EXPECT_EQ(parseEvent({"another.player", UserInfo{{"Name", std::string("Song")}}})->source, "Spotify");
+}
+
+TEST(Pick, APlayingPlayerWinsOverAPausedOne)
+{
+    EXPECT_EQ(pick(record("Music", false), record("Spotify", true), std::nullopt)->source, "Spotify");
+    EXPECT_EQ(pick(record("Music", true), record("Spotify", false), std::nullopt)->source, "Music");
+}
+
+TEST(Pick, MusicWinsWhenBothPlayOrBothPause)
+{
+    EXPECT_EQ(pick(record("Music", true), record("Spotify", true), std::nullopt)->source, "Music");
+    EXPECT_EQ(pick(record("Music", false), record("Spotify", false), std::nullopt)->source, "Music");
+}
+
+TEST(Pick, ASinglePausedPlayerIsChosenBeforeTheFallback)
+{
+    EXPECT_EQ(pick(std::nullopt, record("Spotify", false), record("Music", true))->source, "Spotify");
+}
+
+TEST(Pick, TheFallbackIsTakenAsItIsWhenNeitherPollGaveAnything)
+{
+    EXPECT_EQ(pick(std::nullopt, std::nullopt, record("Music", true, "Last"))->name, "Last");
+    EXPECT_EQ(pick(std::nullopt, std::nullopt, record("Spotify", false, ""))->name, "");
+    EXPECT_FALSE(pick(std::nullopt, std::nullopt, std::nullopt));
+}
+
+TEST(ParsePollOutput, TakesThePartsByPositionAndTrimsThem)
+{
+    const auto record = parsePollOutput("Music", " Song \n||\tArtist||\u3000Album|| true ||true\r\n", 5);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->name, "Song");
+    EXPECT_EQ(record->artist, "Artist");
+    EXPECT_EQ(record->album, "Album");
+    EXPECT_TRUE(record->isPlaying);
+    EXPECT_TRUE(record->favorited);
+    EXPECT_EQ(record->source, "Music");
+}
+
+TEST(ParsePollOutput, ATitleWithTheSeparatorShiftsTheOtherParts)
+{
+    const auto record = parsePollOutput("Spotify", "A||B||Artist||Album||true", 4);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->name, "A");
+    EXPECT_EQ(record->artist, "B");
+    EXPECT_EQ(record->album, "Artist");
+    EXPECT_FALSE(record->isPlaying);
+}
+
+TEST(ParsePollOutput, TruthValuesAreComparedWithTheirCase)
+{
+    EXPECT_FALSE(parsePollOutput("Music", "a||b||c||True||TRUE", 5)->isPlaying);
+    EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true||TRUE", 5)->favorited);
+}
+
+TEST(ParsePollOutput, ASpotifyRecordIsNeverLoved)
+{
+    EXPECT_FALSE(parsePollOutput("Spotify", "a||b||c||true||true", 4)->favorited);
+}
+
+TEST(ParsePollOutput, TooFewPartsGiveNothing)
+{
+    EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true", 5));
+    EXPECT_FALSE(parsePollOutput("Spotify", "", 4));
+}
+
+TEST(PlayerScripts, AreTheWireFormatToTheByte)
+{
+    EXPECT_EQ(musicPollScript().size(), 543U);
+    EXPECT_EQ(spotifyPollScript().size(), 470U);
+    EXPECT_TRUE(musicPollScript().starts_with(
+        "try\n    tell application \"Music\"\n        if it is running then\n"));
+    EXPECT_TRUE(musicPollScript().ends_with("on error\n    return \"error\"\nend try"));
+    auto expected = musicPollScript();
+    const auto replace = [&expected](const std::string& from, const std::string& to) {
+        expected.replace(expected.find(from), from.size(), to);
+    };
+    replace("\"Music\"", "\"Spotify\"");
+    replace("            set isFavorited to loved of current track\n", "");
+    replace(" & \"||\" & isFavorited", "");
+    EXPECT_EQ(spotifyPollScript(), expected);
+}
+
+}  // namespace
+}  // namespace sonvara

@@ -1,0 +1,156 @@
+// Random sessions of a listener against the rules that always hold, with every thread's turn in random order.
+#include "app/AppDelegate.h"
+#include "fakes/FakeDesktop.h"
+#include "monitor/NowPlaying.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace sonvara::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A listener who skips, pauses, mutes, changes settings and switches players at random.
+class RandomSession {
+public:
+    explicit RandomSession(std::uint32_t seed) : random_(seed)
+    {
+        desktop_.time.shuffle(seed);
+        desktop_.files.executables = {"/usr/bin/claude"};
+        for (auto* player : {&desktop_.players.music, &desktop_.players.spotify}) {
+            player->isRunning = true;
+            player->latency = std::chrono::milliseconds(draw(3) == 0 ? draw(400) : 0);
+        }
+        delegate_ = std::make_shared<AppDelegate>(desktop_.platform);
+        delegate_->applicationDidFinishLaunching();
+    }
+
+    void act()
+    {
+        switch (draw(12)) {
+        case 0:
+        case 1:
+        case 2: changeTrack(); break;
+        case 3: setPlaying(!player().isPlaying); break;
+        case 4: notify(); break;  // repeats what is known
+        case 5: desktop_.defaults.values["announcementsEnabled"] = draw(4) != 0; break;
+        case 6: desktop_.defaults.values["aiIntros"] = draw(2) == 0; break;
+        case 7: desktop_.defaults.values["duckMusic"] = draw(4) != 0; break;
+        case 8: usesSpotify_ = draw(2) == 0; break;
+        case 9: player().isRunning = draw(3) != 0; break;
+        default:
+            if (desktop_.voice.isSpeaking()) desktop_.voice.finish();
+        }
+        desktop_.launcher.behaviour.output = "AI says " + std::to_string(draw(1'000'000)) + "\n";
+        desktop_.launcher.behaviour.runsFor = std::chrono::milliseconds(draw(30'000));
+        desktop_.launcher.behaviour.exitStatus = draw(4) == 0 ? 1 : 0;
+        desktop_.time.advance(std::chrono::milliseconds(draw(4'000)));
+    }
+
+    /// The listener stops everything; whatever is under way comes to its end.
+    void windDown()
+    {
+        for (auto* each : {&desktop_.players.music, &desktop_.players.spotify}) each->isPlaying = false;
+        notify();
+        desktop_.time.advance(2min);
+    }
+
+    void check() const
+    {
+        checkOneLinePerNewTrack();
+        checkVolumeCommands();
+        EXPECT_FALSE(desktop_.voice.isSpeaking()) << "a stop ends every line";
+    }
+    [[nodiscard]] std::size_t spokenLines() const { return desktop_.voice.lines.size(); }
+
+private:
+    std::uint32_t draw(std::uint32_t below)
+    {
+        return std::uniform_int_distribution<std::uint32_t>(0, below - 1)(random_);
+    }
+    FakePlayers::Player& player() { return usesSpotify_ ? desktop_.players.spotify : desktop_.players.music; }
+    void changeTrack()
+    {
+        const auto number = std::to_string(draw(8));
+        player().title = "Song " + number;
+        player().artist = "Artist " + std::to_string(draw(2));
+        player().album = draw(3) == 0 ? "" : "Album " + std::to_string(draw(2));
+        setPlaying(true);
+    }
+    void setPlaying(bool isPlaying)
+    {
+        player().isPlaying = isPlaying;
+        notify();
+    }
+    void notify()
+    {
+        if (player().title.empty()) return;
+        desktop_.notifications.deliver(
+            {usesSpotify_ ? spotifyNotification : musicNotification,
+             UserInfo{{"Player State", std::string(player().isPlaying ? "Playing" : "Paused")},
+                      {"Name", player().title},
+                      {"Artist", player().artist},
+                      {"Album", player().album}}});
+    }
+
+    /// A generation is used up by each new track, so there can be no more lines than changes of the title.
+    void checkOneLinePerNewTrack() const
+    {
+        const auto announced = desktop_.systemLog.texts(LogLevel::debug, "Speech");
+        std::size_t lines = 0;
+        for (const auto& message : announced) lines += message.starts_with("Announcing: ") ? 1U : 0U;
+        EXPECT_EQ(lines, desktop_.voice.lines.size());
+        EXPECT_LE(lines, static_cast<std::size_t>(desktop_.voice.stops))
+            << "each new track stops once before its line";
+        for (const auto& line : desktop_.voice.lines) {
+            EXPECT_NE(line.ending, FakeVoice::Ending::none) << line.utterance.line;
+        }
+    }
+
+    /// Every write is either the ducked value of some read before it, or a value read before it.
+    void checkVolumeCommands() const
+    {
+        for (const std::string name : {"Music", "Spotify"}) {
+            std::size_t reads = 0;
+            std::size_t writes = 0;
+            for (const auto& command : desktop_.players.volumeCommands) {
+                if (!command.starts_with(name)) continue;
+                command.back() == '?' ? ++reads : ++writes;
+                EXPECT_LE(writes, 2 * reads) << "one duck and at most one restore for each read";
+            }
+        }
+    }
+
+    std::mt19937 random_;
+    FakeDesktop desktop_;
+    std::shared_ptr<AppDelegate> delegate_;
+    bool usesSpotify_ = false;
+};
+
+TEST(RandomSessionTest, TheRulesHoldInEverySession)
+{
+    std::size_t spoken = 0;
+    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RandomSession session(seed);
+        for (int i = 0; i < 60; ++i) session.act();
+        session.windDown();
+        session.check();
+        spoken += session.spokenLines();
+        if (testing::Test::HasFailure()) return;
+    }
+    EXPECT_GT(spoken, 200U) << "the sessions must exercise what they check";
+}
+
+}  // namespace
+}  // namespace sonvara::test

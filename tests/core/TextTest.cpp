@@ -1,0 +1,141 @@
+// The rules for Unicode text.
+#include "support/Text.h"
+#include "support/Uuid.h"
+
+#include <gmock/gmock.h>
+
+#include <set>
+#include <string>
+
+namespace sonvara {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(TextEqual, PrecomposedAndDecomposedLettersAreEqual)
+{
+    EXPECT_TRUE(text::equal("Caf\u00e9", "Cafe\u0301"));
+    EXPECT_TRUE(text::equal("\uAC00", "\u1100\u1161"));  // a Hangul syllable and its letters
+}
+
+TEST(TextEqual, OrderOfCombiningMarksOfDifferentClassesDoesNotCount)
+{
+    EXPECT_TRUE(text::equal("q\u0307\u0323", "q\u0323\u0307"));
+}
+
+TEST(TextEqual, CaseBlanksAccentsAndCompatibilityFormsCount)
+{
+    EXPECT_FALSE(text::equal("Song", "song"));
+    EXPECT_FALSE(text::equal("Song", "Song "));
+    EXPECT_FALSE(text::equal("e", "\u00e9"));
+    EXPECT_FALSE(text::equal("\uFB01", "fi"));
+}
+
+TEST(TextEqual, InvalidUtf8IsComparedByteByByte)
+{
+    EXPECT_TRUE(text::equal("\xff\xfe", "\xff\xfe"));
+    EXPECT_FALSE(text::equal("\xff", "\xfe"));
+    EXPECT_FALSE(text::equal("\xff", "e"));
+}
+
+TEST(TextEqual, NulIsACharacterLikeAnyOther)
+{
+    EXPECT_FALSE(text::equal(std::string("a\0b", 3), std::string("a\0c", 3)));
+    EXPECT_FALSE(text::equal(std::string("a\0b", 3), "a"));
+}
+
+TEST(TextTrim, RemovesUnicodeWhiteSpaceAndLineEndsFromBothEnds)
+{
+    EXPECT_EQ(text::trim(" \t\r\n\v\f\u0085\u00a0\u1680\u2003\u2028\u2029\u202f\u205f\u3000Song A\u3000\n "),
+              "Song A");
+}
+
+TEST(TextTrim, KeepsWhatIsNoWhiteSpace)
+{
+    EXPECT_EQ(text::trim("\u200bA\u200b"), "\u200bA\u200b");  // zero-width space is a format character
+    EXPECT_EQ(text::trim("  a b  "), "a b");
+    EXPECT_EQ(text::trim(""), "");
+    EXPECT_EQ(text::trim(" \u3000 "), "");
+    EXPECT_EQ(text::trim(" \xff "), "\xff");
+    EXPECT_EQ(text::trim("\x80\x80\x80"), "\x80\x80\x80");
+}
+
+TEST(TextSplit, KeepsEmptyPiecesAndFindsSeparatorsFromLeftToRight)
+{
+    EXPECT_THAT(text::split("a||b||", "||"), ElementsAre("a", "b", ""));
+    EXPECT_THAT(text::split("", "||"), ElementsAre(""));
+    EXPECT_THAT(text::split("a|||b", "||"), ElementsAre("a", "|b"));
+}
+
+TEST(TextLength, CountsUserPerceivedCharacters)
+{
+    EXPECT_EQ(text::length(""), 0U);
+    EXPECT_EQ(text::length("abc"), 3U);
+    EXPECT_EQ(text::length("e\u0301"), 1U);
+    EXPECT_EQ(text::length("\U0001F468\u200D\U0001F469\u200D\U0001F467"), 1U);  // one family
+    EXPECT_EQ(text::length("\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7"), 2U);    // two flags
+    EXPECT_EQ(text::length("\r\n"), 1U);
+    EXPECT_EQ(text::length("\xff\xfe"), 2U);
+}
+
+TEST(TextIsValidUtf8, RefusesWhatIsNoText)
+{
+    EXPECT_TRUE(text::isValidUtf8(""));
+    EXPECT_TRUE(text::isValidUtf8(std::string("a\0\u00e9\U0001F600", 8)));
+    EXPECT_FALSE(text::isValidUtf8("\xc3"));              // cut off
+    EXPECT_FALSE(text::isValidUtf8("\xc0\xaf"));          // overlong
+    EXPECT_FALSE(text::isValidUtf8("\xed\xa0\x80"));      // a lone surrogate
+    EXPECT_FALSE(text::isValidUtf8("\xf4\x90\x80\x80"));  // above the last code point
+}
+
+TEST(TextWrap, BreaksAtBlanksAndJoinsWithLineFeeds)
+{
+    EXPECT_EQ(text::wrap("a b", 3), "a b");
+    EXPECT_EQ(text::wrap("a b", 2), "a\nb");
+    EXPECT_EQ(text::wrap("one two three", 7), "one two\nthree");
+}
+
+TEST(TextWrap, AnEmptyTextOrOneOfBlanksIsEmpty)
+{
+    EXPECT_EQ(text::wrap("", 40), "");
+    EXPECT_EQ(text::wrap("     ", 40), "");
+}
+
+TEST(TextWrap, RunsOfBlanksCountAsOneBreakAndOuterOnesVanish)
+{
+    EXPECT_EQ(text::wrap("  a   b  ", 40), "a b");
+}
+
+TEST(TextWrap, ALongWordStandsAloneUnbroken)
+{
+    const std::string word(60, 'x');
+    EXPECT_EQ(text::wrap(word, 40), word);
+    EXPECT_EQ(text::wrap("a " + word + " b", 40), "a\n" + word + "\nb");
+}
+
+TEST(TextWrap, TabsAndLineFeedsStayInsideTheirWord)
+{
+    EXPECT_EQ(text::wrap("a\tb c\nd", 3), "a\tb\nc\nd");
+}
+
+TEST(TextWrap, WidthIsCountedInUserPerceivedCharacters)
+{
+    const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
+    EXPECT_EQ(text::wrap(family + " " + family, 3), family + " " + family);
+    EXPECT_EQ(text::wrap(family + " " + family, 2), family + "\n" + family);
+}
+
+TEST(Uuid, IsRandomAndOfVersionFour)
+{
+    std::set<std::string> seen;
+    for (int i = 0; i < 100; ++i) {
+        const auto uuid = makeUuid();
+        EXPECT_THAT(uuid, testing::MatchesRegex(
+                              "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
+        seen.insert(uuid);
+    }
+    EXPECT_EQ(seen.size(), 100U);
+}
+
+}  // namespace
+}  // namespace sonvara

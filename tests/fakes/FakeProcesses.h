@@ -1,0 +1,121 @@
+// Command-line tools that do what the test wants, in virtual time.
+#pragma once
+
+#include "fakes/VirtualTime.h"
+#include "platform/ChildProcess.h"
+#include "platform/FileManager.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace sonvara::test {
+
+/// How a tool behaves.
+struct ToolBehaviour {
+    std::string output;
+    int exitStatus = 0;
+    VirtualTime::Duration runsFor{500};
+    std::optional<std::string> launchError = std::nullopt;
+    bool ignoresTerminate = false;
+};
+
+class FakeChild : public ChildProcess {
+public:
+    FakeChild(VirtualTime& time, ChildProcessSetup how, ToolBehaviour behaviour)
+        : setup(std::move(how)),
+          time_(time),
+          behaviour_(std::move(behaviour))
+    {}
+
+    std::optional<std::string> launch() override
+    {
+        EXPECT_FALSE(time_.isMainThread());
+        EXPECT_FALSE(wasLaunched_) << "a child is launched once";
+        wasLaunched_ = true;
+        if (behaviour_.launchError) return behaviour_.launchError;
+        launchedAt = time_.elapsed();
+        return std::nullopt;
+    }
+    std::string readOutputToEnd() override
+    {
+        EXPECT_TRUE(isRunning());
+        time_.blockWorker([this] { return hasEnded(); }, behaviour_.runsFor);
+        wasRead_ = true;
+        return wasTerminated ? std::string() : behaviour_.output;
+    }
+    int waitUntilExit() override
+    {
+        EXPECT_FALSE(isRunning());
+        return wasTerminated ? 143 : behaviour_.exitStatus;
+    }
+    [[nodiscard]] bool isRunning() const override { return launchedAt && !hasEnded(); }
+    void terminate() override
+    {
+        ++terminateRequests;
+        if (isRunning() && !behaviour_.ignoresTerminate) wasTerminated = true;
+    }
+
+    ChildProcessSetup setup;
+    std::optional<VirtualTime::Duration> launchedAt;
+    int terminateRequests = 0;
+    bool wasTerminated = false;
+
+private:
+    [[nodiscard]] bool hasEnded() const
+    {
+        return wasRead_ || wasTerminated || time_.elapsed() >= *launchedAt + behaviour_.runsFor;
+    }
+
+    VirtualTime& time_;
+    ToolBehaviour behaviour_;
+    bool wasLaunched_ = false;
+    bool wasRead_ = false;
+};
+
+/// Launches `FakeChild`ren, each with the behaviour that is set at that moment.
+class FakeLauncher : public ProcessLauncher {
+public:
+    explicit FakeLauncher(VirtualTime& time) : time_(time) {}
+    std::shared_ptr<ChildProcess> make(ChildProcessSetup setup) override
+    {
+        EXPECT_FALSE(time_.isMainThread());
+        children.push_back(std::make_shared<FakeChild>(time_, std::move(setup), behaviour));
+        return children.back();
+    }
+
+    ToolBehaviour behaviour;
+    std::vector<std::shared_ptr<FakeChild>> children;
+
+private:
+    VirtualTime& time_;
+};
+
+class FakeFileManager : public FileManager {
+public:
+    explicit FakeFileManager(VirtualTime& time) : time_(time) {}
+    [[nodiscard]] bool isExecutableFile(const std::string& path) const override
+    {
+        EXPECT_FALSE(time_.isMainThread()) << "the file system may block";
+        return executables.contains(path);
+    }
+    [[nodiscard]] std::string temporaryDirectory() const override { return "/temporary"; }
+    bool createDirectory(const std::string& path) override
+    {
+        createdDirectories.push_back(path);
+        return canCreateDirectories;
+    }
+
+    std::set<std::string> executables;
+    std::vector<std::string> createdDirectories;
+    bool canCreateDirectories = true;
+
+private:
+    VirtualTime& time_;
+};
+
+}  // namespace sonvara::test
