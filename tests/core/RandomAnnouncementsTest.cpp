@@ -37,7 +37,7 @@ protected:
             return "Listen to <" + prompt.substr(title, prompt.find('\n', title) - title) + ">\n";
         };
         desktop.voice.onSpeak = [this](const std::string& line) { heard(line); };
-        for (int i = 0; i < 80; ++i) act();
+        for (int i = 0; i < 200; ++i) act();
         mayBeSpoken_.reset();
         stop();
         desktop.time.advance(1min);

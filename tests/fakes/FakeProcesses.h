@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -18,6 +19,8 @@ namespace sonvara::test {
 /// How a tool behaves.
 struct ToolBehaviour {
     std::string output;
+    /// The output as it depends on what the tool was asked; in place of `output`.
+    std::function<std::string(const ChildProcessSetup&)> answer = nullptr;
     int exitStatus = 0;
     VirtualTime::Duration runsFor{500};
     std::optional<std::string> launchError = std::nullopt;
@@ -46,7 +49,8 @@ public:
         EXPECT_TRUE(isRunning());
         time_.blockWorker([this] { return hasEnded(); }, behaviour_.runsFor);
         wasRead_ = true;
-        return wasTerminated ? std::string() : behaviour_.output;
+        if (wasTerminated) return {};
+        return behaviour_.answer ? behaviour_.answer(setup) : behaviour_.output;
     }
     int waitUntilExit() override
     {

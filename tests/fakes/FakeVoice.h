@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +37,7 @@ public:
     void speak(SpeechUtterance utterance) override
     {
         EXPECT_TRUE(time_.isMainThread());
+        if (onSpeak) onSpeak(utterance.line);
         lines.push_back({std::move(utterance), Ending::none, time_.elapsed(), false});
         waiting_.push_back(lines.size() - 1);
         lines[waiting_.front()].wasHeard = true;
@@ -72,8 +74,9 @@ public:
         end(line, Ending::finished);
     }
 
-    std::vector<Line> lines;  ///< everything handed over, in order
-    int stops = 0;            ///< how often it was asked to stop
+    std::function<void(const std::string&)> onSpeak;  ///< Test: hears of each line as it is handed over
+    std::vector<Line> lines;                          ///< everything handed over, in order
+    int stops = 0;                                    ///< how often it was asked to stop
     std::string languageCode = "en-US";
     std::optional<SpeechVoice> voice = SpeechVoice{"voice for en-US"};
 
