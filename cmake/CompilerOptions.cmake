@@ -4,6 +4,9 @@ target_compile_options(sonvara_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
   -Werror)
 
+# Sanitized builds: just enough optimisation to be quick, line numbers for the reports, quick to compile.
+set(CMAKE_CXX_FLAGS_SANITIZE "-O1 -g1")
+
 if(SONVARA_SANITIZE)
   target_compile_options(sonvara_options INTERFACE -fsanitize=${SONVARA_SANITIZE} -fno-omit-frame-pointer
     -fno-sanitize-recover=all)
