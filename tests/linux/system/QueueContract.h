@@ -149,17 +149,12 @@ TYPED_TEST_P(QueueContract, DelayedTaskRunsWithoutItsHandle)
     EXPECT_TRUE(this->host_.runUntil([&] { return ran.load(); }));
 }
 
-TYPED_TEST_P(QueueContract, CancelledTaskIsNotRunAndIsDestroyedAtOnce)
+TYPED_TEST_P(QueueContract, CancelledTaskIsNotRun)
 {
-    auto token = std::make_shared<int>();
-    const std::weak_ptr<int> watched = token;
     std::atomic<bool> ran = false;
     std::atomic<bool> laterRan = false;
     auto& queue = this->host_.globalQueue();
-    const auto task =
-        queue.postAfter(QualityOfService::standard, 20ms, [held = std::move(token), &ran] { ran = true; });
-    task->cancel();
-    EXPECT_TRUE(watched.expired());
+    queue.postAfter(QualityOfService::standard, 20ms, [&] { ran = true; })->cancel();
     const auto later = queue.postAfter(QualityOfService::standard, 60ms, [&] { laterRan = true; });
     ASSERT_TRUE(this->host_.runUntil([&] { return laterRan.load(); }));
     EXPECT_FALSE(ran);
@@ -184,7 +179,6 @@ REGISTER_TYPED_TEST_SUITE_P(QueueContract, RunsMainTasksLaterInOrderOfSubmission
                             TimerGoesOnWithoutItsHandle, InvalidatedTimerIsSilentAndDestroysItsAction,
                             ATimerMayInvalidateItself, RunsBackgroundTasksOfEveryQuality,
                             DelayedTaskRunsOnceAndIsDestroyedThoughItsHandleStays,
-                            DelayedTaskRunsWithoutItsHandle, CancelledTaskIsNotRunAndIsDestroyedAtOnce,
-                            DelayedTasksRunByDueTime);
+                            DelayedTaskRunsWithoutItsHandle, CancelledTaskIsNotRun, DelayedTasksRunByDueTime);
 
 }  // namespace sonvara

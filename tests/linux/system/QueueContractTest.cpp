@@ -1,5 +1,6 @@
 #include "QueueContract.h"
 #include "EventLoop.h"
+#include "fakes/VirtualTime.h"
 
 #include "platform/linux/system/QtMainQueue.h"
 #include "platform/linux/system/WorkerPool.h"
@@ -34,8 +35,33 @@ private:
     std::optional<WorkerPool> pool_{std::in_place};
 };
 
+// The queues of the core's tests, which must behave like the real ones.
+class VirtualHost {
+public:
+    ~VirtualHost() { shutDown(); }
+    MainQueue& mainQueue() { return *time_; }
+    GlobalQueue& globalQueue() { return *time_; }
+
+    template <typename Condition>
+    bool runUntil(Condition condition)
+    {
+        for (int step = 0; step < 20000 && !condition(); ++step) time_->advance(1ms);
+        return condition();
+    }
+
+    void shutDown()
+    {
+        if (time_) time_->end();
+        time_.reset();
+    }
+
+private:
+    std::optional<test::VirtualTime> time_{std::in_place};
+};
+
 }  // namespace
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Qt, QueueContract, QtHost);
+INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, QueueContract, VirtualHost);
 
 }  // namespace sonvara

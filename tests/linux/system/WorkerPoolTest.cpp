@@ -182,6 +182,15 @@ TEST(WorkerPool, BlockedWorkersMayOutliveThePool)
     finished->get_future().wait();
 }
 
+TEST(WorkerPool, ACancelledTaskIsDestroyedAtOnce)
+{
+    WorkerPool pool;
+    auto token = std::make_shared<int>();
+    const std::weak_ptr<int> watched = token;
+    pool.postAfter(QualityOfService::standard, 1h, [held = std::move(token)] {})->cancel();
+    EXPECT_TRUE(watched.expired());
+}
+
 TEST(WorkerPool, TheEndOfThePoolForgetsDelayedTasks)
 {
     auto token = std::make_shared<int>();
