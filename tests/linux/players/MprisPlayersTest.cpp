@@ -21,7 +21,7 @@ TEST_F(MprisPlayersTest, WhatPlaysAtTheStartIsToldByTheFirstPollAndNotPosted)
     auto player = makePlayer({"rhythmbox"});
     const PlayerProcess spotify(bus, {"spotify.instance5"});
     player.set({{"PlaybackStatus", "Paused"}, {"Metadata", metadataOf("One")}});
-    start();
+    make();
     EXPECT_EQ(pollMusic(), "One||Artist||Album||false||false");
     EXPECT_EQ(pollSpotify(), "error");
     player.play("Two");
@@ -120,15 +120,12 @@ TEST_F(MprisPlayersTest, AHungPlayerCostsNoOneMoreThanAShortWait)
         ScriptResult result;
         const auto duration = onWorker([&] { result = players->scriptRunner().run(script); });
         EXPECT_TRUE(result.error || result.text == "error");
-        EXPECT_LT(duration, 1100ms);
+        EXPECT_LT(duration, 1500ms);
     }
     std::string answer;
     const auto hung = startWorker([&] { answer = *players->scriptRunner().run(musicPollScript()).text; });
-    EXPECT_LT(onWorker([&] {
-                  EXPECT_EQ(players->scriptRunner().run(spotifyPollScript()).text,
-                            "Two||Artist||Album||true");
-              }),
-              300ms);
+    EXPECT_EQ(pollSpotify(), "Two||Artist||Album||true");
+    EXPECT_FALSE(hung->isFinished()) << "the other player had to wait for the hung one";
     EXPECT_TRUE(eventually([&] { return hung->isFinished(); }));
     EXPECT_EQ(answer, "error");
 }
@@ -137,9 +134,9 @@ TEST_F(MprisPlayersTest, AProgramThatIsHungFromItsStartIsAnErrorWithinASecond)
 {
     PlayerProcess player(bus, {"rhythmbox"});
     ASSERT_EQ(::kill(static_cast<pid_t>(player.id()), SIGSTOP), 0);
-    start();
+    make();
     std::string answer;
-    EXPECT_LT(onWorker([&] { answer = *players->scriptRunner().run(musicPollScript()).text; }), 1100ms);
+    EXPECT_LT(onWorker([&] { answer = *players->scriptRunner().run(musicPollScript()).text; }), 1500ms);
     EXPECT_EQ(answer, "error");
     ASSERT_EQ(::kill(static_cast<pid_t>(player.id()), SIGCONT), 0);
     player.say("One");
@@ -182,6 +179,20 @@ TEST_F(MprisPlayersTest, GarbageIsAnErrorAndForgottenAfterwards)
     EXPECT_EQ(pollMusic(), "One||Artist||Album||true||false");
     player.play("Two");
     EXPECT_EQ(postsUntil(2), (Posts{"Music Playing One/Artist/Album", "Music Playing Two/Artist/Album"}));
+}
+
+TEST_F(MprisPlayersTest, APlayerMayComeAndGoWhileItIsStillAsked)
+{
+    start();
+    auto player = makePlayer({});
+    for (int i = 0; i < 5; ++i) {
+        player.own("rhythmbox");
+        player.disown("rhythmbox");
+    }
+    player.own("rhythmbox");
+    player.play("One");
+    EXPECT_EQ(postsUntil(1), Posts{"Music Playing One/Artist/Album"});
+    EXPECT_EQ(pollMusic(), "One||Artist||Album||true||false");
 }
 
 TEST_F(MprisPlayersTest, SignalsOfProgramsThatAreNoPlayersAreNotHeard)

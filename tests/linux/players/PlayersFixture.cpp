@@ -65,6 +65,12 @@ void PlayerProcess::quit()
 
 void PlayersTest::start()
 {
+    make();
+    pollMusic();
+}
+
+void PlayersTest::make()
+{
     players = std::make_unique<MprisPlayers>(bus.connect(), log);
     for (const auto* name : {"com.apple.Music.playerInfo", "com.spotify.client.PlaybackStateChanged"})
         subscriptions_.push_back(players->notificationCenter().addObserver(
@@ -78,8 +84,10 @@ bool PlayersTest::eventually(const std::function<bool()>& condition)
     deadline.setSingleShot(true);
     QObject::connect(&deadline, &QTimer::timeout, &deadline, [&late] { late = true; });
     deadline.start(std::chrono::seconds(10));
-    while (!condition() && !late) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return condition();
+    bool holds = condition();
+    for (; !holds && !late; holds = condition())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return holds;
 }
 
 const Posts& PlayersTest::postsUntil(std::size_t count)
@@ -105,11 +113,11 @@ std::string PlayersTest::pollSpotify()
     return run(spotifyPollScript()).text.value_or("(no text)");
 }
 
-std::string PlayersTest::pollMusicUntil(const std::string& expected)
+std::string PlayersTest::runUntil(const std::string& script, const std::string& expected)
 {
-    std::string answer;
-    eventually([&] { return (answer = pollMusic()) == expected; });
-    return answer;
+    std::string text;
+    eventually([&] { return (text = run(script).text.value_or("(no text)")) == expected; });
+    return text;
 }
 
 std::unique_ptr<QThread> startWorker(const std::function<void()>& work)

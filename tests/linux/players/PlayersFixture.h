@@ -51,6 +51,8 @@ using Posts = std::vector<std::string>;
 class PlayersTest : public testing::Test {
 protected:
     /// Makes the adapter; players that are on the bus already are there at its start.
+    void make();
+    /// Makes the adapter and polls until it knows the players that are there.
     void start();
 
     /// Runs the event loop until `condition` holds; false if it does not within ten seconds.
@@ -62,8 +64,8 @@ protected:
     ScriptResult run(const std::string& script);
     std::string pollMusic();
     std::string pollSpotify();
-    /// Polls until the answer is `expected`; gives the last answer.
-    std::string pollMusicUntil(const std::string& expected);
+    /// Runs a script until its text is `expected`; gives the last one.
+    std::string runUntil(const std::string& script, const std::string& expected);
 
     [[nodiscard]] FakePlayer makePlayer(const QStringList& names) { return {bus.connect(), names}; }
 

@@ -35,6 +35,7 @@ Player* PlayerDirectory::add(const std::string& name, const std::string& owner)
         return nullptr;
     }
     auto& player = players_.emplace_back();
+    player.serial = ++serials_;
     player.owner = owner;
     player.names.push_back(name);
     return &player;

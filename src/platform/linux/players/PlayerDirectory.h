@@ -15,6 +15,7 @@ namespace sonvara::players {
 
 /// One connection to the bus that owns at least one player's name.
 struct Player {
+    std::uint64_t serial = 0;        ///< differs for a connection that leaves and comes back
     std::string owner;               ///< the connection's unique name
     std::vector<std::string> names;  ///< in order of appearance; never empty
     Introduction introduction;
@@ -66,6 +67,7 @@ private:
 
     std::list<Player> players_;  // in order of appearance, at stable addresses
     std::uint64_t changes_ = 0;
+    std::uint64_t serials_ = 0;
 };
 
 }  // namespace sonvara::players

@@ -111,27 +111,27 @@ void PlayerWatch::takeOwnerChange(const std::string& name, const std::string& be
 
 void PlayerWatch::introduce(Player& player)
 {
-    const auto owner = player.owner;
+    const Asked asked{player.owner, player.serial};
     player.unanswered = 3;
-    bus_.askProcess(owner, [this, owner](const QVariantList& answer) {
-        takeAnswer(owner, [&](Introduction& introduction) {
+    bus_.askProcess(asked.owner, [this, asked](const QVariantList& answer) {
+        takeAnswer(asked, [&](Introduction& introduction) {
             if (!answer.isEmpty()) introduction.process = answer.first().toUInt();
         });
     });
-    bus_.askIntroduction(owner, [this, owner](const QVariantList& answer) {
-        takeAnswer(owner, [&](Introduction& introduction) {
+    bus_.askIntroduction(asked.owner, [this, asked](const QVariantList& answer) {
+        takeAnswer(asked, [&](Introduction& introduction) {
             const auto properties = decodeMap(answer.value(0)).value_or(QVariantMap());
             introduction.identity = decodeText(properties.value(QStringLiteral("Identity")));
             introduction.desktopEntry = decodeText(properties.value(QStringLiteral("DesktopEntry")));
         });
     });
-    refresh(owner, [this, owner](bool) { takeAnswer(owner, [](Introduction&) {}); });
+    refresh(asked.owner, [this, asked](bool) { takeAnswer(asked, [](Introduction&) {}); });
 }
 
-void PlayerWatch::takeAnswer(const std::string& owner, const std::function<void(Introduction&)>& learn)
+void PlayerWatch::takeAnswer(const Asked& asked, const std::function<void(Introduction&)>& learn)
 {
-    auto* player = directory_.find(owner);
-    if (player == nullptr) return;
+    auto* player = directory_.find(asked.owner);
+    if (player == nullptr || player->serial != asked.serial) return;
     --player->unanswered;
     learn(player->introduction);
     update();

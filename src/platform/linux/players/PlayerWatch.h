@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -39,6 +40,11 @@ public:
 
 private:
     using Refreshed = std::function<void(bool)>;
+    // The player that a question went to; another one may own the connection when the answer comes.
+    struct Asked {
+        std::string owner;
+        std::uint64_t serial;
+    };
     struct WaitingPoll {
         PlayerKind kind;
         Answer answer;
@@ -49,7 +55,7 @@ private:
     void takeOwner(const std::string& name, const std::string& owner);
     void takeOwnerChange(const std::string& name, const std::string& before, const std::string& now);
     void introduce(Player& player);
-    void takeAnswer(const std::string& owner, const std::function<void(Introduction&)>& learn);
+    void takeAnswer(const Asked& asked, const std::function<void(Introduction&)>& learn);
     void takeSignal(const std::string& owner, const QVariantList& arguments);
     void takeLoss();
 
