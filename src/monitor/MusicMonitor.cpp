@@ -1,9 +1,9 @@
 #include "monitor/MusicMonitor.h"
 
-#include "monitor/PlayerScripts.h"
 #include "platform/GlobalQueue.h"
 #include "platform/Platform.h"
 #include "platform/ScriptRunner.h"
+#include "support/PlayerScripts.h"
 
 #include <chrono>
 #include <utility>

@@ -1,6 +1,7 @@
 #include "speech/PlayerVolume.h"
 
 #include "platform/ScriptRunner.h"
+#include "support/PlayerScripts.h"
 
 #include <algorithm>
 
@@ -12,16 +13,6 @@ constexpr int lowestDuckedVolume = 12;
 
 }  // namespace
 
-std::string PlayerVolume::readCommand(const std::string& source)
-{
-    return "tell application \"" + source + "\" to get sound volume";
-}
-
-std::string PlayerVolume::setCommand(const std::string& source, int volume)
-{
-    return "tell application \"" + source + "\" to set sound volume to " + std::to_string(volume);
-}
-
 int PlayerVolume::ducked(int volume)
 {
     return std::max(static_cast<int>(volume * duckFactor), lowestDuckedVolume);
@@ -29,14 +20,14 @@ int PlayerVolume::ducked(int volume)
 
 std::optional<int> PlayerVolume::read(ScriptRunner& scripts, const std::string& source)
 {
-    const auto result = scripts.run(readCommand(source));
+    const auto result = scripts.run(volumeScript({source, std::nullopt}));
     if (!result.created || result.error) return std::nullopt;
     return result.integer;
 }
 
 void PlayerVolume::set(ScriptRunner& scripts, const std::string& source, int volume)
 {
-    (void)scripts.run(setCommand(source, std::clamp(volume, 0, 100)));
+    (void)scripts.run(volumeScript({source, std::clamp(volume, 0, 100)}));
 }
 
 }  // namespace sonvara

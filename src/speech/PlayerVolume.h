@@ -1,4 +1,4 @@
-// A player's own volume: the commands that read and set it, and how far it is lowered for the DJ.
+// A player's own volume: reading and setting it, and how far it is lowered for the DJ.
 #pragma once
 
 #include <optional>
@@ -11,10 +11,6 @@ class ScriptRunner;
 /// Volumes are whole numbers from 0 (silent) to 100.
 struct PlayerVolume {
     PlayerVolume() = delete;
-
-    /// The commands as the players understand them; `source` stands in them as it is.
-    [[nodiscard]] static std::string readCommand(const std::string& source);
-    [[nodiscard]] static std::string setCommand(const std::string& source, int volume);
 
     /// 35 % of `volume`, but never below 12: a quieter player is even turned up, so that the way back is
     /// the same for all.

@@ -13,15 +13,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(PlayerVolume, CommandsAreTheWireFormat)
-{
-    EXPECT_EQ(PlayerVolume::readCommand("Music"), "tell application \"Music\" to get sound volume");
-    EXPECT_EQ(PlayerVolume::readCommand("Spotify"), "tell application \"Spotify\" to get sound volume");
-    EXPECT_EQ(PlayerVolume::setCommand("Music", 35), "tell application \"Music\" to set sound volume to 35");
-    EXPECT_EQ(PlayerVolume::setCommand("Spotify", 35),
-              "tell application \"Spotify\" to set sound volume to 35");
-}
-
 TEST(PlayerVolume, DuckedVolumesAreThoseOfTheTable)
 {
     EXPECT_EQ(PlayerVolume::ducked(100), 35);

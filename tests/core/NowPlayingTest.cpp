@@ -1,6 +1,5 @@
 // Records from notifications and poll outputs, and the choice among them.
 #include "monitor/NowPlaying.h"
-#include "monitor/PlayerScripts.h"
 
 #include <gtest/gtest.h>
 
@@ -164,23 +163,6 @@ TEST(ParsePollOutput, TooFewPartsGiveNothing)
 {
     EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true", 5));
     EXPECT_FALSE(parsePollOutput("Spotify", "", 4));
-}
-
-TEST(PlayerScripts, AreTheWireFormatToTheByte)
-{
-    EXPECT_EQ(musicPollScript().size(), 543U);
-    EXPECT_EQ(spotifyPollScript().size(), 470U);
-    EXPECT_TRUE(musicPollScript().starts_with(
-        "try\n    tell application \"Music\"\n        if it is running then\n"));
-    EXPECT_TRUE(musicPollScript().ends_with("on error\n    return \"error\"\nend try"));
-    auto expected = musicPollScript();
-    const auto replace = [&expected](const std::string& from, const std::string& to) {
-        expected.replace(expected.find(from), from.size(), to);
-    };
-    replace("\"Music\"", "\"Spotify\"");
-    replace("            set isFavorited to loved of current track\n", "");
-    replace(" & \"||\" & isFavorited", "");
-    EXPECT_EQ(spotifyPollScript(), expected);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "fakes/FakePlayers.h"
 
-#include "monitor/PlayerScripts.h"
+#include "support/PlayerScripts.h"
 
 namespace sonvara::test {
 namespace {

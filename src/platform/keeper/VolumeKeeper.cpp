@@ -1,0 +1,161 @@
+#include "platform/keeper/VolumeKeeper.h"
+
+#include "platform/keeper/NoteStore.h"
+#include "platform/keeper/VolumePrograms.h"
+#include "support/PlayerScripts.h"
+
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+namespace sonvara {
+namespace {
+
+constexpr int tolerance = 2;  // players round what they are set to
+
+bool isAbout(int volume, int other)
+{
+    return std::abs(volume - other) <= tolerance;
+}
+
+}  // namespace
+
+VolumeKeeper::VolumeKeeper(ScriptRunner& scripts, VolumePrograms& programs, NoteStore& store)
+    : scripts_(scripts),
+      programs_(programs),
+      store_(store)
+{
+    const auto text = store_.load();
+    if (!text) return;
+    const auto notes = parseVolumeNotes(*text);
+    if (!notes) {
+        store_.setAside();
+        return;
+    }
+    for (const auto& note : *notes) kept_[note.program] = {note, true, 0, ++changes_};
+}
+
+ScriptResult VolumeKeeper::run(const std::string& source)
+{
+    putBackAll(true);
+    const auto command = parseVolumeScript(source);
+    if (!command) return scripts_.run(source);
+    return command->volume ? set(*command, source) : read(*command, source);
+}
+
+ScriptResult VolumeKeeper::read(const VolumeCommand& command, const std::string& source)
+{
+    auto result = scripts_.run(source);
+    const auto program = programs_.programOf(command.player);
+    if (!program || !result.created || result.error) return result;
+    const std::lock_guard lock(mutex_);
+    lastRead_[*program] = result.integer;
+    return result;
+}
+
+ScriptResult VolumeKeeper::set(const VolumeCommand& command, const std::string& source)
+{
+    const auto program = programs_.programOf(command.player);
+    if (!program) return scripts_.run(source);
+    if (!noteBefore(*program, *command.volume)) {
+        ScriptResult refused;
+        refused.error = "the program is ending";
+        return refused;
+    }
+    auto result = scripts_.run(source);
+    settleAfter(*program, *command.volume, result.created && !result.error);
+    return result;
+}
+
+/// Writes down that `program` is about to be set to `volume`; false when that must not happen any more.
+bool VolumeKeeper::noteBefore(const std::string& program, int volume)
+{
+    const std::lock_guard lock(mutex_);
+    const auto known = kept_.find(program);
+    const bool isWayBack = known != kept_.end() && known->second.note.volume == volume;
+    if (isClosing_ && !isWayBack) return false;
+    const auto lastRead = lastRead_.find(program);
+    if (!isWayBack && lastRead != lastRead_.end()) {
+        // Lowered again from where we put it: the volume to go back to is still the first one.
+        const bool isLoweredFurther =
+            known != kept_.end() && isAbout(lastRead->second, known->second.note.ducked);
+        write({program, isLoweredFurther ? known->second.note.volume : lastRead->second, volume});
+    }
+    const auto noted = kept_.find(program);
+    if (noted != kept_.end()) ++noted->second.commandsUnderWay;
+    return true;
+}
+
+void VolumeKeeper::settleAfter(const std::string& program, int volume, bool succeeded)
+{
+    const std::lock_guard lock(mutex_);
+    const auto known = kept_.find(program);
+    if (known == kept_.end()) return;
+    auto& kept = known->second;
+    if (kept.commandsUnderWay > 0) --kept.commandsUnderWay;
+    if (!succeeded) {
+        kept.isLeftOver = true;  // it may or may not have happened
+    } else if (kept.note.volume == volume && kept.commandsUnderWay == 0) {
+        kept_.erase(known);
+        save();
+    }
+}
+
+void VolumeKeeper::restoreAll()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        isClosing_ = true;
+    }
+    putBackAll(false);
+}
+
+void VolumeKeeper::putBackAll(bool onlyLeftOver)
+{
+    std::vector<Kept> all;
+    {
+        const std::lock_guard lock(mutex_);
+        for (const auto& [program, kept] : kept_) {
+            if (kept.isLeftOver || !onlyLeftOver) all.push_back(kept);
+        }
+    }
+    for (const auto& kept : all) putBack(kept);
+}
+
+/// Undoes what the note says, if its program is there to be asked, and forgets it.
+void VolumeKeeper::putBack(const Kept& kept)
+{
+    const auto& program = kept.note.program;
+    const auto now = programs_.volume(program);
+    if (!now) return;
+    if (isAbout(*now, kept.note.ducked) && !programs_.setVolume(program, kept.note.volume)) return;
+    const std::lock_guard lock(mutex_);
+    const auto known = kept_.find(program);
+    // A command that is under way may lower the player yet: then the note is for the next start.
+    if (known == kept_.end() || known->second.change != kept.change || known->second.commandsUnderWay > 0)
+        return;
+    kept_.erase(known);
+    save();
+}
+
+void VolumeKeeper::write(const VolumeNote& note)
+{
+    auto& kept = kept_[note.program];
+    kept.note = note;
+    kept.isLeftOver = false;
+    kept.change = ++changes_;
+    save();
+}
+
+void VolumeKeeper::save()
+{
+    if (kept_.empty()) {
+        store_.remove();
+        return;
+    }
+    VolumeNotes notes;
+    for (const auto& [program, kept] : kept_) notes.push_back(kept.note);
+    store_.save(format(notes));
+}
+
+}  // namespace sonvara

@@ -1,0 +1,26 @@
+// The notes about lowered players, in a file of the user's.
+#pragma once
+
+#include "platform/keeper/NoteStore.h"
+
+#include <string>
+
+namespace sonvara {
+
+/// A file at `path`, whose folder is made when it is needed. A new text is written beside the old one,
+/// flushed to the disk and put in its place.
+class PosixNoteStore : public NoteStore {
+public:
+    explicit PosixNoteStore(std::string path) : path_(std::move(path)) {}
+
+    [[nodiscard]] std::optional<std::string> load() override;
+    void save(const std::string& text) override;
+    void remove() override;
+    /// The text is found at the same path with ".damaged" behind it.
+    void setAside() override;
+
+private:
+    std::string path_;
+};
+
+}  // namespace sonvara

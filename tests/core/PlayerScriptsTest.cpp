@@ -1,0 +1,57 @@
+// The scripts that the players are sent.
+#include "support/PlayerScripts.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace sonvara {
+namespace {
+
+TEST(PlayerScripts, PollsAreTheWireFormatToTheByte)
+{
+    EXPECT_EQ(musicPollScript().size(), 543U);
+    EXPECT_EQ(spotifyPollScript().size(), 470U);
+    EXPECT_TRUE(musicPollScript().starts_with(
+        "try\n    tell application \"Music\"\n        if it is running then\n"));
+    EXPECT_TRUE(musicPollScript().ends_with("on error\n    return \"error\"\nend try"));
+    auto expected = musicPollScript();
+    const auto replace = [&expected](const std::string& from, const std::string& to) {
+        expected.replace(expected.find(from), from.size(), to);
+    };
+    replace("\"Music\"", "\"Spotify\"");
+    replace("            set isFavorited to loved of current track\n", "");
+    replace(" & \"||\" & isFavorited", "");
+    EXPECT_EQ(spotifyPollScript(), expected);
+}
+
+TEST(PlayerScripts, VolumeCommandsAreTheWireFormat)
+{
+    EXPECT_EQ(volumeScript({"Music", std::nullopt}), "tell application \"Music\" to get sound volume");
+    EXPECT_EQ(volumeScript({"Spotify", std::nullopt}), "tell application \"Spotify\" to get sound volume");
+    EXPECT_EQ(volumeScript({"Music", 35}), "tell application \"Music\" to set sound volume to 35");
+    EXPECT_EQ(volumeScript({"Spotify", 0}), "tell application \"Spotify\" to set sound volume to 0");
+}
+
+TEST(PlayerScripts, VolumeCommandsAreRecognised)
+{
+    for (const auto& command : {VolumeCommand{"Music", std::nullopt}, VolumeCommand{"Spotify", 0},
+                                VolumeCommand{"Music", 100}, VolumeCommand{"Any player", 7}}) {
+        EXPECT_EQ(parseVolumeScript(volumeScript(command)), command);
+    }
+}
+
+TEST(PlayerScripts, AnythingElseIsNoVolumeCommand)
+{
+    const std::string set = "tell application \"Music\" to set sound volume to ";
+    for (const auto* number : {"", "-1", "+5", "05", "101", "1000", "5 ", "5.0", "x"}) {
+        EXPECT_EQ(parseVolumeScript(set + number), std::nullopt) << number;
+    }
+    EXPECT_EQ(parseVolumeScript(musicPollScript()), std::nullopt);
+    EXPECT_EQ(parseVolumeScript("tell application \"Music\" to get sound volume\n"), std::nullopt);
+    EXPECT_EQ(parseVolumeScript("tell application \"Music"), std::nullopt);
+    EXPECT_EQ(parseVolumeScript(""), std::nullopt);
+}
+
+}  // namespace
+}  // namespace sonvara

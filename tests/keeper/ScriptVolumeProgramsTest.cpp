@@ -1,0 +1,51 @@
+// Volumes by scripts that never start an application.
+#include "platform/keeper/ScriptVolumePrograms.h"
+
+#include "platform/ScriptRunner.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace sonvara {
+namespace {
+
+struct Recorder : ScriptRunner {
+    std::vector<std::string> scripts;
+    ScriptResult result;
+    ScriptResult run(const std::string& source) override
+    {
+        scripts.push_back(source);
+        return result;
+    }
+};
+
+TEST(ScriptVolumeProgramsTest, AsksAndSetsOnlyWhatRuns)
+{
+    Recorder scripts;
+    ScriptVolumePrograms programs(scripts);
+    scripts.result.text = "35";
+    scripts.result.integer = 35;
+    EXPECT_EQ(programs.volume("Music"), 35);
+    EXPECT_TRUE(programs.setVolume("Music", 100));
+    EXPECT_THAT(scripts.scripts,
+                testing::ElementsAre(
+                    "if application \"Music\" is running then tell application \"Music\" to get sound volume",
+                    "if application \"Music\" is running then tell application \"Music\" to set sound volume "
+                    "to 100"));
+    EXPECT_EQ(programs.programOf("Spotify"), "Spotify");
+}
+
+TEST(ScriptVolumeProgramsTest, NoAnswerIsNoVolume)
+{
+    Recorder scripts;
+    ScriptVolumePrograms programs(scripts);
+    EXPECT_EQ(programs.volume("Music"), std::nullopt);
+    scripts.result.error = "not allowed";
+    EXPECT_EQ(programs.volume("Music"), std::nullopt);
+    EXPECT_FALSE(programs.setVolume("Music", 100));
+}
+
+}  // namespace
+}  // namespace sonvara
