@@ -74,16 +74,23 @@ bool VolumeKeeper::noteBefore(const std::string& program, int volume)
     const auto known = kept_.find(program);
     const bool isWayBack = known != kept_.end() && known->second.note.volume == volume;
     if (isClosing_ && !isWayBack) return false;
-    const auto lastRead = lastRead_.find(program);
-    if (!isWayBack && lastRead != lastRead_.end()) {
-        // Lowered again from where we put it: the volume to go back to is still the first one.
-        const bool isLoweredFurther =
-            known != kept_.end() && isAbout(lastRead->second, known->second.note.ducked);
-        write({program, isLoweredFurther ? known->second.note.volume : lastRead->second, volume});
-    }
+    if (!isWayBack) writeBefore(program, volume);
     const auto noted = kept_.find(program);
     if (noted != kept_.end()) ++noted->second.commandsUnderWay;
     return true;
+}
+
+void VolumeKeeper::writeBefore(const std::string& program, int volume)
+{
+    const auto known = kept_.find(program);
+    const auto read = lastRead_.extract(program);  // a read counts for the one command that follows it
+    if (known == kept_.end()) {
+        if (read) write({program, read.mapped(), volume});
+        return;
+    }
+    // Lowered again from where we put it, the volume to go back to is still the first one.
+    const bool wasMoved = read && !isAbout(read.mapped(), known->second.note.ducked);
+    write({program, wasMoved ? read.mapped() : known->second.note.volume, volume});
 }
 
 void VolumeKeeper::settleAfter(const std::string& program, int volume, bool succeeded)

@@ -43,6 +43,7 @@ private:
     [[nodiscard]] ScriptResult read(const VolumeCommand& command, const std::string& source);
     [[nodiscard]] ScriptResult set(const VolumeCommand& command, const std::string& source);
     [[nodiscard]] bool noteBefore(const std::string& program, int volume);
+    void writeBefore(const std::string& program, int volume);
     void settleAfter(const std::string& program, int volume, bool succeeded);
     void putBackAll(bool onlyLeftOver);
     void putBack(const Kept& kept);
@@ -54,7 +55,7 @@ private:
     NoteStore& store_;
     std::mutex mutex_;                     ///< guards the rest; never held while a script runs
     std::map<std::string, Kept> kept_;     ///< by program
-    std::map<std::string, int> lastRead_;  ///< by program
+    std::map<std::string, int> lastRead_;  ///< by program; volumes that no command has used yet
     std::uint64_t changes_ = 0;
     bool isClosing_ = false;
 };
