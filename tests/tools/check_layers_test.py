@@ -1,0 +1,64 @@
+"""The layer check finds what it is there for, and passes this project."""
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+
+
+def check(tree):
+    run = subprocess.run([sys.executable, ROOT / "tools/check-layers", tree], capture_output=True, text=True)
+    return run.returncode, run.stdout
+
+
+class CheckLayersTest(unittest.TestCase):
+    def findings(self, files):
+        with tempfile.TemporaryDirectory() as tree:
+            for name, text in files.items():
+                path = Path(tree) / "src" / name
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_text(text, encoding="utf-8")
+            return check(tree)
+
+    def expect(self, files, finding):
+        status, output = self.findings(files)
+        self.assertEqual(status, 1)
+        self.assertIn(finding, output)
+
+    def test_this_project_passes(self):
+        status, output = check(ROOT)
+        self.assertEqual(status, 0, output)
+
+    def test_a_tree_without_sources_does_not_pass(self):
+        self.assertEqual(self.findings({})[0], 1)
+
+    def test_an_arrow_against_the_layers_is_found(self):
+        self.expect({"monitor/A.cpp": '#include "ui/B.h"\n', "ui/B.h": ""}, "monitor must not include ui")
+
+    def test_an_adapter_that_sees_the_core_is_found(self):
+        self.expect({"platform/linux/players/A.cpp": '#include "speech/B.h"\n', "speech/B.h": ""},
+                    "platform/linux/players must not include speech")
+
+    def test_an_unknown_room_is_found(self):
+        self.expect({"attic/A.cpp": ""}, "room attic is not known")
+
+    def test_a_path_that_leads_nowhere_is_found(self):
+        self.expect({"log/A.cpp": '#include "Missing.h"\n'}, "is no path below src/")
+
+    def test_a_cycle_is_found(self):
+        self.expect({"log/A.h": '#include "log/B.h"\n', "log/B.h": '#include "log/A.h"\n'}, "includes itself")
+
+    def test_what_the_core_must_not_use_is_found(self):
+        for line in ("#ifdef __APPLE__", "#include <thread>", "#include <QString>", "auto t = steady_clock::now();",
+                     "std::this_thread::sleep_for(1s);", 'getenv("HOME");'):
+            self.expect({"speech/A.cpp": line + "\n"}, "speech/A.cpp:1: ")
+
+    def test_long_functions_and_files_are_found(self):
+        self.expect({"log/A.cpp": "void f()\n{\n" + "    g();\n" * 41 + "}\n"}, "a function of 41 lines")
+        self.expect({"log/A.cpp": "int x;\n" * 301}, "301 lines, and no reason given")
+
+
+if __name__ == "__main__":
+    unittest.main()
