@@ -1,7 +1,7 @@
 // The adapter as a whole: which player is meant, hung and lying players, floods, and the bus itself.
 #include "PlayersFixture.h"
 
-#include "monitor/PlayerScripts.h"
+#include "support/PlayerScripts.h"
 
 #include <QTimer>
 

@@ -1,7 +1,7 @@
 // What the known players do on the bus, as measured with each of them, and what must become of it.
 #include "PlayersFixture.h"
 
-#include "monitor/PlayerScripts.h"
+#include "support/PlayerScripts.h"
 
 #include <QDBusObjectPath>
 #include <QTimer>

@@ -1,6 +1,6 @@
 #include "platform/linux/players/PlayerScripts.h"
 
-#include "monitor/PlayerScripts.h"
+#include "support/PlayerScripts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "PlayersFixture.h"
 
-#include "monitor/PlayerScripts.h"
+#include "support/PlayerScripts.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
