@@ -3,12 +3,36 @@
 #include <QCoreApplication>
 #include <QEvent>
 
-#include <future>
+#include <condition_variable>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace sonvara::players {
 namespace {
+
+// Where a worker waits for the answer to its script. The first answer counts.
+class AnswerSlot {
+public:
+    void put(ScriptResult result)
+    {
+        const std::lock_guard lock(mutex_);
+        if (result_) return;
+        result_ = std::move(result);
+        filled_.notify_one();
+    }
+    std::optional<ScriptResult> take(std::chrono::milliseconds limit)
+    {
+        std::unique_lock lock(mutex_);
+        filled_.wait_for(lock, limit, [this] { return result_.has_value(); });
+        return std::move(result_);
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable filled_;
+    std::optional<ScriptResult> result_;
+};
 
 ScriptResult failureOf(const ScriptCommand& command)
 {
@@ -23,22 +47,19 @@ ScriptResult PlayerScriptRunner::run(const std::string& source)
     const auto command = recognise(source);
     if (!command) return errorAnswer("the text is no command that a player understands");
 
-    auto promise = std::make_shared<std::promise<ScriptResult>>();
-    auto answer = promise->get_future();
+    const auto failure = failureOf(*command);
+    const auto slot = std::make_shared<AnswerSlot>();
+    // When nobody is left who could answer, the last one to go says so.
+    std::shared_ptr<AnswerSlot> sender(slot.get(), [slot, failure](AnswerSlot* each) { each->put(failure); });
     {
         const std::lock_guard lock(mutex_);
-        requests_.push_back({*command, [promise = std::move(promise)](ScriptResult result) {
-                                 promise->set_value(std::move(result));
+        requests_.push_back({*command, [sender = std::move(sender)](ScriptResult result) {
+                                 sender->put(std::move(result));
                              }});
         // The event only wakes: the request crosses under the mutex.
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
-    if (answer.wait_for(limit) != std::future_status::ready) return failureOf(*command);
-    try {
-        return answer.get();
-    } catch (const std::future_error&) {  // nobody is left who could answer
-        return failureOf(*command);
-    }
+    return slot->take(limit).value_or(failure);
 }
 
 bool PlayerScriptRunner::event(QEvent* event)
