@@ -1,0 +1,132 @@
+#include "platform/linux/speech/SpeechdConnection.h"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <fcntl.h>
+#include <pthread.h>
+#include <utility>
+
+namespace sonvara {
+
+namespace {
+
+// The library's callbacks carry no user data, and numbers of clients and messages repeat when a new
+// daemon takes over. So each connection has a function of its own to be called, one per slot. The
+// number of slots also bounds how many connections can be stuck in a daemon that does not answer.
+constexpr std::size_t slotCount = 8;
+std::array<std::atomic<const SpeechdConnection::Listener*>, slotCount> listeners{};
+
+std::optional<std::size_t> takeSlot(const SpeechdConnection::Listener& listener)
+{
+    for (std::size_t slot = 0; slot < slotCount; ++slot) {
+        const SpeechdConnection::Listener* none = nullptr;
+        if (listeners[slot].compare_exchange_strong(none, &listener)) return slot;
+    }
+    return std::nullopt;
+}
+
+/// Closing a connection cancels the library's thread; what a listener holds must survive that.
+class NoCancellation {
+public:
+    NoCancellation() { ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before_); }
+    NoCancellation(const NoCancellation&) = delete;
+    NoCancellation& operator=(const NoCancellation&) = delete;
+    ~NoCancellation() { ::pthread_setcancelstate(before_, nullptr); }
+
+private:
+    int before_ = PTHREAD_CANCEL_ENABLE;
+};
+
+template <std::size_t slot>
+void onEvent(std::size_t message, std::size_t /*client*/, SPDNotificationType type)
+{
+    const NoCancellation guard;
+    const SpeechdConnection::Listener& listener = *listeners[slot].load();
+    const int number = static_cast<int>(message);
+    if (type == SPD_EVENT_BEGIN) listener(number, SpeechdEvent::begin);
+    if (type == SPD_EVENT_END) listener(number, SpeechdEvent::end);
+    if (type == SPD_EVENT_CANCEL) listener(number, SpeechdEvent::cancel);
+}
+
+template <std::size_t... slots>
+constexpr std::array<SPDCallback, slotCount> makeCallbacks(std::index_sequence<slots...>)
+{
+    return {onEvent<slots>...};
+}
+
+constexpr auto callbacks = makeCallbacks(std::make_index_sequence<slotCount>());
+
+/// A text that the library allocated, and its release.
+using LibraryText = std::unique_ptr<char, decltype(&std::free)>;
+
+}  // namespace
+
+std::unique_ptr<SpeechdConnection> SpeechdConnection::open(const SpeechdManner& manner, Listener listener,
+                                                           std::string& error)
+{
+    std::unique_ptr<SpeechdConnection> connection(new SpeechdConnection(std::move(listener)));
+    if (!connection->connect(error)) return nullptr;
+    if (!connection->setUp(manner)) {
+        error = "it hung up";
+        return nullptr;
+    }
+    return connection;
+}
+
+bool SpeechdConnection::connect(std::string& error)
+{
+    slot_ = takeSlot(listener_);
+    if (!slot_) {
+        error = "earlier connections are still waiting for its answer";
+        return false;
+    }
+    using Address = std::unique_ptr<SPDConnectionAddress, decltype(&SPDConnectionAddress__free)>;
+    char* reason = nullptr;
+    const Address address(spd_get_default_address(&reason), &SPDConnectionAddress__free);
+    const bool startDaemon = true;
+    if (address)
+        connection_ =
+            spd_open2("sonvara", "main", nullptr, SPD_MODE_THREADED, address.get(), startDaemon, &reason);
+    const LibraryText owned(reason, &std::free);
+    if (!connection_) error = reason ? reason : "no reason given";
+    return connection_ != nullptr;
+}
+
+bool SpeechdConnection::setUp(const SpeechdManner& manner)
+{
+    // The library leaves its socket open to child processes.
+    ::fcntl(connection_->socket, F_SETFD, FD_CLOEXEC);
+    const SPDCallback callback = callbacks[*slot_];
+    connection_->callback_begin = connection_->callback_end = connection_->callback_cancel = callback;
+    for (const SPDNotification event : {SPD_BEGIN, SPD_END, SPD_CANCEL})
+        if (spd_set_notification_on(connection_, event) < 0) return false;
+    // A refusal of the two wishes is no failure: the line is then spoken in the default manner.
+    if (manner.language) spd_set_language(connection_, manner.language->c_str());
+    if (manner.rate) spd_set_voice_rate(connection_, *manner.rate);
+    return true;
+}
+
+SpeechdConnection::~SpeechdConnection()
+{
+    if (connection_) spd_close(connection_);
+    if (slot_) listeners[*slot_] = nullptr;
+}
+
+int SpeechdConnection::say(const std::string& text)
+{
+    // Lines of this priority queue behind each other; those of the usual one, "text", drop each other.
+    return spd_say(connection_, SPD_MESSAGE, text.c_str());
+}
+
+void SpeechdConnection::cancel()
+{
+    spd_cancel(connection_);
+}
+
+FileDescriptor SpeechdConnection::socket() const
+{
+    return FileDescriptor(::fcntl(connection_->socket, F_DUPFD_CLOEXEC, 0));
+}
+
+}  // namespace sonvara

@@ -1,0 +1,70 @@
+// A connection to speech-dispatcher on a thread of its own, which can be left behind if it hangs.
+#pragma once
+
+#include "platform/linux/speech/SpeechdConnection.h"
+#include "platform/linux/speech/TaskLoop.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace sonvara {
+
+using LineNumber = std::uint64_t;
+
+/// What a session tells. A line is accepted or refused, then, if accepted, begun, then ended or
+/// cancelled; the last ones may be missing. A session that failed to open, or refused a line, is of
+/// no more use.
+struct SessionEvent {
+    enum class Kind { opened, failed, accepted, refused, begun, ended, cancelled };
+    Kind kind;
+    LineNumber line = 0;
+    std::string reason;  ///< of a failure to open
+};
+
+/// At most one line at a time may be under way in a session. No operation blocks, except
+/// `waitUntilClosed`.
+class SpeechdSession {
+public:
+    /// Called on threads of the session, under a lock of it: must only pass the event on.
+    using Listener = std::function<void(const SessionEvent&)>;
+
+    /// Begins to connect. Throws std::system_error if there can be no more threads.
+    SpeechdSession(SpeechdManner manner, Listener listener);
+
+    /// Leaves the session behind: hangs up, and lets its thread end when the library lets it. No
+    /// event comes after this.
+    ~SpeechdSession();
+
+    SpeechdSession(const SpeechdSession&) = delete;
+    SpeechdSession& operator=(const SpeechdSession&) = delete;
+
+    void say(LineNumber line, std::string text);
+
+    /// Forgets the line if the library does not have it yet, else silences it.
+    void cancel();
+
+    /// Closes the connection when everything asked for before is done.
+    void close();
+
+    /// Whether that came about before `until`.
+    bool waitUntilClosed(SteadyTime until);
+
+    /// Since when the library has owed an answer; absent if it owes none.
+    [[nodiscard]] std::optional<SteadyTime> waitingSince() const;
+
+    /// Whether a line is there that the library does not have yet.
+    [[nodiscard]] bool holdsUnsentLine() const;
+
+    /// The socket, once the session is open, else -1; for watching for a hang-up.
+    [[nodiscard]] int socket() const;
+
+private:
+    class Worker;
+    std::shared_ptr<Worker> worker_;
+};
+
+}  // namespace sonvara
