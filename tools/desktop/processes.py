@@ -1,5 +1,6 @@
 """Starts processes and stops every one of them by its process id, with all that they started themselves."""
 
+import contextlib
 import ctypes
 import os
 import signal
@@ -9,6 +10,7 @@ import time
 
 _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
+_REQUESTS_TO_END = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 _libc = ctypes.CDLL(None)
 
 
@@ -33,46 +35,50 @@ class Processes:
 
     def __init__(self, log_folder):
         self._log_folder = log_folder
+        self._started = []
         # What a child leaves behind (a daemon, a helper that the bus started) becomes our child: so it is found.
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1)
 
     def start(self, name, arguments, env, **options):
         """Starts a process whose output goes to the log NAME.log; a session of its own keeps Ctrl-C from it."""
         with open(self.log_path(name), "ab") as log:
-            return subprocess.Popen(arguments, env=env, stdin=subprocess.DEVNULL, start_new_session=True,
-                                    preexec_fn=_die_with_parent, **{"stdout": log, "stderr": log, **options})
+            process = subprocess.Popen(arguments, env=env, stdin=subprocess.DEVNULL, start_new_session=True,
+                                       preexec_fn=_die_with_parent, **{"stdout": log, "stderr": log, **options})
+        self._started.append(process)
+        return process
 
     def log_path(self, name):
         return os.path.join(self._log_folder, name + ".log")
 
     def stop_all(self):
-        """Asks all descendants to end, newest first; after two seconds, ends them."""
-        for number, limit in ((signal.SIGTERM, 2.0), (signal.SIGKILL, 2.0)):
-            deadline = time.monotonic() + limit
-            asked = set()
-            while time.monotonic() < deadline:
-                _reap()
-                left = descendants(os.getpid())
-                if not left:
-                    return
-                for pid in reversed([pid for pid in left if pid not in asked]):
-                    _signal(pid, number)
-                asked.update(left)
-                time.sleep(0.02)
+        """Asks all descendants to end, newest first; those left after two seconds are ended."""
+        if not _stop_descendants(signal.SIGTERM):
+            _stop_descendants(signal.SIGKILL)
+        for process in self._started:
+            process.poll()  # so that Python, too, knows that they have ended
 
 
 def end_orderly():
     """From now on a request to end unwinds this program, so that contexts close; so does the end of its parent."""
-    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+    for number in _REQUESTS_TO_END:
         signal.signal(number, _unwind)
     _die_with_parent()
 
 
 def _unwind(number, _):
-    # A second request must not interrupt the closing.
-    for other in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+    for other in _REQUESTS_TO_END:  # one is enough: a second one must not cut the closing short
         signal.signal(other, signal.SIG_IGN)
     sys.exit(128 + number)
+
+
+@contextlib.contextmanager
+def undisturbed():
+    """Inside, requests to end wait: a closing that is under way is not to be cut short by one."""
+    blocked = signal.pthread_sigmask(signal.SIG_BLOCK, _REQUESTS_TO_END)
+    try:
+        yield
+    finally:
+        signal.pthread_sigmask(signal.SIG_SETMASK, blocked)
 
 
 def stop(process, limit=5.0):
@@ -83,6 +89,22 @@ def stop(process, limit=5.0):
     except subprocess.TimeoutExpired:
         process.kill()
         return process.wait()
+
+
+def _stop_descendants(number, limit=2.0):
+    """Whether all have ended within the limit."""
+    deadline = time.monotonic() + limit
+    asked = set()
+    while time.monotonic() < deadline:
+        _reap()
+        left = descendants(os.getpid())
+        if not left:
+            return True
+        for pid in reversed([pid for pid in left if pid not in asked]):
+            _signal(pid, number)
+        asked.update(left)
+        time.sleep(0.02)
+    return False
 
 
 def _die_with_parent():

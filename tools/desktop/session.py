@@ -12,7 +12,7 @@ import tempfile
 from gi.repository import GLib
 
 from desktop.dbus import Remote, connect, has_owner
-from desktop.processes import Processes, Timeout, wait_until
+from desktop.processes import Processes, Timeout, undisturbed, wait_until
 
 _HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -54,11 +54,12 @@ class PrivateDesktop:
         self._close()
 
     def _close(self):
-        self.processes.stop_all()
-        if self._keep:
-            print(f"kept: {self.folder}", flush=True)
-        else:
-            shutil.rmtree(self.folder, ignore_errors=True)
+        with undisturbed():
+            self.processes.stop_all()
+            if self._keep:
+                print(f"kept: {self.folder}", flush=True)
+            else:
+                shutil.rmtree(self.folder, ignore_errors=True)
 
     def start(self, name, arguments, extra_env=None, **options):
         return self.processes.start(name, arguments, {**self.env, **(extra_env or {})}, **options)
