@@ -51,4 +51,9 @@ ScriptRunner& MprisPlayers::scriptRunner()
     return parts_->runner;
 }
 
+std::optional<std::string> MprisPlayers::lastReadProgram(const std::string& player) const
+{
+    return parts_->volume.lastReadProgram(player);
+}
+
 }  // namespace sonvara

@@ -8,6 +8,8 @@
 #include <QDBusConnection>
 
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace sonvara {
 
@@ -29,6 +31,10 @@ public:
     /// Understands six forms of script: for each of the two players the one that tells its track,
     /// and the commands that read and set its volume. Every script ends within one second.
     [[nodiscard]] ScriptRunner& scriptRunner();
+
+    /// Any thread: the bus name of the player whose volume the scripts for "Music" or "Spotify" have last
+    /// read, if they have read any.
+    [[nodiscard]] std::optional<std::string> lastReadProgram(const std::string& player) const;
 
 private:
     struct Parts;

@@ -2,6 +2,8 @@
 
 #include "platform/linux/players/MprisDecoder.h"
 
+#include <utility>
+
 namespace sonvara::players {
 namespace {
 
@@ -19,7 +21,9 @@ void PlayerVolume::read(PlayerKind kind, const Answer& answer)
         answer(notRunning(kind));
         return;
     }
-    lastRead_[kind] = player->names.front();
+    auto lastRead = lastRead_.load() ? *lastRead_.load() : Programs();
+    lastRead[std::string(nameOf(kind))] = player->names.front();
+    lastRead_.store(std::move(lastRead));
     bus_.askVolume(player->owner, [answer, kind](const QVariantList& arguments) {
         const auto volume = decodeVolume(arguments.value(0));
         answer(volume ? volumeAnswer(*volume) : errorAnswer(std::string(nameOf(kind)) + " tells no volume"));
@@ -40,8 +44,16 @@ void PlayerVolume::set(PlayerKind kind, int volume, const Answer& answer)
 
 const Player* PlayerVolume::playerToSet(PlayerKind kind) const
 {
-    const auto last = lastRead_.find(kind);
-    return last == lastRead_.end() ? directory_.chosen(kind) : directory_.findByName(last->second);
+    const auto program = lastReadProgram(std::string(nameOf(kind)));
+    return program ? directory_.findByName(*program) : directory_.chosen(kind);
+}
+
+std::optional<std::string> PlayerVolume::lastReadProgram(const std::string& player) const
+{
+    const auto lastRead = lastRead_.load();
+    if (!lastRead) return std::nullopt;
+    const auto found = lastRead->find(player);
+    return found == lastRead->end() ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace sonvara::players

@@ -4,9 +4,11 @@
 #include "platform/linux/players/MprisBus.h"
 #include "platform/linux/players/PlayerDirectory.h"
 #include "platform/linux/players/PlayerScripts.h"
+#include "support/Snapshot.h"
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace sonvara::players {
@@ -25,12 +27,17 @@ public:
     void read(PlayerKind kind, const Answer& answer);
     void set(PlayerKind kind, int volume, const Answer& answer);
 
+    /// Any thread: the bus name of the program on which the volume of `player` was last read.
+    [[nodiscard]] std::optional<std::string> lastReadProgram(const std::string& player) const;
+
 private:
+    using Programs = std::map<std::string, std::string>;  // the program's name on the bus by the player's
+
     [[nodiscard]] const Player* playerToSet(PlayerKind kind) const;
 
     MprisBus& bus_;
     const PlayerDirectory& directory_;
-    std::map<PlayerKind, std::string> lastRead_;  // a name, so that a player started anew is the same
+    Snapshot<Programs> lastRead_;  // by name, so that a player started anew is the same
 };
 
 }  // namespace sonvara::players
