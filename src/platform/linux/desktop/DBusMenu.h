@@ -1,0 +1,61 @@
+// Offers a menu to the tray host over com.canonical.dbusmenu; the host draws it.
+#pragma once
+
+#include "platform/linux/desktop/DBusMenuTypes.h"
+#include "platform/linux/desktop/QtStatusMenu.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusVariant>
+
+namespace sonvara {
+
+/// The D-Bus object of a menu, attached to `parent`, which the caller registers with a connection.
+/// Main thread. `menu` must outlive it. The capitalised members are the protocol's own.
+class DBusMenu final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
+    Q_PROPERTY(uint Version READ version CONSTANT)
+    Q_PROPERTY(QString TextDirection READ textDirection CONSTANT)
+    Q_PROPERTY(QString Status READ status CONSTANT)
+    Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT)
+
+public:
+    DBusMenu(QtStatusMenu& menu, QObject* parent);
+
+    [[nodiscard]] uint version() const { return 3; }
+    [[nodiscard]] QString textDirection() const;
+    [[nodiscard]] QString status() const { return QStringLiteral("normal"); }
+    [[nodiscard]] QStringList iconThemePath() const { return {}; }
+
+public Q_SLOTS:
+    uint GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
+                   sonvara::DBusMenuNode& layout);
+    sonvara::DBusMenuPropertiesList GetGroupProperties(const QList<int>& ids,
+                                                       const QStringList& propertyNames);
+    QDBusVariant GetProperty(int id, const QString& name);
+    void Event(int id, const QString& eventId, const QDBusVariant& data, uint timestamp);
+    QList<int> EventGroup(const sonvara::DBusMenuEventList& events);
+    bool AboutToShow(int id);
+    QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
+
+Q_SIGNALS:
+    void LayoutUpdated(uint revision, int parent);
+    void ItemsPropertiesUpdated(const sonvara::DBusMenuPropertiesList& updatedProps,
+                                const sonvara::DBusMenuKeysList& removedProps);
+    void ItemActivationRequested(int id, uint timestamp);
+
+private:
+    [[nodiscard]] DBusMenuPropertiesList currentItems() const;
+    void publishChanges();
+    void publishProperties(const DBusMenuPropertiesList& before);
+    void handle(int id, const QString& type);
+    [[nodiscard]] bool knows(int id) const;
+
+    QtStatusMenu& menu_;
+    DBusMenuPropertiesList shown_;
+    uint revision_ = 1;
+    uint changes_ = 0;
+    bool isAnnounced_ = false;  // AboutToShow came, so "opened" tells nothing new
+};
+
+}  // namespace sonvara

@@ -1,0 +1,87 @@
+#include "platform/linux/desktop/LogDialog.h"
+
+#include "platform/linux/desktop/LogListView.h"
+#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/StyledLabel.h"
+
+#include <QPointer>
+#include <QPushButton>
+
+namespace sonvara {
+
+namespace {
+
+constexpr int headerPadding = 16;
+
+QFrame* makeDivider()
+{
+    auto* divider = new QFrame;
+    divider->setFrameShape(QFrame::HLine);
+    divider->setFrameShadow(QFrame::Plain);
+    divider->setForegroundRole(QPalette::Mid);
+    return divider;
+}
+
+}  // namespace
+
+LogDialog::LogDialog(LogSheet sheet, QWidget* window)
+    : QDialog(window),
+      sheet_(std::move(sheet)),
+      pages_(new QStackedWidget),
+      empty_(new StyledLabel(sheet_.emptyText)),
+      list_(new LogListView(qRound(sheet_.rowSpacing), qRound(sheet_.columnSpacing)))
+{
+    setWindowTitle(toQt(sheet_.title.text));
+    setWindowModality(Qt::WindowModal);
+    setFixedSize(qRound(sheet_.width), qRound(sheet_.height));
+
+    auto* header = new QHBoxLayout;
+    header->setContentsMargins(headerPadding, headerPadding, headerPadding, headerPadding);
+    header->addWidget(new StyledLabel(sheet_.title));
+    header->addStretch(1);
+    Mnemonics mnemonics;
+    for (const auto& button : sheet_.buttons) addButton(*header, button, mnemonics);
+
+    static_cast<QLabel*>(empty_)->setAlignment(Qt::AlignCenter);
+    pages_->addWidget(empty_);
+    pages_->addWidget(list_);
+    list_->setAccessibleName(toQt(sheet_.title.text));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(header);
+    column->addWidget(makeDivider());
+    column->addWidget(pages_, 1);
+
+    changes_ = sheet_.onChange([this] { refresh(); });
+    refresh();
+}
+
+void LogDialog::addButton(QHBoxLayout& header, const PushButton& button, Mnemonics& mnemonics)
+{
+    auto* push = new QPushButton;
+    push->setAutoDefault(false);  // Enter presses only what has the keyboard
+    header.addWidget(push);
+    const auto key = mnemonics.pick(toQt(button.title()));
+    refreshers_.emplace_back([push, key, title = button.title, isEnabled = button.isEnabled] {
+        push->setText(withMnemonic(toQt(title()), key));
+        push->setAccessibleName(toQt(title()));
+        push->setEnabled(isEnabled());
+    });
+    connect(push, &QPushButton::clicked, this, [this, action = button.action] {
+        const QPointer<LogDialog> self(this);
+        action();
+        if (self) refresh();  // the action may have dismissed the sheet
+    });
+}
+
+void LogDialog::refresh()
+{
+    const auto rows = sheet_.rows();
+    list_->setRows(rows);
+    pages_->setCurrentWidget(rows.empty() ? empty_ : list_);
+    for (const auto& refresher : refreshers_) refresher();
+}
+
+}  // namespace sonvara

@@ -1,0 +1,127 @@
+#include "platform/linux/desktop/PanelColors.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QEvent>
+
+namespace sonvara {
+
+namespace {
+
+const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString portalSettings = QStringLiteral("org.freedesktop.portal.Settings");
+const QString appearance = QStringLiteral("org.freedesktop.appearance");
+const QString colorScheme = QStringLiteral("color-scheme");
+const QString xfconf = QStringLiteral("org.xfce.Xfconf");
+const QString xfconfPath = QStringLiteral("/org/xfce/Xfconf");
+const QString xfcePanel = QStringLiteral("xfce4-panel");
+const QString darkMode = QStringLiteral("/panels/dark-mode");
+
+const RoleColors onDarkPanel = RoleColors::on(QColor(0x2d, 0x2d, 0x2d), QColor(0xf2, 0xf2, 0xf2));
+const RoleColors onLightPanel = RoleColors::on(QColor(0xf0, 0xf0, 0xf0), QColor(0x2e, 0x34, 0x36));
+
+/// The value inside any number of variants.
+QVariant unwrapped(QVariant value)
+{
+    while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+/// 1 asks for dark, 2 for light; everything else has no preference.
+std::optional<bool> preference(const QVariant& scheme)
+{
+    switch (unwrapped(scheme).toUInt()) {
+    case 1: return true;
+    case 2: return false;
+    default: return std::nullopt;
+    }
+}
+
+}  // namespace
+
+PanelColors::PanelColors()
+    : isGnome_(qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                   .split(QLatin1Char(':'))
+                   .contains(QLatin1String("GNOME")))
+{
+    auto bus = QDBusConnection::sessionBus();
+    bus.connect(portal, portalPath, portalSettings, QStringLiteral("SettingChanged"), this,
+                SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
+    bus.connect(xfconf, xfconfPath, xfconf, QStringLiteral("PropertyChanged"), this,
+                SLOT(xfceSettingChanged(QString, QString, QDBusVariant)));
+    askPortal();
+    askXfce();
+    qApp->installEventFilter(this);
+}
+
+RoleColors PanelColors::colors() const
+{
+    const auto own = RoleColors::of(QApplication::palette());
+    const bool isOwnDark = own.label.lightnessF() > 0.5F;
+    const auto isDark = isKnownDark();
+    if (!isDark || *isDark == isOwnDark) return own;
+    return *isDark ? onDarkPanel : onLightPanel;
+}
+
+std::optional<bool> PanelColors::isKnownDark() const
+{
+    if (isXfcePanelDark_ == true || isGnome_) return true;
+    return prefersDark_;
+}
+
+bool PanelColors::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) Q_EMIT changed();
+    return false;
+}
+
+// Neither service is started for this: a desktop that uses it has it running.
+void PanelColors::ask(const QDBusMessage& question, std::function<void(const QVariant&)> answered)
+{
+    auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, answered = std::move(answered)] {
+        call->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        if (reply.isError()) return;
+        answered(unwrapped(reply.value().variant()));
+        Q_EMIT changed();
+    });
+}
+
+void PanelColors::askPortal()
+{
+    auto question =
+        QDBusMessage::createMethodCall(portal, portalPath, portalSettings, QStringLiteral("Read"));
+    question << appearance << colorScheme;
+    question.setAutoStartService(false);
+    ask(question, [this](const QVariant& scheme) { prefersDark_ = preference(scheme); });
+}
+
+void PanelColors::askXfce()
+{
+    auto question = QDBusMessage::createMethodCall(xfconf, xfconfPath, xfconf, QStringLiteral("GetProperty"));
+    question << xfcePanel << darkMode;
+    question.setAutoStartService(false);
+    ask(question, [this](const QVariant& dark) { isXfcePanelDark_ = dark.toBool(); });
+}
+
+void PanelColors::portalSettingChanged(const QString& group, const QString& key, const QDBusVariant& value)
+{
+    if (group != appearance || key != colorScheme) return;
+    prefersDark_ = preference(value.variant());
+    Q_EMIT changed();
+}
+
+void PanelColors::xfceSettingChanged(const QString& channel, const QString& property,
+                                     const QDBusVariant& value)
+{
+    if (channel != xfcePanel || property != darkMode) return;
+    isXfcePanelDark_ = unwrapped(value.variant()).toBool();
+    Q_EMIT changed();
+}
+
+}  // namespace sonvara

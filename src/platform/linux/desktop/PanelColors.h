@@ -1,0 +1,47 @@
+// The colours of the panel that the tray item sits on.
+#pragma once
+
+#include "platform/linux/desktop/StylePalette.h"
+
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace sonvara {
+
+/// No desktop tells an application the colour of its panel's text. This asks what is known to decide it:
+/// Xfce's dark panel, GNOME's bar, which is always dark, then the desktop's preference for dark or light, and
+/// at last the theme of the application itself. Main thread.
+class PanelColors final : public QObject {
+    Q_OBJECT
+
+public:
+    PanelColors();
+
+    [[nodiscard]] RoleColors colors() const;
+
+Q_SIGNALS:
+    void changed();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private Q_SLOTS:
+    void portalSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void xfceSettingChanged(const QString& channel, const QString& property, const QDBusVariant& value);
+
+private:
+    void askPortal();
+    void askXfce();
+    void ask(const QDBusMessage& question, std::function<void(const QVariant&)> answered);
+    [[nodiscard]] std::optional<bool> isKnownDark() const;
+
+    std::optional<bool> prefersDark_;  ///< the desktop's preference
+    std::optional<bool> isXfcePanelDark_;
+    bool isGnome_;
+};
+
+}  // namespace sonvara

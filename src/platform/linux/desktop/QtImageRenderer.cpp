@@ -1,0 +1,88 @@
+#include "platform/linux/desktop/QtImageRenderer.h"
+
+#include <QPen>
+
+#include <algorithm>
+
+namespace sonvara {
+
+namespace {
+
+QRectF toQt(const Rect& rect)
+{
+    return {rect.x, rect.y, rect.width, rect.height};
+}
+
+/// Draws one step in the drawing's own space.
+class StepPainter {
+public:
+    StepPainter(QPainter& painter, const RoleColors& colors, bool isTemplate)
+        : painter_(painter),
+          colors_(colors),
+          isTemplate_(isTemplate)
+    {}
+
+    void operator()(const StrokeOval& step) const
+    {
+        painter_.setPen(QPen(color(step.color), step.lineWidth));
+        painter_.setBrush(Qt::NoBrush);
+        painter_.drawEllipse(toQt(step.bounds));
+    }
+
+    void operator()(const FillOval& step) const
+    {
+        painter_.setPen(Qt::NoPen);
+        painter_.setBrush(color(step.color));
+        painter_.drawEllipse(toQt(step.bounds));
+    }
+
+    void operator()(const StrokeLine& step) const
+    {
+        painter_.setPen(QPen(color(step.color), step.lineWidth, Qt::SolidLine, Qt::RoundCap));
+        painter_.drawLine(QPointF(step.from.x, step.from.y), QPointF(step.to.x, step.to.y));
+    }
+
+private:
+    [[nodiscard]] QColor color(const DrawingColor& wanted) const
+    {
+        QColor color = colors_[isTemplate_ ? ColorRole::label : wanted.role];
+        color.setAlphaF(static_cast<float>(std::clamp(wanted.alpha, 0.0, 1.0)));
+        return color;
+    }
+
+    QPainter& painter_;
+    const RoleColors& colors_;
+    bool isTemplate_;
+};
+
+}  // namespace
+
+void paintDrawing(QPainter& painter, const Drawing& drawing, const QRectF& target, const RoleColors& colors)
+{
+    const double scale = std::min(target.width() / drawing.width, target.height() / drawing.height);
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.translate(target.center());
+    painter.scale(scale, -scale);  // the drawing's y grows upwards
+    painter.translate(-drawing.width / 2, -drawing.height / 2);
+    const StepPainter paintStep(painter, colors, drawing.isTemplate);
+    for (const auto& step : drawing.steps) std::visit(paintStep, step);
+    painter.restore();
+}
+
+QImage rasterize(const Drawing& drawing, QSize size, const RoleColors& colors)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    paintDrawing(painter, drawing, QRectF(QPointF(), QSizeF(size)), colors);
+    return image;
+}
+
+std::shared_ptr<const Image> QtImageRenderer::render(const Drawing& drawing)
+{
+    if (!(drawing.width > 0 && drawing.height > 0)) return nullptr;
+    return std::make_shared<QtImage>(drawing);
+}
+
+}  // namespace sonvara

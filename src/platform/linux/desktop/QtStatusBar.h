@@ -1,0 +1,32 @@
+// The desktop's tray as a status bar.
+#pragma once
+
+#include "platform/StatusBar.h"
+#include "platform/linux/desktop/PanelColors.h"
+#include "platform/linux/desktop/TrayHostWatcher.h"
+
+#include <functional>
+
+namespace sonvara {
+
+/// Main thread; to be made after the application object. Without a session bus only the older kind of tray
+/// is served.
+class QtStatusBar final : public StatusBar {
+public:
+    /// `trayMissing` is called once, on the main thread, when the desktop has had its time to bring up a
+    /// tray and there is none: the user needs another way to reach the application then.
+    explicit QtStatusBar(std::function<void()> trayMissing,
+                         std::chrono::milliseconds wait = TrayHostWatcher::patience);
+
+    [[nodiscard]] std::unique_ptr<StatusItem> makeSquareItem() override;
+    [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu() override;
+
+    /// Whether the desktop has a tray at the moment.
+    [[nodiscard]] bool trayAvailable() const { return host_.hasHost(); }
+
+private:
+    TrayHostWatcher host_;
+    PanelColors colors_;
+};
+
+}  // namespace sonvara

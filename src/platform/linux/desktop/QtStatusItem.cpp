@@ -1,0 +1,86 @@
+#include "platform/linux/desktop/QtStatusItem.h"
+
+#include "platform/linux/desktop/PanelColors.h"
+#include "platform/linux/desktop/QtStatusMenu.h"
+#include "platform/linux/desktop/StatusNotifierItem.h"
+#include "platform/linux/desktop/TrayHostWatcher.h"
+#include "platform/linux/desktop/XEmbedIcon.h"
+
+#include <QTimer>
+
+namespace sonvara {
+
+namespace {
+
+/// In pixels: the usual sizes of panels (16, 18, 22, 24 and 32) at one, one and a half, two and three times.
+constexpr int pictureSizes[] = {16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
+
+NotifierImageList notifierImages(const TrayPicture& picture, const RoleColors& colors)
+{
+    NotifierImageList images;
+    for (const int side : pictureSizes) images.append(NotifierImage::of(rasterize(picture, side, colors)));
+    return images;
+}
+
+}  // namespace
+
+QtStatusItem::QtStatusItem(TrayHostWatcher& host, PanelColors& colors) : host_(host), colors_(colors)
+{
+    connect(&host_, &TrayHostWatcher::notifierHostChanged, this, &QtStatusItem::rebuild);
+    connect(&colors_, &PanelColors::changed, this, &QtStatusItem::showPicture);
+    // With the next turn of the event loop, when picture and menu are there: a host fetches both at once.
+    QTimer::singleShot(0, this, &QtStatusItem::rebuild);
+}
+
+QtStatusItem::~QtStatusItem() = default;
+
+void QtStatusItem::setVisible(bool visible)
+{
+    if (isVisible_ == visible) return;
+    isVisible_ = visible;
+    rebuild();
+}
+
+void QtStatusItem::setMenu(StatusMenu& menu)
+{
+    menu_ = &dynamic_cast<QtStatusMenu&>(menu);
+    if (notifier_ || embedded_) rebuild();
+}
+
+void QtStatusItem::setImage(std::shared_ptr<const Image> image)
+{
+    setPicture(std::dynamic_pointer_cast<const QtImage>(std::move(image)));
+}
+
+void QtStatusItem::setSymbol(const Symbol& symbol)
+{
+    setPicture(symbol);
+}
+
+void QtStatusItem::setPicture(TrayPicture picture)
+{
+    picture_ = std::move(picture);
+    showPicture();
+}
+
+void QtStatusItem::rebuild()
+{
+    notifier_.reset();
+    embedded_.reset();
+    if (!isVisible_) return;
+    if (host_.hasNotifierHost()) {
+        notifier_ = std::make_unique<StatusNotifierItem>(
+            [this] { return notifierImages(picture_, colors_.colors()); }, menu_);
+    } else {
+        embedded_ = std::make_unique<XEmbedIcon>(menu_);
+    }
+    showPicture();
+}
+
+void QtStatusItem::showPicture()
+{
+    if (notifier_) notifier_->updateIcon();
+    if (embedded_) embedded_->setPicture(picture_, colors_.colors());
+}
+
+}  // namespace sonvara

@@ -1,0 +1,48 @@
+// The tray item, in whatever kind of tray the desktop has at the moment.
+#pragma once
+
+#include "platform/StatusBar.h"
+#include "platform/linux/desktop/TrayPicture.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace sonvara {
+
+class PanelColors;
+class QtStatusMenu;
+class StatusNotifierItem;
+class TrayHostWatcher;
+class XEmbedIcon;
+
+/// Makes its item anew whenever the tray changes. Main thread.
+class QtStatusItem final : public QObject, public StatusItem, private StatusButton {
+    Q_OBJECT
+
+public:
+    /// Both outlive the item.
+    QtStatusItem(TrayHostWatcher& host, PanelColors& colors);
+    ~QtStatusItem() override;
+
+    [[nodiscard]] StatusButton* button() override { return this; }
+    void setVisible(bool visible) override;
+    void setMenu(StatusMenu& menu) override;
+
+private:
+    void setImage(std::shared_ptr<const Image> image) override;
+    void setSymbol(const Symbol& symbol) override;
+    void setPicture(TrayPicture picture);
+    void rebuild();
+    void showPicture();
+
+    TrayHostWatcher& host_;
+    PanelColors& colors_;
+    bool isVisible_ = true;
+    QtStatusMenu* menu_ = nullptr;
+    TrayPicture picture_;
+    std::unique_ptr<StatusNotifierItem> notifier_;
+    std::unique_ptr<XEmbedIcon> embedded_;
+};
+
+}  // namespace sonvara

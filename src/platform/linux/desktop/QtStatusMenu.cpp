@@ -1,0 +1,56 @@
+#include "platform/linux/desktop/QtStatusMenu.h"
+
+#include <algorithm>
+
+namespace sonvara {
+
+namespace {
+
+/// Whether choosing `b` does what choosing `a` did, as far as can be seen.
+bool meansTheSame(const MenuItem& a, const MenuItem& b)
+{
+    if (a.isSeparator || b.isSeparator) return a.isSeparator && b.isSeparator;
+    if (!a.action && !b.action) return true;
+    return a.action && b.action && a.title == b.title;
+}
+
+}  // namespace
+
+void QtStatusMenu::setItems(std::vector<MenuItem> items)
+{
+    std::vector<Entry> entries;
+    entries.reserve(items.size());
+    for (auto& item : items) {
+        const int id = idFor(entries.size(), item);
+        entries.push_back({id, std::move(item)});
+    }
+    entries_ = std::move(entries);
+    Q_EMIT itemsChanged();
+}
+
+int QtStatusMenu::idFor(std::size_t position, const MenuItem& item)
+{
+    const bool kept = position < entries_.size() && meansTheSame(entries_[position].item, item);
+    return kept ? entries_[position].id : ++lastId_;
+}
+
+Subscription QtStatusMenu::onWillOpen(std::function<void()> handler)
+{
+    return willOpen_.add(std::move(handler));
+}
+
+void QtStatusMenu::willOpen()
+{
+    willOpen_.call();
+}
+
+void QtStatusMenu::choose(int id)
+{
+    const auto found =
+        std::find_if(entries_.begin(), entries_.end(), [id](const Entry& e) { return e.id == id; });
+    if (found == entries_.end() || !found->item.isEnabled) return;
+    const auto action = found->item.action;  // a copy: the action may replace the items
+    if (action) action();
+}
+
+}  // namespace sonvara

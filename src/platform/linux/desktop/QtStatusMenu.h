@@ -1,0 +1,46 @@
+// The menu's items, and who is told of them; drawn by the tray host or by a menu of ours.
+#pragma once
+
+#include "platform/StatusBar.h"
+#include "support/Callbacks.h"
+
+#include <QObject>
+
+#include <vector>
+
+namespace sonvara {
+
+/// Holds the items for any number of views. Main thread only.
+class QtStatusMenu final : public QObject, public StatusMenu {
+    Q_OBJECT
+
+public:
+    /// `id` is positive. An item keeps it over `setItems` as long as choosing it means the same, so
+    /// that a click that arrives late can never run another item's action.
+    struct Entry {
+        int id = 0;
+        MenuItem item;
+    };
+
+    void setItems(std::vector<MenuItem> items) override;
+    [[nodiscard]] Subscription onWillOpen(std::function<void()> handler) override;
+
+    [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
+
+    /// For the views: the menu begins to open; the items are up to date when this returns.
+    void willOpen();
+    /// For the views: the user chose an item. Does nothing for an id that is gone or an item that is off.
+    void choose(int id);
+
+Q_SIGNALS:
+    void itemsChanged();
+
+private:
+    [[nodiscard]] int idFor(std::size_t position, const MenuItem& item);
+
+    std::vector<Entry> entries_;
+    int lastId_ = 0;
+    Callbacks<> willOpen_;
+};
+
+}  // namespace sonvara

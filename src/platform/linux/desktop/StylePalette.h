@@ -1,0 +1,39 @@
+// Maps the interface's font and colour roles to the user's theme.
+#pragma once
+
+#include "platform/Style.h"
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+#include <QString>
+
+namespace sonvara {
+
+/// The colours of the roles on one kind of surroundings. A value; any thread.
+struct RoleColors {
+    QColor label;
+    QColor secondaryLabel;
+    QColor systemGreen;
+    QColor systemOrange;
+
+    [[nodiscard]] QColor operator[](ColorRole role) const;
+
+    /// Colours that read well on `background`, with `text` as its usual text colour.
+    [[nodiscard]] static RoleColors on(const QColor& background, const QColor& text);
+    [[nodiscard]] static RoleColors of(const QPalette& palette);
+};
+
+/// `share` (0 to 1) of `over` on the rest of `under`.
+[[nodiscard]] QColor mixed(const QColor& over, const QColor& under, double share);
+
+/// The user's font for a role. Main thread.
+[[nodiscard]] QFont roleFont(FontRole role);
+
+/// A text of the core for Qt; bytes that are no UTF-8 become replacement characters.
+[[nodiscard]] inline QString toQt(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+}  // namespace sonvara

@@ -1,0 +1,30 @@
+// The tray item as an X window inside the panel, for a tray of the older kind.
+#pragma once
+
+#include "platform/linux/desktop/TrayPicture.h"
+
+#include <QSystemTrayIcon>
+
+#include <memory>
+
+namespace sonvara {
+
+class QtStatusMenu;
+class TrayMenuView;
+
+/// To be made only while no StatusNotifier watcher runs: what Qt finds at the first one stays its choice.
+/// Waits for a tray when there is none. Main thread. Dropping it removes the item.
+class XEmbedIcon final {
+public:
+    /// `menu` may be null, and outlives the item.
+    explicit XEmbedIcon(QtStatusMenu* menu);
+    ~XEmbedIcon();
+
+    void setPicture(const TrayPicture& picture, const RoleColors& colors);
+
+private:
+    QSystemTrayIcon icon_;
+    std::unique_ptr<TrayMenuView> view_;
+};
+
+}  // namespace sonvara
