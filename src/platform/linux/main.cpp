@@ -1,0 +1,113 @@
+// The program on the Linux desktop: makes the ports, runs the application, and ends in time.
+#include "app/SonvaraApp.h"
+#include "platform/Platform.h"
+#include "platform/linux/desktop/AutostartLoginItem.h"
+#include "platform/linux/desktop/QtImageRenderer.h"
+#include "platform/linux/desktop/QtPasteboard.h"
+#include "platform/linux/desktop/QtStatusBar.h"
+#include "platform/linux/desktop/QtWindows.h"
+#include "platform/linux/players/MprisPlayers.h"
+#include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
+#include "platform/linux/system/IniUserDefaults.h"
+#include "platform/linux/system/JournalLog.h"
+#include "platform/linux/system/QtApplication.h"
+#include "platform/linux/system/QtMainQueue.h"
+#include "platform/linux/system/SingleInstance.h"
+#include "platform/linux/system/WorkerPool.h"
+#include "platform/posix/PosixClock.h"
+#include "platform/posix/PosixEnvironment.h"
+#include "platform/posix/PosixFileManager.h"
+#include "platform/posix/PosixProcessLauncher.h"
+#include "platform/posix/ProcessSetup.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <unistd.h>
+
+namespace sonvara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Together with the half second that the voice may take, below the second in which a program should end.
+constexpr auto workersLimit = 300ms;
+
+// One implementation of each port, in the order in which they need one another.
+struct LinuxPorts {
+    LinuxPorts(QtApplication& app, SystemLog& systemLog, const QDBusConnection& bus)
+        : application(app),
+          log(systemLog),
+          players(bus, log),
+          statusBar(bus)
+    {}
+
+    Platform platform()
+    {
+        return {application,
+                mainQueue,
+                workers,
+                clock,
+                environment,
+                fileManager,
+                processLauncher,
+                players.scriptRunner(),
+                players.notificationCenter(),
+                *speech,
+                userDefaults,
+                log,
+                statusBar,
+                imageRenderer,
+                windows,
+                pasteboard,
+                loginItem};
+    }
+
+    /// Ends what is under way. Returns whether nothing uses the ports any more.
+    bool end()
+    {
+        processLauncher.terminateAll();
+        speech.reset();  // else the line that is being spoken would outlive us
+        return workers.shutDown(workersLimit);
+    }
+
+    QtApplication& application;
+    SystemLog& log;
+    PosixClock clock;
+    PosixEnvironment environment;
+    PosixFileManager fileManager;
+    PosixProcessLauncher processLauncher;
+    QtMainQueue mainQueue;
+    WorkerPool workers;
+    IniUserDefaults userDefaults{IniUserDefaults::standardPath(), log};
+    MprisPlayers players;
+    std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
+    QtStatusBar statusBar;
+    QtImageRenderer imageRenderer;
+    QtWindows windows;
+    QtPasteboard pasteboard;
+    AutostartLoginItem loginItem;
+};
+
+}  // namespace
+
+}  // namespace sonvara
+
+int main(int /*argc*/, char** argv)
+{
+    using namespace sonvara;
+    setUpProcess();
+    JournalLog log;
+    QtApplication application(argv[0]);
+    const auto bus = QDBusConnection::sessionBus();
+    SingleInstance instance(bus, [&application] { application.reopen(); });
+    if (!instance.claim()) return EXIT_SUCCESS;
+
+    LinuxPorts ports(application, log, bus);
+    auto platform = ports.platform();
+    const int status = SonvaraApp::main(platform);
+    // A worker that is still busy uses the ports, so they must stay until the process has gone.
+    if (!ports.end()) ::_exit(status);
+    return status;
+}
