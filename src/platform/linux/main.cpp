@@ -40,7 +40,7 @@ struct LinuxPorts {
         : application(app),
           log(systemLog),
           players(bus, log),
-          statusBar(bus)
+          statusBar([&app] { app.reopen(); })
     {}
 
     Platform platform()
@@ -87,7 +87,7 @@ struct LinuxPorts {
     QtImageRenderer imageRenderer;
     QtWindows windows;
     QtPasteboard pasteboard;
-    AutostartLoginItem loginItem;
+    AutostartLoginItem loginItem{AutostartLoginItem::thisProgram(), SONVARA_IDENTIFIER};
 };
 
 }  // namespace

@@ -39,7 +39,6 @@ FormWidget::FormWidget(std::shared_ptr<const Form> form, QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
     for (const auto& section : form_->sections) addSection(section);
-    column->addStretch(1);
     changes_ = form_->onChange([this] { refresh(); });
     refresh();
 }
@@ -70,7 +69,10 @@ void FormWidget::showEvent(QShowEvent* event)
 void FormWidget::addSection(const FormSection& section)
 {
     auto* column = static_cast<QVBoxLayout*>(widget()->layout());
-    if (column->count() > 0) column->addSpacing(sectionGap);
+    if (column->count() > 0) {
+        column->addSpacing(sectionGap);
+        column->addStretch(1);
+    }
     auto* header = new StyledLabel({section.header, FontRole::headline, ColorRole::label});
     header->setContentsMargins(2, 0, 0, 0);
     auto* card = new SectionCard;

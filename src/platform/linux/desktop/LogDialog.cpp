@@ -12,6 +12,7 @@ namespace sonvara {
 namespace {
 
 constexpr int headerPadding = 16;
+constexpr int buttonGap = 8;
 
 QFrame* makeDivider()
 {
@@ -37,6 +38,7 @@ LogDialog::LogDialog(LogSheet sheet, QWidget* window)
 
     auto* header = new QHBoxLayout;
     header->setContentsMargins(headerPadding, headerPadding, headerPadding, headerPadding);
+    header->setSpacing(buttonGap);
     header->addWidget(new StyledLabel(sheet_.title));
     header->addStretch(1);
     Mnemonics mnemonics;

@@ -6,8 +6,8 @@
 #include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QScreen>
-#include <QVBoxLayout>
 
 namespace sonvara {
 
@@ -34,15 +34,13 @@ void center(QWidget& window)
 
 }  // namespace
 
-FormWindow::FormWindow(const WindowSetup& setup) : QWidget(nullptr, flagsFor(setup))
+FormWindow::FormWindow(const WindowSetup& setup) : QMainWindow(nullptr, flagsFor(setup))
 {
     setWindowTitle(toQt(setup.title));
     resize(qRound(setup.contentWidth), qRound(setup.contentHeight));
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
     // The form's own size counts: the window grows from its first size until the form is seen whole.
-    if (!setup.isResizable) column->setSizeConstraint(QLayout::SetFixedSize);
-    if (setup.content) column->addWidget(new FormWidget(setup.content));
+    if (!setup.isResizable) layout()->setSizeConstraint(QLayout::SetFixedSize);
+    if (setup.content) setCentralWidget(new FormWidget(setup.content));
 }
 
 void FormWindow::closeEvent(QCloseEvent* event)

@@ -3,15 +3,15 @@
 
 #include "platform/Windows.h"
 
+#include <QMainWindow>
 #include <QPointer>
-#include <QWidget>
 
 #include <functional>
 
 namespace sonvara {
 
 /// The widget of a window; it deletes itself after it was closed.
-class FormWindow final : public QWidget {
+class FormWindow final : public QMainWindow {
     Q_OBJECT
 
 public:

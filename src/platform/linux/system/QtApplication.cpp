@@ -13,8 +13,7 @@ QtApplication::QtApplication(const char* programName)
       signals_([this] { terminate(); })
 {
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setApplicationName("sonvara");
-    QApplication::setApplicationDisplayName("Sonvara");
+    QApplication::setApplicationName("Sonvara");  // no display name, which Qt would append to windows' titles
     QApplication::setDesktopFileName(SONVARA_IDENTIFIER);
 }
 
