@@ -1,12 +1,14 @@
 // The program on the Linux desktop: makes the ports, runs the application, and ends in time.
 #include "app/SonvaraApp.h"
 #include "platform/Platform.h"
+#include "platform/keeper/VolumeKeeper.h"
 #include "platform/linux/desktop/AutostartLoginItem.h"
 #include "platform/linux/desktop/QtImageRenderer.h"
 #include "platform/linux/desktop/QtPasteboard.h"
 #include "platform/linux/desktop/QtStatusBar.h"
 #include "platform/linux/desktop/QtWindows.h"
 #include "platform/linux/players/MprisPlayers.h"
+#include "platform/linux/players/MprisVolumePrograms.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
 #include "platform/linux/system/IniUserDefaults.h"
 #include "platform/linux/system/JournalLog.h"
@@ -17,12 +19,14 @@
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFileManager.h"
+#include "platform/posix/PosixNoteStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/ProcessSetup.h"
 
 #include <chrono>
 #include <cstdlib>
 #include <optional>
+#include <string>
 #include <unistd.h>
 
 namespace sonvara {
@@ -33,6 +37,24 @@ using namespace std::chrono_literals;
 
 // Together with the half second that the voice may take, below the second in which a program should end.
 constexpr auto workersLimit = 300ms;
+
+// A connection apart: its calls wait for their answers, and only they.
+QDBusConnection connectForVolumes()
+{
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("volumes"));
+}
+
+// Where the program keeps what must outlive it and is no setting.
+std::string stateFolder(const Environment& environment)
+{
+    const auto variables = environment.variables();
+    const auto valueOf = [&variables](const char* name) {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::string() : found->second;
+    };
+    const auto given = valueOf("XDG_STATE_HOME");
+    return (given.starts_with('/') ? given : valueOf("HOME") + "/.local/state") + "/sonvara";
+}
 
 // One implementation of each port, in the order in which they need one another.
 struct LinuxPorts {
@@ -45,29 +67,19 @@ struct LinuxPorts {
 
     Platform platform()
     {
-        return {application,
-                mainQueue,
-                workers,
-                clock,
-                environment,
-                fileManager,
-                processLauncher,
-                players.scriptRunner(),
-                players.notificationCenter(),
-                *speech,
-                userDefaults,
-                log,
-                statusBar,
-                imageRenderer,
-                windows,
-                pasteboard,
-                loginItem};
+        return {application,     mainQueue,     workers,
+                clock,           environment,   fileManager,
+                processLauncher, volumeKeeper,  players.notificationCenter(),
+                *speech,         userDefaults,  log,
+                statusBar,       imageRenderer, windows,
+                pasteboard,      loginItem};
     }
 
     /// Ends what is under way. Returns whether nothing uses the ports any more.
     bool end()
     {
         processLauncher.terminateAll();
+        volumeKeeper.restoreAll();
         speech.reset();  // else the line that is being spoken would outlive us
         return workers.shutDown(workersLimit);
     }
@@ -82,6 +94,9 @@ struct LinuxPorts {
     WorkerPool workers;
     IniUserDefaults userDefaults{IniUserDefaults::standardPath(), log};
     MprisPlayers players;
+    MprisVolumePrograms volumePrograms{players, connectForVolumes};
+    PosixNoteStore volumeNotes{stateFolder(environment) + "/lowered-players"};
+    VolumeKeeper volumeKeeper{players.scriptRunner(), volumePrograms, volumeNotes};
     std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
     QtStatusBar statusBar;
     QtImageRenderer imageRenderer;
