@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QEvent>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QScreen>
 #include <QShowEvent>
 
@@ -91,8 +92,12 @@ void FormWidget::addRow(SectionCard& card, const Toggle& toggle)
     auto* box = new QCheckBox(withMnemonic(title, mnemonics_.pick(title)));
     box->setAccessibleName(title);
     card.addRow(box);
-    refreshers_.emplace_back([box, get = toggle.isOn.get] { box->setChecked(get()); });
-    connect(box, &QCheckBox::clicked, this,
+    refreshers_.emplace_back([box, get = toggle.isOn.get] {
+        const QSignalBlocker onlyTheUserCounts(box);
+        box->setChecked(get());
+    });
+    // Not `clicked`: a screen reader turns the switch over without a click.
+    connect(box, &QCheckBox::toggled, this,
             [this, set = toggle.isOn.set](bool on) { perform([&] { set(on); }); });
 }
 
