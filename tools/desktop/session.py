@@ -113,7 +113,7 @@ class PrivateDesktop:
     def _start_display(self):
         read_end, write_end = os.pipe()
         self.start("display", ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24",
-                               "-nolisten", "tcp"], pass_fds=[write_end])
+                               "-wr", "-nolisten", "tcp"], pass_fds=[write_end])
         os.close(write_end)
         with os.fdopen(read_end) as answer:  # it ends when Xvfb does
             number = answer.readline().strip()

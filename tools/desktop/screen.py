@@ -1,0 +1,77 @@
+"""The private desktop's screen: its windows, pictures of them, the mouse, the keyboard and the clipboard."""
+
+import re
+import subprocess
+from dataclasses import dataclass
+
+from desktop.processes import wait_until
+
+_WIDTH = 1280
+_MARGIN = 8
+
+
+@dataclass(frozen=True)
+class Area:
+    left: int
+    top: int
+    right: int
+    bottom: int
+
+
+class Screen:
+
+    def __init__(self, desktop):
+        self._desktop = desktop
+
+    def window(self, title):
+        """Waits for the window, and returns its area with the frame and a margin."""
+        window = self._find(title)
+        area = self._area_of(window)
+        frame = self._desktop.run("xprop", "-id", window, "_NET_FRAME_EXTENTS")
+        left, right, top, bottom = (int(width) + _MARGIN for width in re.findall(r"\d+", frame))
+        return Area(area.left - left, area.top - top, area.right + right, area.bottom + bottom)
+
+    def close(self, title):
+        """As the button in the window's title does."""
+        window = self._find(title)
+        self._desktop.run("xdotool", "windowactivate", "--sync", window, "key", "--clearmodifiers", "alt+F4")
+        wait_until("the window's end", lambda: window not in self._visible())
+
+    def open_tray_menu(self):
+        """Right-clicks the item in the tray, the only one; returns the area of the menu and the item."""
+        others = self._visible()
+        self._desktop.run("xdotool", "mousemove", str(_WIDTH - 12), "15", "click", "3")
+        menu, *_ = wait_until("the menu", lambda: self._visible() - others)
+        area = self._area_of(menu)
+        return Area(area.left - _MARGIN, 0, _WIDTH, area.bottom + _MARGIN)
+
+    def press(self, key):
+        self._desktop.run("xdotool", "key", key)
+
+    def picture(self, name, area):
+        """Saves a picture of the area as soon as nothing in it changes."""
+        size = f"{area.right - area.left}x{area.bottom - area.top}+{area.left}+{area.top}"
+        wait_until("a still picture", lambda: self._grab(name, size) == self._grab(name, size))
+
+    def clipboard(self):
+        """The text in the clipboard, empty when there is none."""
+        try:
+            return self._desktop.run("xclip", "-o", "-selection", "clipboard", stderr=subprocess.DEVNULL)
+        except subprocess.CalledProcessError:
+            return ""
+
+    def _grab(self, name, size):
+        self._desktop.run("import", "-window", "root", "-crop", size, "+repage", name)
+        return self._desktop.run("identify", "-format", "%#", name)  # a hash of its pixels
+
+    def _find(self, title):
+        return self._desktop.run("xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{title}$").split()[0]
+
+    def _visible(self):
+        return set(self._desktop.run("xdotool", "search", "--onlyvisible", "--class", ".").split())
+
+    def _area_of(self, window):
+        text = self._desktop.run("xwininfo", "-id", window)
+        left, top, width, height = (int(re.search(name + r": +(-?\d+)", text)[1]) for name in
+                                    ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return Area(left, top, left + width, top + height)
