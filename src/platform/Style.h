@@ -31,6 +31,8 @@ struct StyledText {
 struct Symbol {
     std::string name;
     std::string accessibilityDescription;  ///< empty: none
+
+    friend bool operator==(const Symbol&, const Symbol&) = default;
 };
 
 }  // namespace sonvara

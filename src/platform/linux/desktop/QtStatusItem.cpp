@@ -59,6 +59,7 @@ void QtStatusItem::setSymbol(const Symbol& symbol)
 
 void QtStatusItem::setPicture(TrayPicture picture)
 {
+    if (picture == picture_) return;  // said again with every poll; the host would fetch it each time
     picture_ = std::move(picture);
     showPicture();
 }
