@@ -134,11 +134,28 @@ class Recorder(Recording):
 
 
 def likeness(levels, others):
-    """How alike two courses of levels are: 1 is the same, 0 is nothing in common. The shorter one is padded."""
-    count = max(len(levels), len(others))
-    one, two = ([_loudness(level) for level in line] + [0.0] * (count - len(line)) for line in (levels, others))
-    norm = math.sqrt(sum(a * a for a in one) * sum(b * b for b in two))
-    return sum(a * b for a, b in zip(one, two)) / norm if norm else 0.0
+    """How alike two spoken lines sound, from the courses of their levels: 1 is the same, about 0 is unrelated.
+
+    The silences are left out, since on a busy machine there are more of them in a line than there should be.
+    """
+    one, two = (_course(line) for line in (levels, others))
+    return max(_correlation(one[max(shift, 0):], two[max(-shift, 0):]) for shift in range(-20, 21))
+
+
+def _course(levels, width=6):
+    """The loudness of what is audible, smoothed."""
+    loud = [_loudness(level) for level in levels if level > AUDIBLE]
+    return [sum(loud[index:index + width]) / width for index in range(len(loud) - width + 1)]
+
+
+def _correlation(one, two):
+    """Of two courses from their starts; what only one of them has counts as unlike."""
+    count = min(len(one), len(two))
+    if not count:
+        return 0.0
+    a, b = ([value - sum(line) / len(line) for value in line[:count]] for line in (one, two))
+    norm = math.sqrt(sum(x * x for x in a) * sum(y * y for y in b))
+    return sum(x * y for x, y in zip(a, b)) / norm * count / max(len(one), len(two)) if norm else 0.0
 
 
 def _loudness(level):
