@@ -154,9 +154,10 @@ bool isWhole(const std::string& place, const std::string& text)
 {
     NSTextField* label = labelAt(place, text);
     const NSSize given = [[label cell] titleRectForBounds:[label bounds]].size;
-    const NSSize needed = [[label attributedStringValue] boundingRectWithSize:NSMakeSize(given.width, 10000)
-                                                                      options:NSStringDrawingUsesLineFragmentOrigin]
-                              .size;
+    const NSSize needed =
+        [[label attributedStringValue] boundingRectWithSize:NSMakeSize(given.width, 10000)
+                                                    options:NSStringDrawingUsesLineFragmentOrigin]
+            .size;
     return label != nil && needed.height <= given.height && needed.width <= given.width;
 }
 

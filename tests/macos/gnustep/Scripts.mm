@@ -79,15 +79,15 @@ ScriptAnswer answerTo(const std::string& source)
 
 - (instancetype)initWithSource:(NSString*)source
 {
-    const ComponentUse use;
     self = [super init];
     if (self == nil) return nil;
-    source_ = [source UTF8String];
-    if (source_.empty()) {
-        [self release];
-        return nil;
+    {
+        const ComponentUse use;
+        source_ = [source UTF8String];
     }
-    return self;
+    if (!source_.empty()) return self;
+    [self release];
+    return nil;
 }
 
 - (void)dealloc

@@ -93,6 +93,43 @@ constexpr CGFloat thickness = 24;
 
 @end
 
+/// GNUstep's item keeps no attributed title.
+@interface SNVMenuItem : NSMenuItem {
+    NSAttributedString* styled_;
+}
+@end
+
+@implementation SNVMenuItem
+
+- (void)dealloc
+{
+    [styled_ release];
+    [super dealloc];
+}
+
+- (void)setAttributedTitle:(NSAttributedString*)title
+{
+    [styled_ release];
+    styled_ = [title copy];
+    [self setTitle:[title string]];
+}
+
+- (NSAttributedString*)attributedTitle
+{
+    return styled_;
+}
+
+@end
+
+@implementation NSMenuItem (AppleAdditions)
+
++ (id)allocWithZone:(NSZone*)zone
+{
+    return NSAllocateObject(self == [NSMenuItem class] ? [SNVMenuItem class] : self, 0, zone);
+}
+
+@end
+
 @implementation NSStatusBar (AppleAdditions)
 
 + (NSStatusBar*)systemStatusBar
