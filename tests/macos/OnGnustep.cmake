@@ -31,10 +31,12 @@ ExternalProject_Add(macos_on_gnustep
   INSTALL_COMMAND "")
 
 # GNUstep keeps what it has made for good, so a leak check would only count that.
-function(add_macos_test name)
-  add_test(NAME ${name} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/macos/gnustep/private-session ${ARGN})
+function(add_macos_test name runner)
+  add_test(NAME ${name} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/macos/gnustep/${runner} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS macos TIMEOUT 300
     ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0:abort_on_error=0;UBSAN_OPTIONS=print_stacktrace=1")
 endfunction()
 
-add_macos_test(macos_test ${macos_tests}/macos/macos_test)
+add_macos_test(macos_test private-session ${macos_tests}/macos/macos_test)
+add_macos_test(macos_stand_in_test private-session ${macos_tests}/stand_in_test)
+add_macos_test(macos_app_test each-in-its-own-process ${macos_tests}/app_test)

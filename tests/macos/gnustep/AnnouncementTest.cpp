@@ -1,0 +1,124 @@
+// From a player's notification, posted by another process, to a spoken line.
+#include "AppTest.h"
+#include "StripProbe.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace sonvara {
+namespace {
+
+using Volumes = std::vector<int>;
+
+class Announcement : public AppTest {
+protected:
+    void spotifyPlays(const std::string& title)
+    {
+        players_.set("Spotify", {true, true, title, "An Artist", "An Album of " + title});
+        spotifyPosts("Playing", title, "An Artist", "An Album of " + title);
+    }
+
+    void spotifyPauses(const std::string& title)
+    {
+        players_.set("Spotify",
+                     {true, false, title, "An Artist", "An Album of " + title, players_.volume("Spotify")});
+        spotifyPosts("Paused", title, "An Artist", "An Album of " + title);
+    }
+
+    /// The lowered volume is recorded on the main thread after it has been set, and a line that ends in
+    /// between leaves the player lowered. A notification and its poll, processes apart, take longer.
+    void letTheDuckBeRecorded(const std::string& title)
+    {
+        const int before = players_.polls();
+        spotifyPosts("Playing", title, "An Artist", "An Album of " + title);
+        ASSERT_TRUE(eventually([&] { return players_.polls() >= before + 2; }));
+    }
+
+    /// Failures that were logged, but for the icon that is asked for before it is drawn.
+    static std::size_t countErrors()
+    {
+        const auto records = standins::takeLog();
+        const auto isFailure = [](const auto& record) {
+            return record.isError && record.category != "StatusBarController";
+        };
+        return static_cast<std::size_t>(std::count_if(records.begin(), records.end(), isFailure));
+    }
+};
+
+TEST_F(Announcement, IsSpokenOverALoweredPlayerAndShown)
+{
+    standins::setVoices({.finishesAtOnce = false});
+    launch();
+    EXPECT_TRUE(onMain(probe::statusImage)->isTemplate);
+    spotifyPlays("A Song");
+    const auto spoken = lines(1).at(0);
+    EXPECT_NE(spoken.line.find("A Song"), std::string::npos) << spoken.line;
+    EXPECT_NE(spoken.line.find("An Artist"), std::string::npos) << spoken.line;
+    EXPECT_EQ(spoken.voice, "voice.en-GB");
+    EXPECT_EQ(spoken.rate, 0.5F);
+    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    EXPECT_TRUE(eventually([] { return !probe::statusImage()->isTemplate; }));
+    EXPECT_TRUE(eventually([] { return probe::statusMenu().at(1).title == "A Song - An Artist"; }));
+    EXPECT_TRUE(onMain(probe::statusMenu).at(3).isStyled);
+    letTheDuckBeRecorded("A Song");
+    standins::finishLine();
+    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+}
+
+TEST_F(Announcement, OfASlowPlayerIsSpokenAtOnce)
+{
+    standins::setVoices({.finishesAtOnce = false});
+    players_.hold();
+    launch();
+    spotifyPlays("A Song");
+    EXPECT_EQ(lines(1).size(), 1U);
+    EXPECT_TRUE(players_.volumesSet().empty());
+    players_.release();
+    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+}
+
+TEST_F(Announcement, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged)
+{
+    players_.deny(-1743);
+    launch();
+    spotifyPlays("A Song");
+    EXPECT_EQ(lines(1).size(), 1U);
+    const int before = players_.polls();
+    EXPECT_TRUE(eventually([&] { return players_.polls() >= before + 4; }));
+    EXPECT_TRUE(players_.volumesSet().empty());
+    EXPECT_EQ(countErrors(), 0U);
+    EXPECT_EQ(standins::spokenLines().size(), 1U);
+}
+
+TEST_F(Announcement, WithoutAVoiceIsSpokenByTheDefaultVoice)
+{
+    standins::setVoices({.languages = {}});
+    launch();
+    spotifyPlays("A Song");
+    EXPECT_EQ(lines(1).at(0).voice, "");
+}
+
+TEST_F(Announcement, IsCutByAPauseAndTheVolumeReturns)
+{
+    standins::setVoices({.finishesAtOnce = false, .cancelReports = standins::CancelReports::none});
+    launch();
+    spotifyPlays("A Song");
+    (void)lines(1);
+    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    letTheDuckBeRecorded("A Song");
+    spotifyPauses("A Song");
+    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+}
+
+TEST_F(Announcement, IsNoneWhileATestHarnessHostsTheApplication)
+{
+    ::setenv("XCTestConfigurationFilePath", "", 1);
+    start();
+    spotifyPlays("A Song");
+    onMain([] {});
+    EXPECT_EQ(players_.polls(), 0);
+    EXPECT_FALSE(onMain(probe::hasStatusItem));
+}
+
+}  // namespace
+}  // namespace sonvara

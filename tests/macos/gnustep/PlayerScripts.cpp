@@ -1,0 +1,104 @@
+#include "PlayerScripts.h"
+
+#include <utility>
+
+namespace sonvara {
+
+using standins::ScriptAnswer;
+
+namespace {
+
+constexpr std::string_view setCommand = "to set sound volume to ";
+
+std::string playerIn(const std::string& source)
+{
+    const std::size_t from = source.find("application \"") + 13;
+    return source.substr(from, source.find('"', from) - from);
+}
+
+}  // namespace
+
+PlayerScripts::PlayerScripts()
+{
+    standins::setScripts([this](const std::string& source) { return answer(source); });
+}
+
+PlayerScripts::~PlayerScripts()
+{
+    standins::setScripts(nullptr);
+}
+
+void PlayerScripts::set(const std::string& name, Player player)
+{
+    const std::lock_guard lock(mutex_);
+    players_[name] = std::move(player);
+}
+
+void PlayerScripts::deny(int errorNumber)
+{
+    const std::lock_guard lock(mutex_);
+    denial_ = errorNumber;
+}
+
+void PlayerScripts::hold()
+{
+    volumeGate_.lock();
+}
+
+void PlayerScripts::release()
+{
+    volumeGate_.unlock();
+}
+
+int PlayerScripts::volume(const std::string& name)
+{
+    const std::lock_guard lock(mutex_);
+    return players_[name].volume;
+}
+
+int PlayerScripts::polls()
+{
+    const std::lock_guard lock(mutex_);
+    return polls_;
+}
+
+std::vector<int> PlayerScripts::volumesSet()
+{
+    const std::lock_guard lock(mutex_);
+    return volumesSet_;
+}
+
+ScriptAnswer PlayerScripts::answer(const std::string& source)
+{
+    const std::string name = playerIn(source);
+    return source.find("sound volume") == std::string::npos ? poll(name) : volumeScript(name, source);
+}
+
+ScriptAnswer PlayerScripts::poll(const std::string& name)
+{
+    const std::lock_guard lock(mutex_);
+    ++polls_;
+    const Player& player = players_[name];
+    if (denial_) return {.text = "error"};  // the script catches its errors itself
+    if (!player.isRunning) return {.text = "notrunning"};
+    std::string fields = player.title + "||" + player.artist + "||" + player.album;
+    fields += player.isPlaying ? "||true" : "||false";
+    if (name == "Music") fields += "||false";
+    return {.text = fields};
+}
+
+ScriptAnswer PlayerScripts::volumeScript(const std::string& name, const std::string& source)
+{
+    const std::lock_guard wait(volumeGate_);
+    const std::lock_guard lock(mutex_);
+    if (denial_) return {.errorNumber = denial_};
+    Player& player = players_[name];
+    const std::size_t command = source.find(setCommand);
+    if (command == std::string::npos)
+        return {.text = std::to_string(player.volume), .integer = player.volume};
+    player.volume = std::stoi(source.substr(command + setCommand.size()));
+    volumesSet_.push_back(player.volume);
+    return {};
+}
+
+}  // namespace sonvara

@@ -1,0 +1,57 @@
+// Two players that answer the program's scripts.
+#pragma once
+
+#include "StandIns.h"
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace sonvara {
+
+struct Player {
+    bool isRunning = false;
+    bool isPlaying = false;
+    std::string title;
+    std::string artist;
+    std::string album;
+    int volume = 80;
+};
+
+/// Any thread. Answers from the time it is made until it is destroyed.
+class PlayerScripts {
+public:
+    PlayerScripts();
+    ~PlayerScripts();
+    PlayerScripts(const PlayerScripts&) = delete;
+    PlayerScripts& operator=(const PlayerScripts&) = delete;
+
+    void set(const std::string& name, Player player);
+    /// From now on, every script that asks about volumes fails with `errorNumber`, and polls answer
+    /// what their scripts then return.
+    void deny(int errorNumber);
+
+    /// Scripts about the volume wait from now on until `release`.
+    void hold();
+    void release();
+
+    [[nodiscard]] int volume(const std::string& name);
+    [[nodiscard]] int polls();
+    /// The volumes that were set, oldest first.
+    [[nodiscard]] std::vector<int> volumesSet();
+
+private:
+    standins::ScriptAnswer answer(const std::string& source);
+    standins::ScriptAnswer poll(const std::string& name);
+    standins::ScriptAnswer volumeScript(const std::string& name, const std::string& source);
+
+    std::mutex mutex_;
+    std::mutex volumeGate_;  // held while volume scripts have to wait
+    std::map<std::string, Player> players_;
+    std::optional<int> denial_;
+    std::vector<int> volumesSet_;
+    int polls_ = 0;
+};
+
+}  // namespace sonvara
