@@ -116,6 +116,7 @@ public:
         NSRect frame = [button_.get() frame];
         frame.size.width = pushButtonWidth(button_.get());
         [button_.get() setFrame:frame];
+        [[button_.get() superview] setNeedsDisplay:YES];  // what a narrower one uncovers
     }
 
 private:

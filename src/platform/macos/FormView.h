@@ -25,8 +25,11 @@ public:
     void appear();
 
 private:
-    /// Both return where the next thing goes.
-    double addSection(const FormSection& section, double y);
+    /// Makes all rows anew; returns the height that they take.
+    double layOut(double width);
+    /// Returns where the next section begins.
+    double addSection(const FormSection& section, const RowPlace& place);
+    /// Returns the height of the section's box.
     double addRows(const FormSection& section, NSView* box);
     void refresh();
     void refreshSheet();

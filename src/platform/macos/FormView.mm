@@ -9,11 +9,12 @@ namespace sonvara {
 
 namespace {
 
-constexpr double margin = 20;
-constexpr double boxPadding = 10;
-constexpr double rowGap = 8;
-constexpr double headerGap = 6;
-constexpr double sectionGap = 16;
+// Tight enough for a form of some ten rows to need no scrolling.
+constexpr double margin = 10;
+constexpr double boxPadding = 8;
+constexpr double rowGap = 5;
+constexpr double headerGap = 3;
+constexpr double sectionGap = 10;
 
 ObjcPtr<NSBox> makeGroup(NSRect frame)
 {
@@ -32,32 +33,45 @@ FormView::FormView(std::shared_ptr<const Form> form, NSWindow* window)
           [[SNVFlippedView alloc] initWithFrame:NSMakeRect(0, 0, form_->width, form_->height)])),
       scroll_(makeScrollView(content_.get(), NSMakeRect(0, 0, form_->width, form_->height)))
 {
-    double y = margin;
-    for (const FormSection& section : form_->sections) y = addSection(section, y);
-    const double height = y - sectionGap + margin;
-    [content_.get() setFrameSize:NSMakeSize(form_->width, std::max(form_->height, height))];
-    [scroll_.get() setHasVerticalScroller:(height > form_->height ? YES : NO)];
+    double height = layOut(form_->width);
+    if (height > form_->height) {
+        // A scroller that is always shown, as the user may have chosen, takes room from the content.
+        [scroll_.get() setHasVerticalScroller:YES];
+        height = layOut([scroll_.get() contentSize].width);
+    }
     refresh();
     changes_ = form_->onChange([this] { refresh(); });
 }
 
-double FormView::addSection(const FormSection& section, double y)
+double FormView::layOut(double width)
 {
-    const double width = form_->width - 2 * margin;
-    const StyledText header{section.header, FontRole::headline, ColorRole::label};
-    const double headerHeight = wrappedHeight(header, width);
-    const auto label = makeLabel(header);
-    [label.get() setFrame:NSMakeRect(margin, y, width, headerHeight)];
-    [content_.get() addSubview:label.get()];
-    y += headerHeight + headerGap;
+    rows_.clear();
+    while ([[content_.get() subviews] count] > 0)
+        [[[content_.get() subviews] lastObject] removeFromSuperview];
+    double y = margin;
+    for (const FormSection& section : form_->sections)
+        y = addSection(section, {content_.get(), margin, y, width - 2 * margin});
+    const double height = y - sectionGap + margin;
+    [content_.get() setFrameSize:NSMakeSize(width, std::max(form_->height, height))];
+    return height;
+}
 
+double FormView::addSection(const FormSection& section, const RowPlace& place)
+{
+    const StyledText header{section.header, FontRole::headline, ColorRole::label};
+    const double headerHeight = wrappedHeight(header, place.width);
+    const auto label = makeLabel(header);
+    [label.get() setFrame:NSMakeRect(place.x, place.y, place.width, headerHeight)];
+    [place.parent addSubview:label.get()];
+
+    const double top = place.y + headerHeight + headerGap;
     const auto rows = ObjcPtr<SNVFlippedView>::adopt(
-        [[SNVFlippedView alloc] initWithFrame:NSMakeRect(margin, y, width, 0)]);
+        [[SNVFlippedView alloc] initWithFrame:NSMakeRect(place.x, top, place.width, 0)]);
     const double height = addRows(section, rows.get());
-    [rows.get() setFrameSize:NSMakeSize(width, height)];
-    [content_.get() addSubview:makeGroup([rows.get() frame]).get()];
-    [content_.get() addSubview:rows.get()];  // over the box, not in it: a box moves its content about
-    return y + height + sectionGap;
+    [rows.get() setFrameSize:NSMakeSize(place.width, height)];
+    [place.parent addSubview:makeGroup([rows.get() frame]).get()];
+    [place.parent addSubview:rows.get()];  // over the box, not in it: a box moves its content about
+    return top + height + sectionGap;
 }
 
 double FormView::addRows(const FormSection& section, NSView* box)

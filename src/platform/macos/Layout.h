@@ -21,7 +21,7 @@ namespace sonvara {
 /// How wide `text` is on one line, rounded up to whole points.
 [[nodiscard]] double lineWidth(const StyledText& text);
 
-/// An area that scrolls up and down and shows `content`.
+/// An area that shows `content`, without a scroller so far.
 [[nodiscard]] ObjcPtr<NSScrollView> makeScrollView(NSView* content, NSRect frame);
 
 /// A push button in the system's usual look.

@@ -58,7 +58,6 @@ double lineWidth(const StyledText& text)
 ObjcPtr<NSScrollView> makeScrollView(NSView* content, NSRect frame)
 {
     auto scroll = ObjcPtr<NSScrollView>::adopt([[NSScrollView alloc] initWithFrame:frame]);
-    [scroll.get() setHasVerticalScroller:YES];
     [scroll.get() setBorderType:NSNoBorder];
     [scroll.get() setDrawsBackground:NO];
     [scroll.get() setDocumentView:content];

@@ -42,7 +42,7 @@ private:
 
     double rowSpacing_;
     double columnSpacing_;
-    double width_;  // of a row
+    double width_ = 0;  // of a row
     std::vector<Entry> entries_;
     ObjcPtr<SNVFlippedView> document_;
     ObjcPtr<NSScrollView> scroll_;

@@ -29,13 +29,14 @@ ObjcPtr<NSImageView> makeSymbolView(const LogRow& row)
 LogRowList::LogRowList(const LogSheet& sheet, NSRect frame)
     : rowSpacing_(sheet.rowSpacing),
       columnSpacing_(sheet.columnSpacing),
-      width_(frame.size.width - 2 * padding),
       document_(ObjcPtr<SNVFlippedView>::adopt(
           [[SNVFlippedView alloc] initWithFrame:NSMakeRect(0, 0, frame.size.width, frame.size.height)])),
       scroll_(makeScrollView(document_.get(), frame)),
       scrolled_(
           ObjcPtr<SNVActionTarget>::adopt([[SNVActionTarget alloc] initWithAction:[this] { fillVisible(); }]))
 {
+    [scroll_.get() setHasVerticalScroller:YES];
+    width_ = [scroll_.get() contentSize].width - 2 * padding;
     NSClipView* clip = [scroll_.get() contentView];
     [clip setPostsBoundsChangedNotifications:YES];
     [[NSNotificationCenter defaultCenter] addObserver:scrolled_.get()
@@ -58,6 +59,7 @@ void LogRowList::show(std::vector<LogRow> rows)
     entries_ = std::move(next);
     placeAll();
     fillVisible();
+    [document_.get() setNeedsDisplay:YES];  // a view that only moves is not drawn anew
 }
 
 LogRowList::Entry LogRowList::takeOrMake(LogRow row)

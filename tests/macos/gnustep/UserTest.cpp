@@ -181,7 +181,7 @@ TEST_F(User, DismissesTheLogByEscape)
     EXPECT_TRUE(eventually([] { return probe::isShown(sheet); }));
 }
 
-// The tests of a suite share a session, each with a process of its own, in this order.
+// These share a session, each with a process of its own, in this order.
 class Settings : public User {};
 
 TEST_F(Settings, AreChangedBeforeTheProgramQuits)
