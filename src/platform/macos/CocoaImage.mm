@@ -68,7 +68,8 @@ std::string pngData(const Image& image)
     @autoreleasepool {
         NSBitmapImageRep* pixels =
             [NSBitmapImageRep imageRepWithData:[nativeImage(&image) TIFFRepresentation]];
-        NSData* png = [pixels representationUsingType:NSBitmapImageFileTypePNG properties:@{}];
+        NSData* png = [pixels representationUsingType:NSBitmapImageFileTypePNG
+                                           properties:[NSDictionary dictionary]];
         if (png == nil) return {};
         return {static_cast<const char*>([png bytes]), [png length]};
     }

@@ -33,11 +33,10 @@ FormView::FormView(std::shared_ptr<const Form> form, NSWindow* window)
           [[SNVFlippedView alloc] initWithFrame:NSMakeRect(0, 0, form_->width, form_->height)])),
       scroll_(makeScrollView(content_.get(), NSMakeRect(0, 0, form_->width, form_->height)))
 {
-    double height = layOut(form_->width);
-    if (height > form_->height) {
+    if (layOut(form_->width) > form_->height) {
         // A scroller that is always shown, as the user may have chosen, takes room from the content.
         [scroll_.get() setHasVerticalScroller:YES];
-        height = layOut([scroll_.get() contentSize].width);
+        layOut([scroll_.get() contentSize].width);
     }
     refresh();
     changes_ = form_->onChange([this] { refresh(); });

@@ -8,7 +8,7 @@ namespace {
 
 NSFont* textStyle(NSString* style)
 {
-    return [NSFont preferredFontForTextStyle:style options:@{}];
+    return [NSFont preferredFontForTextStyle:style options:[NSDictionary dictionary]];
 }
 
 }  // namespace
