@@ -32,6 +32,9 @@ ExternalProject_Add(macos_on_gnustep
 
 # GNUstep keeps what it has made for good, so a leak check would only count that.
 function(add_macos_test name runner)
+  if(SONVARA_SANITIZE)
+    string(PREPEND name "${SONVARA_SANITIZE}/")
+  endif()
   add_test(NAME ${name} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/macos/gnustep/${runner} ${ARGN})
   set_tests_properties(${name} PROPERTIES LABELS macos TIMEOUT 300
     ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0:abort_on_error=0;UBSAN_OPTIONS=print_stacktrace=1")

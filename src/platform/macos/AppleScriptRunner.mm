@@ -3,16 +3,21 @@
 #import "platform/macos/ObjcPtr.h"
 #import "platform/macos/Strings.h"
 
+#include <chrono>
 #include <mutex>
 
 namespace sonvara {
 
 namespace {
 
-std::mutex& componentLock()
+constexpr auto mainThreadPatience = std::chrono::seconds(2);
+
+/// The right to use the component, unless waiting for it would keep the program from ending.
+std::unique_lock<std::timed_mutex> lockComponent()
 {
-    static std::mutex lock;
-    return lock;
+    static std::timed_mutex mutex;
+    if ([NSThread isMainThread]) return std::unique_lock(mutex, mainThreadPatience);
+    return std::unique_lock(mutex);
 }
 
 ScriptResult execute(NSAppleScript* script)
@@ -30,7 +35,8 @@ ScriptResult execute(NSAppleScript* script)
 
 ScriptResult AppleScriptRunner::run(const std::string& source)
 {
-    const std::lock_guard lock(componentLock());
+    const auto lock = lockComponent();
+    if (!lock) return {.created = false, .error = {}, .text = {}, .integer = 0};
     @autoreleasepool {  // inside the lock: what the component leaves behind is released under it, too
         const auto script =
             ObjcPtr<NSAppleScript>::adopt([[NSAppleScript alloc] initWithSource:toNSString(source)]);

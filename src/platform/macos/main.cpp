@@ -1,6 +1,8 @@
 // The program on macOS: one implementation of each port.
 #include "app/SonvaraApp.h"
 #include "platform/Platform.h"
+#include "platform/keeper/ScriptVolumePrograms.h"
+#include "platform/keeper/VolumeKeeper.h"
 #include "platform/macos/AppleScriptRunner.h"
 #include "platform/macos/AppleSpeechSynthesizer.h"
 #include "platform/macos/CocoaApplication.h"
@@ -13,10 +15,12 @@
 #include "platform/macos/DispatchMainQueue.h"
 #include "platform/macos/DistributedNotificationCenter.h"
 #include "platform/macos/ServiceLoginItem.h"
+#include "platform/macos/SupportFolder.h"
 #include "platform/macos/UnifiedLog.h"
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFileManager.h"
+#include "platform/posix/PosixNoteStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/ProcessSetup.h"
 
@@ -32,7 +36,10 @@ int main()
     PosixEnvironment environment;
     PosixFileManager fileManager;
     PosixProcessLauncher processLauncher;
-    AppleScriptRunner scriptRunner;
+    AppleScriptRunner scripts;
+    ScriptVolumePrograms players(scripts);
+    PosixNoteStore loweredPlayers(supportFile("lowered-players"));
+    VolumeKeeper scriptRunner(scripts, players, loweredPlayers);
     DistributedNotificationCenter notificationCenter;
     AppleSpeechSynthesizer speechSynthesizer;
     CocoaUserDefaults userDefaults;
@@ -48,6 +55,9 @@ int main()
                       notificationCenter, speechSynthesizer, userDefaults,    systemLog,
                       statusBar,          imageRenderer,     windows,         pasteboard,
                       loginItem};
-    application.onWillTerminate([&processLauncher] { processLauncher.terminateAll(); });
+    application.onWillTerminate([&] {
+        processLauncher.terminateAll();
+        scriptRunner.restoreAll();
+    });
     return SonvaraApp::main(platform);
 }

@@ -110,6 +110,16 @@ TEST_F(Announcement, IsCutByAPauseAndTheVolumeReturns)
     EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
 }
 
+TEST_F(Announcement, ThatAQuitCutsLeavesNoPlayerLowered)
+{
+    standins::setVoices({.finishesAtOnce = false});
+    launch();
+    spotifyPlays("A Song");
+    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    letTheDuckBeRecorded("A Song");
+    quit([this] { EXPECT_EQ(players_.volumesSet(), (Volumes{28, 80})); });
+}
+
 TEST_F(Announcement, IsNoneWhileATestHarnessHostsTheApplication)
 {
     ::setenv("XCTestConfigurationFilePath", "", 1);

@@ -20,10 +20,12 @@ namespace {
 
 std::promise<void> launched;
 std::atomic<bool> expectsQuit = false;
+std::function<void()> atExit;
 
 // Called when the program ends the process. A test that has ended calls _Exit and does not come here.
 void checkExit()
 {
+    if (atExit) atExit();
     if (!expectsQuit) std::cerr << "The program has ended the process on its own." << std::endl;
     std::_Exit(expectsQuit && !testing::Test::HasFailure() ? EXIT_SUCCESS : EXIT_FAILURE);
 }
@@ -70,10 +72,12 @@ void AppTest::openSettings()
     ASSERT_TRUE(eventually([] { return probe::isShown("Sonvara Settings"); }));
 }
 
-void AppTest::quit()
+void AppTest::quit(std::function<void()> check)
 {
+    atExit = std::move(check);
     EXPECT_EQ(standins::takeViolations(), std::vector<std::string>());
     expectsQuit = true;
+    standins::allowScriptsOnMainThread();
     (void)probe::chooseFromStatusMenu("Quit Sonvara");
     std::promise<void>().get_future().wait_for(std::chrono::seconds(20));  // the process ends meanwhile
     std::cerr << "Quit did not end the program." << std::endl;

@@ -30,9 +30,9 @@ protected:
     /// Chooses "Settings..." and waits for the window.
     static void openSettings();
 
-    /// Chooses "Quit Sonvara" and waits for the end of the process: does not return. Any other end of
-    /// the process while a test runs is a failure.
-    [[noreturn]] static void quit();
+    /// Chooses "Quit Sonvara" and waits for the end of the process, where `check` is called: does not
+    /// return. Any other end of the process while a test runs is a failure.
+    [[noreturn]] static void quit(std::function<void()> check = {});
 
     PlayerScripts players_;
 };

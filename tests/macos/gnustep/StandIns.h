@@ -27,6 +27,8 @@ struct ScriptAnswer {
 
 /// Called for each script on the thread that runs it; may block.
 void setScripts(std::function<ScriptAnswer(const std::string& source)> answer);
+/// The program is about to end: from now on scripts may be run on the main thread.
+void allowScriptsOnMainThread();
 /// Autoreleased objects of script runs that are still alive.
 int scriptLeftovers();
 

@@ -1,0 +1,17 @@
+#include "platform/macos/SupportFolder.h"
+
+#import "platform/macos/Strings.h"
+
+namespace sonvara {
+
+std::string supportFile(const std::string& name)
+{
+    @autoreleasepool {
+        NSArray* folders =
+            NSSearchPathForDirectoriesInDomains(NSApplicationSupportDirectory, NSUserDomainMask, YES);
+        NSString* folder = [folders objectAtIndex:0];  // the user domain has one
+        return toString(folder) + "/" SONVARA_IDENTIFIER "/" + name;
+    }
+}
+
+}  // namespace sonvara
