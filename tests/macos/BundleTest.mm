@@ -1,9 +1,9 @@
 // What the bundle tells the system of the program.
+#include "Command.h"
 #include "platform/macos/Strings.h"
 
 #import <Foundation/Foundation.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ TEST(BundleTest, IsEntitledToSendAppleEvents)
 TEST(BundleTest, IconHoldsEveryPictureInItsSize)
 {
     const auto path = std::filesystem::temp_directory_path() / "sonvara-test.icns";
-    ASSERT_EQ(std::system((std::string(ICON_MAKER) + " '" + path.string() + "'").c_str()), 0);
+    ASSERT_TRUE(runCommand(std::string(ICON_MAKER) + " '" + path.string() + "'"));
     std::ifstream file(path, std::ios::binary);
     const std::string icns{std::istreambuf_iterator<char>(file), {}};
     std::filesystem::remove(path);

@@ -1,8 +1,8 @@
 // Notifications that another process posts.
+#include "Command.h"
 #include "Probe.h"
 #include "platform/macos/DistributedNotificationCenter.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -19,7 +19,7 @@ protected:
         const std::size_t before = received_.size();
         std::thread poster([&arguments] {
             const std::string command = std::string(POST_NOTIFICATION) + " " + name + " " + arguments;
-            EXPECT_EQ(std::system(command.c_str()), 0);
+            EXPECT_TRUE(runCommand(command));
         });
         EXPECT_TRUE(probe::runUntil([&] { return received_.size() > before; }));
         poster.join();

@@ -1,8 +1,13 @@
 #include "AppTest.h"
 
+#include "Command.h"
 #include "Mouse.h"
 #include "Probe.h"
 #include "StripProbe.h"
+#include "platform/macos/AppleScriptRunner.h"
+#include "platform/macos/CocoaApplication.h"
+#include "platform/macos/CocoaImage.h"
+#include "ui/StatusIcon.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -19,8 +24,19 @@ namespace sonvara {
 namespace {
 
 std::promise<void> launched;
+std::promise<void> runs;
 std::atomic<bool> expectsQuit = false;
 std::function<void()> atExit;
+
+// The GNU runtime deadlocks when two threads use classes for the first time at once: one holds the runtime's
+// lock and wants the class's, the other has them the other way round. So what the workers use is used here
+// once.
+void useClassesOnce()
+{
+    const CocoaApplication application;
+    (void)CocoaImageRenderer().render(statusIcon(true));
+    std::thread([] { (void)AppleScriptRunner().run("return"); }).join();
+}
 
 // Called when the program ends the process. A test that has ended calls _Exit and does not come here.
 void checkExit()
@@ -32,6 +48,12 @@ void checkExit()
 
 }  // namespace
 
+void AppTest::prepare()
+{
+    useClassesOnce();
+    postToMainThread([] { runs.set_value(); });
+}
+
 int AppTest::runProgram()
 {
     launched.get_future().wait();
@@ -42,7 +64,7 @@ int AppTest::runProgram()
 void AppTest::start()
 {
     launched.set_value();
-    onMain([] {});  // the event loop runs nothing before the launch has finished
+    runs.get_future().wait();  // the event loop runs nothing before the launch has finished
 }
 
 void AppTest::launch()
@@ -57,7 +79,7 @@ void AppTest::spotifyPosts(const std::string& state, const std::string& title, c
     const std::string command = std::string(POST_NOTIFICATION) +
                                 " com.spotify.client.PlaybackStateChanged 'Player State=" + state +
                                 "' 'Name=" + title + "' 'Artist=" + artist + "' 'Album=" + album + "'";
-    ASSERT_EQ(std::system(command.c_str()), 0);
+    ASSERT_TRUE(runCommand(command));
 }
 
 std::vector<standins::SpokenLine> AppTest::lines(std::size_t count)
@@ -90,6 +112,7 @@ int __wrap_main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
+    sonvara::AppTest::prepare();
     std::thread([] { std::_Exit(RUN_ALL_TESTS()); }).detach();
     return sonvara::AppTest::runProgram();
 }

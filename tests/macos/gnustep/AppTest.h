@@ -11,7 +11,9 @@ namespace sonvara {
 /// thread, once the test launches it.
 class AppTest : public StandInTest {
 public:
-    /// What the main thread does: waits for the launch, then runs the program's `main`.
+    /// To be called first, before there are threads.
+    static void prepare();
+    /// What the main thread does then: waits for the launch, then runs the program's `main`.
     static int runProgram();
 
 protected:

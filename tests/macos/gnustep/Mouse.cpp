@@ -1,9 +1,8 @@
 #include "Mouse.h"
 
+#include "Command.h"
 #include "Director.h"
 #include "StripProbe.h"
-
-#include <cstdlib>
 
 namespace sonvara::probe {
 
@@ -11,7 +10,7 @@ namespace {
 
 bool xdotool(const std::string& arguments)
 {
-    return std::system(("xdotool " + arguments).c_str()) == 0;
+    return runCommand("xdotool " + arguments);
 }
 
 std::string moveTo(Spot spot)
