@@ -22,7 +22,7 @@ struct Rect {
     double height = 0;
 };
 
-/// A colour by role; `alpha` (0 to 1) replaces the role's own.
+/// A colour by role. An `alpha` below 1 replaces the role's own; it does not multiply it.
 struct DrawingColor {
     ColorRole role = ColorRole::label;
     double alpha = 1;
