@@ -1,0 +1,16 @@
+// The core's vector pictures in the format SVG.
+#pragma once
+
+#include "platform/Image.h"
+#include "platform/linux/desktop/StylePalette.h"
+
+#include <string>
+
+namespace sonvara {
+
+/// `drawing` as an SVG document that is shown with `side` by `side` pixels unless somebody asks for another
+/// size. Every shape is a filled path: desktops give symbolic icons the colour of their surroundings by
+/// replacing the fill, and would leave the colour of an outline as it is.
+[[nodiscard]] std::string svgText(const Drawing& drawing, const RoleColors& colors, int side);
+
+}  // namespace sonvara
