@@ -1,11 +1,10 @@
+#include "Terminal.h"
+
 #include "platform/linux/system/JournalLog.h"
 
 #include <QLoggingCategory>
-#include <array>
 #include <gtest/gtest.h>
-#include <pty.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace sonvara {
@@ -26,18 +25,9 @@ TEST(JournalLog, WritesALineToStandardErrorWhereThereIsNoJournal)
 
 TEST(JournalLog, ShowsPrivatePiecesOnATerminal)
 {
-    int master = -1;
-    int terminal = -1;
-    ASSERT_EQ(::openpty(&master, &terminal, nullptr, nullptr, nullptr), 0);
-    const int saved = ::dup(STDERR_FILENO);
-    ::dup2(terminal, STDERR_FILENO);
+    const Terminal terminal;
     JournalLog("/nowhere/at/all").write(speaking);
-    ::dup2(saved, STDERR_FILENO);
-    std::array<char, 200> line{};
-    const auto count = ::read(master, line.data(), line.size());
-    for (const int descriptor : {saved, master, terminal}) ::close(descriptor);
-    EXPECT_EQ(std::string(line.data(), static_cast<std::size_t>(count)),
-              "sonvara: Speech: speaking a song\\nnow\r\n");
+    EXPECT_EQ(terminal.read(), "sonvara: Speech: speaking a song\\nnow\r\n");
 }
 
 TEST(JournalLog, KeepsDebugMessagesOnlyWhenTheyAreSwitchedOn)

@@ -1,5 +1,7 @@
 // Writes to a journal of the test's own, at the place where a journal listens. For that the process
 // moves to a private view of the file system, which needs a program of its own with one thread.
+#include "Terminal.h"
+
 #include "platform/linux/system/JournalLog.h"
 
 #include <array>
@@ -59,6 +61,13 @@ TEST(JournalLog, SendsFieldsToTheJournal)
               "MESSAGE=speaking <private>\\nPRIORITY=0\nPRIORITY=3\nSYSLOG_IDENTIFIER=sonvara\n"
               "SONVARA_SUBSYSTEM=" SONVARA_IDENTIFIER "\nSONVARA_CATEGORY=Speech\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+
+    {
+        const Terminal terminal;
+        log.write({LogLevel::error, "Speech", {{"to both"}}});
+        EXPECT_GT(::recv(socket, datagram.data(), datagram.size(), MSG_DONTWAIT), 0);
+        EXPECT_EQ(terminal.read(), "sonvara: Speech: to both\r\n");
+    }
 
     testing::internal::CaptureStderr();
     ::close(socket);

@@ -52,8 +52,9 @@ bool JournalLog::isEnabled(LogLevel level, std::string_view category) const
 void JournalLog::write(const LogMessage& message)
 {
     // Without a journal the library reports success and drops the message.
-    if (::access(socket_.c_str(), F_OK) == 0 && sendToJournal(message)) return;
-    writeToStandardError(message);
+    const bool isInJournal = ::access(socket_.c_str(), F_OK) == 0 && sendToJournal(message);
+    // Elsewhere than on a terminal it would come into the journal twice: a session's programs write there.
+    if (!isInJournal || ::isatty(STDERR_FILENO) != 0) writeToStandardError(message);
 }
 
 }  // namespace sonvara

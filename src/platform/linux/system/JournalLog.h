@@ -1,4 +1,4 @@
-// The system log in the journal of systemd, or on standard error where there is no journal.
+// The system log in the journal of systemd, and on standard error for who starts the program in a terminal.
 #pragma once
 
 #include "platform/SystemLog.h"
@@ -16,8 +16,9 @@ namespace sonvara {
 /// QT_LOGGING_RULES="sonvara.*.debug=true", or "sonvara.Speech.debug=true" for one of them.
 ///
 /// In the journal an entry has the fields SYSLOG_IDENTIFIER=sonvara, SONVARA_SUBSYSTEM and
-/// SONVARA_CATEGORY; on standard error it is the line "sonvara: CATEGORY: message". Private pieces
-/// are hidden everywhere but on a terminal, whose user is the one they belong to.
+/// SONVARA_CATEGORY. It is also written to standard error where that is a terminal or there is no
+/// journal, as the line "sonvara: CATEGORY: message". Private pieces are hidden everywhere but on a
+/// terminal, whose user is the one they belong to.
 class JournalLog final : public SystemLog {
 public:
     /// `socket` is where a running journal listens.
