@@ -30,18 +30,18 @@ public:
 public Q_SLOTS:
     uint GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                    sonvara::DBusMenuNode& layout);
-    sonvara::DBusMenuPropertiesList GetGroupProperties(const QList<int>& ids,
-                                                       const QStringList& propertyNames);
+    QList<sonvara::DBusMenuProperties> GetGroupProperties(const QList<int>& ids,
+                                                          const QStringList& propertyNames);
     QDBusVariant GetProperty(int id, const QString& name);
     void Event(int id, const QString& eventId, const QDBusVariant& data, uint timestamp);
-    QList<int> EventGroup(const sonvara::DBusMenuEventList& events);
+    QList<int> EventGroup(const QList<sonvara::DBusMenuEvent>& events);
     bool AboutToShow(int id);
     QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);
 
 Q_SIGNALS:
     void LayoutUpdated(uint revision, int parent);
-    void ItemsPropertiesUpdated(const sonvara::DBusMenuPropertiesList& updatedProps,
-                                const sonvara::DBusMenuKeysList& removedProps);
+    void ItemsPropertiesUpdated(const QList<sonvara::DBusMenuProperties>& updatedProps,
+                                const QList<sonvara::DBusMenuKeys>& removedProps);
     void ItemActivationRequested(int id, uint timestamp);
 
 private:

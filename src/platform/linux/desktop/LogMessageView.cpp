@@ -1,9 +1,12 @@
 #include "platform/linux/desktop/LogMessageView.h"
 
 #include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/ThemeWatcher.h"
 
-#include <QAbstractTextDocumentLayout>
-#include <QEvent>
+#include <QApplication>
+#include <QFocusEvent>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -30,6 +33,7 @@ LogMessageView::LogMessageView(const StyledText& text, QWidget* parent)
     applyRoles();
     setPlainText(toQt(text.text));
     setAccessibleName(toQt(text.text));
+    connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &LogMessageView::applyRoles);
 }
 
 int LogMessageView::heightForWidth(int width) const
@@ -42,19 +46,6 @@ QSize LogMessageView::sizeHint() const
 {
     const int width = this->width() > 0 ? this->width() : 300;
     return {width, heightForWidth(width)};
-}
-
-bool LogMessageView::event(QEvent* event)
-{
-    const bool handled = QTextEdit::event(event);
-    switch (event->type()) {
-    case QEvent::ApplicationFontChange:
-    case QEvent::ApplicationPaletteChange:
-    case QEvent::PaletteChange:
-    case QEvent::StyleChange: applyRoles(); break;
-    default: break;
-    }
-    return handled;
 }
 
 // A text without the keyboard keeps its selection, but only one text at a time has one.
@@ -74,12 +65,9 @@ void LogMessageView::wheelEvent(QWheelEvent* event)
 
 void LogMessageView::applyRoles()
 {
-    const auto wanted = roleFont(font_);
-    if (font() != wanted) setFont(wanted);
-    const auto color = RoleColors::of(palette())[color_];
-    auto colors = palette();
-    if (colors.color(QPalette::Active, QPalette::Text) == color) return;
-    colors.setColor(QPalette::Text, color);
+    setFont(roleFont(font_));
+    auto colors = QApplication::palette();
+    colors.setColor(QPalette::Text, RoleColors::of(colors)[color_]);
     setPalette(colors);
 }
 

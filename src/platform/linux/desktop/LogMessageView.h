@@ -20,7 +20,6 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override { return {0, fontMetrics().height()}; }
 
 protected:
-    bool event(QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 

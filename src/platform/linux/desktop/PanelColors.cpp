@@ -1,11 +1,12 @@
 #include "platform/linux/desktop/PanelColors.h"
 
+#include "platform/linux/desktop/ThemeWatcher.h"
+
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QEvent>
 
 namespace sonvara {
 
@@ -55,7 +56,7 @@ PanelColors::PanelColors()
                 SLOT(xfceSettingChanged(QString, QString, QDBusVariant)));
     askPortal();
     askXfce();
-    qApp->installEventFilter(this);
+    connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &PanelColors::changed);
 }
 
 RoleColors PanelColors::colors() const
@@ -71,12 +72,6 @@ std::optional<bool> PanelColors::isKnownDark() const
 {
     if (isXfcePanelDark_ == true || isGnome_) return true;
     return prefersDark_;
-}
-
-bool PanelColors::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) Q_EMIT changed();
-    return false;
 }
 
 // Neither service is started for this: a desktop that uses it has it running.

@@ -26,9 +26,6 @@ public:
 Q_SIGNALS:
     void changed();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private Q_SLOTS:
     void portalSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void xfceSettingChanged(const QString& channel, const QString& property, const QDBusVariant& value);

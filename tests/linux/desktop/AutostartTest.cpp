@@ -1,0 +1,123 @@
+#include "platform/linux/desktop/AutostartLoginItem.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace sonvara {
+
+namespace {
+
+class AutostartTest : public testing::Test {
+protected:
+    void SetUp() override { addProgram(program); }
+
+    void addProgram(const QString& where)
+    {
+        QDir().mkpath(QFileInfo(where).path());
+        QFile file(where);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n");
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    AutostartLoginItem item() { return {{"Sample", program}, "org.example.Sample", folder}; }
+
+    void write(const QByteArray& text)
+    {
+        QDir().mkpath(folder);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+
+    QTemporaryDir root;
+    QString folder = root.filePath("config/autostart");
+    QString path = folder + "/org.example.Sample.desktop";
+    QString program = root.filePath("bin/sample");
+};
+
+TEST_F(AutostartTest, IsOffAtFirst)
+{
+    EXPECT_EQ(item().status(), LoginItemStatus::notRegistered);
+}
+
+TEST_F(AutostartTest, WritesAnEntryAndRemovesIt)
+{
+    auto login = item();
+    EXPECT_EQ(login.registerItem(), std::nullopt);
+    EXPECT_EQ(login.status(), LoginItemStatus::enabled);
+    EXPECT_EQ(login.unregisterItem(), std::nullopt);
+    EXPECT_EQ(login.status(), LoginItemStatus::notRegistered);
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_EQ(login.unregisterItem(), std::nullopt);  // nothing left to remove is no failure
+}
+
+TEST_F(AutostartTest, CountsAHiddenEntryAsOff)
+{
+    write("[Desktop Entry]\nType=Application\nName=Sample\nExec=/bin/true\nHidden=true\n");
+    EXPECT_EQ(item().status(), LoginItemStatus::notRegistered);
+    EXPECT_EQ(item().registerItem(), std::nullopt);
+    EXPECT_EQ(item().status(), LoginItemStatus::enabled);
+}
+
+TEST_F(AutostartTest, CountsAnEntryWhoseProgramIsGoneAsOff)
+{
+    EXPECT_EQ(item().registerItem(), std::nullopt);
+    QFile::remove(program);
+    EXPECT_EQ(item().status(), LoginItemStatus::notFound);
+}
+
+TEST_F(AutostartTest, ReadsWhatOthersWrite)
+{
+    write("# by hand\n[Other]\nHidden=true\n[Desktop Entry]\n Exec = sh -c true "
+          "\nX-GNOME-Autostart-enabled=false\n");
+    EXPECT_EQ(item().status(), LoginItemStatus::enabled);
+    write("no entry at all");
+    EXPECT_EQ(item().status(), LoginItemStatus::notFound);
+}
+
+TEST_F(AutostartTest, SaysWhyItCannotWrite)
+{
+    QDir().mkpath(root.filePath("config"));
+    QFile obstacle(folder);  // a file where the folder should be; also in the way of the superuser
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+    const auto error = item().registerItem();
+    ASSERT_TRUE(error.has_value());
+    EXPECT_NE(error->find(folder.toStdString()), std::string::npos);
+    EXPECT_EQ(item().status(), LoginItemStatus::notRegistered);
+}
+
+class AutostartPathTest : public AutostartTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(AutostartPathTest, SurvivesTheQuotingOfTheSpecification)
+{
+    program = root.filePath(QStringLiteral("bin/") + GetParam());
+    addProgram(program);
+    EXPECT_EQ(item().registerItem(), std::nullopt);
+    EXPECT_EQ(item().status(), LoginItemStatus::enabled);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(readAutostart(file.readAll()).program, program);
+    const auto checker = QStandardPaths::findExecutable("desktop-file-validate");
+    ASSERT_FALSE(checker.isEmpty()) << "desktop-file-validate is needed (package desktop-file-utils)";
+    QProcess check;
+    check.setProcessChannelMode(QProcess::MergedChannels);
+    check.start(checker, {path});
+    ASSERT_TRUE(check.waitForFinished());
+    EXPECT_EQ(check.readAll().toStdString(), "");
+    EXPECT_EQ(check.exitCode(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, AutostartPathTest,
+                         testing::Values("plain", "with blank", "50% $HOME", "back\\slash", "quo\"te",
+                                         "tick`s", "A&B;C", "Señorita 夜"),
+                         [](const auto& test) { return "Name" + std::to_string(test.index); });
+
+}  // namespace
+
+}  // namespace sonvara

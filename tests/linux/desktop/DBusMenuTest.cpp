@@ -1,0 +1,197 @@
+#include "platform/linux/desktop/DBusMenu.h"
+
+#include "EventLoop.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+MenuItem action(const std::string& title, std::function<void()> run)
+{
+    MenuItem item;
+    item.title = title;
+    item.isEnabled = true;
+    item.action = std::move(run);
+    return item;
+}
+
+MenuItem text(const std::string& title)
+{
+    MenuItem item;
+    item.title = title;
+    return item;
+}
+
+/// Reads and uses the menu from another connection to the bus, as a tray host does.
+class DBusMenuTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(server.isConnected() && host.isConnected());
+        server.registerObject("/MenuBar", &object);
+    }
+    void TearDown() override
+    {
+        server.unregisterObject("/MenuBar");
+        QDBusConnection::disconnectFromBus("menu-test-host");
+    }
+
+    QDBusMessage call(const QString& method, const QVariantList& arguments)
+    {
+        auto question = QDBusMessage::createMethodCall(server.baseService(), "/MenuBar",
+                                                       "com.canonical.dbusmenu", method);
+        question.setArguments(arguments);
+        QDBusPendingCallWatcher answer(host.asyncCall(question));
+        EXPECT_TRUE(runUntil([&] { return answer.isFinished(); }));
+        EXPECT_FALSE(answer.isError()) << answer.error().message().toStdString();
+        return answer.reply();
+    }
+
+    DBusMenuNode layout()
+    {
+        const auto answer = call("GetLayout", {0, -1, QStringList()});
+        return qdbus_cast<DBusMenuNode>(answer.arguments().value(1));
+    }
+
+    QVariant shown(int position, const char* property)
+    {
+        const auto items = layout().children;
+        return items.value(position).properties.value(property);
+    }
+
+    QtStatusMenu menu;
+    QObject object;
+    DBusMenu* adaptor = new DBusMenu(menu, &object);
+    QDBusConnection server = QDBusConnection::sessionBus();
+    QDBusConnection host = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "menu-test-host");
+};
+
+TEST_F(DBusMenuTest, ShowsItemsInOrder)
+{
+    MenuItem separator;
+    separator.isSeparator = true;
+    auto mute = action("Mute", [] {});
+    mute.isChecked = true;
+    menu.setItems({text("Header"), separator, mute});
+    const auto items = layout().children;
+    ASSERT_EQ(items.size(), 3);
+    EXPECT_EQ(items[0].properties["label"], "Header");
+    EXPECT_EQ(items[0].properties["enabled"], false);
+    EXPECT_EQ(items[1].properties["type"], "separator");
+    EXPECT_EQ(items[2].properties["enabled"], true);
+    EXPECT_EQ(items[2].properties["toggle-type"], "checkmark");
+    EXPECT_EQ(items[2].properties["toggle-state"], 1);
+}
+
+TEST_F(DBusMenuTest, EscapesWhatAHostWouldRead)
+{
+    EXPECT_EQ(dbusMenuLabel("A & B"), "A & B");
+    EXPECT_EQ(dbusMenuLabel("snake_case__"), "snake__case____");
+    menu.setItems({text("snake_case & <b>bo\u0301ld</b> עברית 🎵")});
+    EXPECT_EQ(shown(0, "label"), "snake__case & <b>bo\u0301ld</b> עברית 🎵");
+}
+
+TEST_F(DBusMenuTest, KeepsLineBreaksAndLength)
+{
+    auto chat = text("plain");
+    chat.attributedTitle =
+        StyledText{"one\ntwo " + std::string(300, 'x'), FontRole::smallMenu, ColorRole::secondaryLabel};
+    menu.setItems({chat});
+    EXPECT_EQ(shown(0, "label"), "one\ntwo " + QString(300, u'x'));
+}
+
+TEST_F(DBusMenuTest, RunsTheClickedAction)
+{
+    int runs = 0;
+    menu.setItems({action("Go", [&] { ++runs; })});
+    const int id = layout().children[0].id;
+    call("Event", {id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0U});
+    call("Event", {id, "hovered", QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(DBusMenuTest, RunsGroupedEventsAndNamesUnknownItems)
+{
+    int runs = 0;
+    menu.setItems({action("Go", [&] { ++runs; })});
+    const int id = layout().children[0].id;
+    const DBusMenuEventList events{{id, "clicked", 0, 0}, {4711, "clicked", 0, 0}};
+    const auto answer = call("EventGroup", {QVariant::fromValue(events)});
+    EXPECT_EQ(qdbus_cast<QList<int>>(answer.arguments().value(0)), QList<int>{4711});
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(DBusMenuTest, IsUpToDateWhenItOpens)
+{
+    int openings = 0;
+    const auto handle =
+        menu.onWillOpen([&] { menu.setItems({text("opening " + std::to_string(++openings))}); });
+    EXPECT_EQ(call("AboutToShow", {0}).arguments().value(0), true);
+    EXPECT_EQ(shown(0, "label"), "opening 1");
+    call("Event", {0, "opened", QVariant::fromValue(QDBusVariant(0)), 0U});  // the same opening
+    call("Event", {0, "closed", QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_EQ(openings, 1);
+    call("Event",
+         {0, "opened", QVariant::fromValue(QDBusVariant(0)), 0U});  // a host that does not ask before
+    EXPECT_EQ(openings, 2);
+}
+
+TEST_F(DBusMenuTest, AsksForNoUpdateWhenNothingChanged)
+{
+    const auto handle = menu.onWillOpen([&] { menu.setItems({text("the same")}); });
+    call("AboutToShow", {0});
+    EXPECT_EQ(call("AboutToShow", {0}).arguments().value(0), false);
+}
+
+TEST_F(DBusMenuTest, TellsOfChangedPropertiesAlone)
+{
+    auto mute = action("Mute", [] {});
+    menu.setItems({text("Song 1"), mute});
+    const QSignalSpy layouts(adaptor, &DBusMenu::LayoutUpdated);
+    const QSignalSpy properties(adaptor, &DBusMenu::ItemsPropertiesUpdated);
+    mute.isChecked = true;
+    menu.setItems({text("Song 2"), mute});
+    EXPECT_EQ(layouts.size(), 0);
+    ASSERT_EQ(properties.size(), 1);
+    const auto updated = properties[0][0].value<DBusMenuPropertiesList>();
+    ASSERT_EQ(updated.size(), 2);
+    EXPECT_EQ(updated[0].properties, (QVariantMap{{"label", "Song 2"}}));
+    EXPECT_EQ(updated[1].properties, (QVariantMap{{"toggle-type", "checkmark"}, {"toggle-state", 1}}));
+    mute.isChecked = false;
+    menu.setItems({text("Song 2"), mute});
+    const auto removed = properties[1][1].value<DBusMenuKeysList>();
+    ASSERT_EQ(removed.size(), 1);
+    EXPECT_EQ(removed[0].keys, (QStringList{"toggle-state", "toggle-type"}));
+}
+
+TEST_F(DBusMenuTest, TellsOfANewLayout)
+{
+    menu.setItems({text("one")});
+    const QSignalSpy layouts(adaptor, &DBusMenu::LayoutUpdated);
+    menu.setItems({text("one"), text("two")});
+    ASSERT_EQ(layouts.size(), 1);
+    EXPECT_EQ(layouts[0][0].toUInt(), call("GetLayout", {0, 0, QStringList()}).arguments().value(0).toUInt());
+}
+
+TEST_F(DBusMenuTest, GivesSingleProperties)
+{
+    menu.setItems({text("one"), text("two")});
+    const int id = layout().children[1].id;
+    const auto answer =
+        call("GetGroupProperties", {QVariant::fromValue(QList<int>{id}), QStringList{"label"}});
+    const auto items = qdbus_cast<DBusMenuPropertiesList>(answer.arguments().value(0));
+    ASSERT_EQ(items.size(), 1);
+    EXPECT_EQ(items[0].properties, (QVariantMap{{"label", "two"}}));
+    const auto single = call("GetProperty", {id, "label"}).arguments().value(0);
+    EXPECT_EQ(single.value<QDBusVariant>().variant(), "two");
+}
+
+}  // namespace
+
+}  // namespace sonvara

@@ -1,0 +1,177 @@
+#include "platform/linux/desktop/FormWidget.h"
+
+#include "EventLoop.h"
+#include "SampleForm.h"
+#include "platform/linux/desktop/FormComboBox.h"
+#include "platform/linux/desktop/LogDialog.h"
+#include "platform/linux/desktop/StylePalette.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+class FormWidgetTest : public testing::Test {
+protected:
+    void SetUp() override { widget.show(); }
+    void TearDown() override { runEvents(); }
+
+    QCheckBox& toggle(int index) { return *widget.findChildren<QCheckBox*>()[index]; }
+    FormComboBox& picker() { return *widget.findChild<FormComboBox*>(); }
+    QPushButton& button() { return *widget.findChild<QPushButton*>(); }
+    LogDialog* sheet() { return widget.window()->findChild<LogDialog*>(); }
+
+    SampleForm sample;
+    FormWidget widget{sample.form()};
+};
+
+TEST_F(FormWidgetTest, ShowsTheBindings)
+{
+    EXPECT_TRUE(toggle(0).isChecked());
+    EXPECT_FALSE(toggle(1).isChecked());
+    EXPECT_EQ(picker().currentText(), "Second");
+    EXPECT_TRUE(picker().isEnabled());
+    EXPECT_EQ(sample.appearances, 1);
+    EXPECT_EQ(widget.sizeHint(), QSize(420, 420));
+}
+
+TEST_F(FormWidgetTest, TakesAClickAtOnce)
+{
+    QTest::mouseClick(&toggle(0), Qt::LeftButton, {}, QPoint(8, toggle(0).height() / 2));
+    EXPECT_FALSE(sample.isOn);
+    QTest::keyClick(&toggle(0), Qt::Key_Space);
+    EXPECT_TRUE(sample.isOn);
+}
+
+TEST_F(FormWidgetTest, ShowsWhatHasComeOfAClick)
+{
+    toggle(1).click();
+    EXPECT_FALSE(toggle(1).isChecked());
+}
+
+TEST_F(FormWidgetTest, FollowsChangesMadeElsewhere)
+{
+    sample.isOn = false;
+    sample.choice = "a";
+    sample.canChoose = false;
+    sample.presses = 12;
+    sample.changed.call();
+    EXPECT_FALSE(toggle(0).isChecked());
+    EXPECT_EQ(picker().currentText(), "First");
+    EXPECT_FALSE(picker().isEnabled());
+    EXPECT_EQ(button().accessibleName(), "View log (12)");
+}
+
+TEST_F(FormWidgetTest, ShowsNoChoiceForATagThatIsNoOption)
+{
+    sample.choice = "other";
+    sample.changed.call();
+    EXPECT_EQ(picker().currentIndex(), -1);
+    EXPECT_EQ(sample.choice, "other");
+}
+
+TEST_F(FormWidgetTest, TakesAChoice)
+{
+    picker().setFocus();
+    QTest::keyClick(&picker(), Qt::Key_Up);
+    EXPECT_EQ(sample.choice, "a");
+}
+
+TEST_F(FormWidgetTest, ShowsTextsAsTheyAre)
+{
+    QStringList texts;
+    for (const auto* label : widget.findChildren<QLabel*>()) texts.append(label->text());
+    EXPECT_TRUE(texts.contains("One & only"));
+    EXPECT_TRUE(texts.contains("Help with <b>no</b> markup."));
+    for (const auto* label : widget.findChildren<QLabel*>()) {
+        const bool isPlain = label->textFormat() == Qt::PlainText;
+        EXPECT_TRUE(isPlain || label->buddy() != nullptr) << label->text().toStdString();
+    }
+}
+
+TEST_F(FormWidgetTest, GivesEveryControlANameAndAKey)
+{
+    EXPECT_EQ(toggle(0).accessibleName(), "Switch R&D on");
+    EXPECT_EQ(toggle(0).text(), "&Switch R&&D on");
+    EXPECT_EQ(toggle(1).text(), "S&tubborn");
+    EXPECT_EQ(button().text(), "&View log (0)");
+    auto* reader = QAccessible::queryAccessibleInterface(&picker());
+    EXPECT_EQ(reader->text(QAccessible::Name), "Engine");
+    EXPECT_EQ(reader->text(QAccessible::Value), "Second");
+    EXPECT_EQ(reader->role(), QAccessible::ComboBox);
+    ASSERT_EQ(reader->childCount(), 1);
+    EXPECT_EQ(reader->child(0)->role(), QAccessible::List);
+}
+
+TEST_F(FormWidgetTest, MovesWithTheTabKeyFromTopToBottom)
+{
+    QList<QWidget*> order;
+    toggle(0).setFocus();
+    for (int i = 0; i < 4; ++i) {
+        order.append(QApplication::focusWidget() == nullptr ? widget.focusWidget()
+                                                            : QApplication::focusWidget());
+        QTest::keyClick(order.last(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(order, (QList<QWidget*>{&toggle(0), &toggle(1), &picker(), &button()}));
+}
+
+TEST_F(FormWidgetTest, OpensTheSheetAndClosesItWithEscape)
+{
+    button().click();
+    ASSERT_NE(sheet(), nullptr);
+    EXPECT_TRUE(sheet()->isVisible());
+    EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    EXPECT_FALSE(sample.isSheetShown);
+    runEvents();
+    EXPECT_EQ(sheet(), nullptr);
+}
+
+TEST_F(FormWidgetTest, ClosesTheSheetWhenTheBindingSaysSo)
+{
+    sample.isSheetShown = true;
+    sample.changed.call();
+    ASSERT_NE(sheet(), nullptr);
+    sample.isSheetShown = false;
+    sample.changed.call();
+    runEvents();
+    EXPECT_EQ(sheet(), nullptr);
+    sample.isSheetShown = true;
+    sample.changed.call();
+    EXPECT_NE(sheet(), nullptr);
+}
+
+TEST_F(FormWidgetTest, GrowsWithALargerFont)
+{
+    const auto before = QApplication::font();
+    auto large = before;
+    large.setPointSizeF(before.pointSizeF() * 3);
+    QApplication::setFont(large);
+    EXPECT_TRUE(runUntil([this] { return widget.sizeHint().height() > 420; }));
+    EXPECT_EQ(widget.sizeHint().width(), 420);
+    QApplication::setFont(before);
+}
+
+TEST_F(FormWidgetTest, FollowsTheTheme)
+{
+    const auto before = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(0x30, 0x30, 0x30)));
+    QCoreApplication::processEvents();
+    const auto colors = RoleColors::of(QApplication::palette());
+    for (auto* label : widget.findChildren<QLabel*>()) {
+        const auto color = label->palette().color(QPalette::WindowText);
+        EXPECT_TRUE(color == colors.label || color == colors.secondaryLabel) << label->text().toStdString();
+    }
+    QApplication::setPalette(before);
+}
+
+}  // namespace
+
+}  // namespace sonvara

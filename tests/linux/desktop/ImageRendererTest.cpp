@@ -1,0 +1,120 @@
+#include "platform/linux/desktop/QtImageRenderer.h"
+
+#include "ui/StatusIcon.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace sonvara {
+
+namespace {
+
+const RoleColors onLight = RoleColors::on(Qt::white, Qt::black);
+const RoleColors onDark = RoleColors::on(Qt::black, Qt::white);
+
+Drawing dotAt(double x, double y, DrawingColor color = {ColorRole::systemGreen, 1})
+{
+    return {10, 10, false, {FillOval{{x - 2, y - 2, 4, 4}, color}}};
+}
+
+/// The largest difference of a channel between two pictures of one size.
+int difference(const QImage& a, const QImage& b)
+{
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const auto left = a.pixelColor(x, y).rgba64();
+            const auto right = b.pixelColor(x, y).rgba64();
+            largest = std::max({largest, std::abs(left.alpha8() - right.alpha8()),
+                                std::abs(left.red8() - right.red8()) * left.alpha8() / 255,
+                                std::abs(left.green8() - right.green8()) * left.alpha8() / 255,
+                                std::abs(left.blue8() - right.blue8()) * left.alpha8() / 255});
+        }
+    }
+    return largest;
+}
+
+struct Golden {
+    const char* name;
+    bool isPlaying;
+    int side;
+};
+
+class StatusIconPicture : public testing::TestWithParam<Golden> {};
+
+// To renew the pictures after a wanted change: run once with SONVARA_RENEW_GOLDEN set, and look at them.
+TEST_P(StatusIconPicture, LooksAsBefore)
+{
+    const auto [name, isPlaying, side] = GetParam();
+    const auto image = rasterize(statusIcon(isPlaying), {side, side}, onLight);
+    const auto path = QStringLiteral(GOLDEN_FOLDER "/%1.png").arg(name);
+    if (std::getenv("SONVARA_RENEW_GOLDEN") != nullptr) {
+        ASSERT_TRUE(image.save(path));
+    }
+    const QImage golden(path);
+    ASSERT_EQ(golden.size(), image.size());
+    EXPECT_LE(difference(image, golden.convertToFormat(QImage::Format_ARGB32_Premultiplied)), 12);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, StatusIconPicture,
+                         testing::Values(Golden{"silent-18", false, 18}, Golden{"silent-36", false, 36},
+                                         Golden{"playing-18", true, 18}, Golden{"playing-36", true, 36}),
+                         [](const auto& test) { return QString(test.param.name).remove('-').toStdString(); });
+
+TEST(ImageRenderer, KeepsTheDrawing)
+{
+    const auto image = QtImageRenderer().render(statusIcon(true));
+    const auto* own = dynamic_cast<const QtImage*>(image.get());
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own->drawing().width, 18);
+    EXPECT_EQ(own->drawing().steps.size(), statusIcon(true).steps.size());
+}
+
+TEST(ImageRenderer, MakesNothingOfNoArea)
+{
+    EXPECT_EQ(QtImageRenderer().render({0, 18, false, {}}), nullptr);
+    EXPECT_EQ(QtImageRenderer().render({18, -1, false, {}}), nullptr);
+}
+
+TEST(ImageRenderer, GrowsUpwards)
+{
+    const auto image = rasterize(dotAt(2, 8), {20, 20}, onLight);
+    EXPECT_EQ(image.pixelColor(4, 4), onLight.systemGreen);  // high y is at the top of the picture
+    EXPECT_EQ(image.pixelColor(4, 16).alpha(), 0);
+}
+
+TEST(ImageRenderer, ReplacesTheAlphaOfAColor)
+{
+    const auto image = rasterize(dotAt(5, 5, {ColorRole::systemOrange, 0.45}), {20, 20}, onLight);
+    EXPECT_NEAR(image.pixelColor(10, 10).alphaF(), 0.45, 0.01);
+}
+
+TEST(ImageRenderer, TintsOnlyTemplates)
+{
+    auto drawing = dotAt(5, 5);
+    EXPECT_EQ(rasterize(drawing, {20, 20}, onDark).pixelColor(10, 10), onDark.systemGreen);
+    drawing.isTemplate = true;
+    EXPECT_EQ(rasterize(drawing, {20, 20}, onDark).pixelColor(10, 10), QColor(Qt::white));
+    EXPECT_EQ(rasterize(drawing, {20, 20}, onLight).pixelColor(10, 10), QColor(Qt::black));
+}
+
+TEST(ImageRenderer, FitsIntoTheMiddleOfAnotherShape)
+{
+    const auto image = rasterize(dotAt(5, 5), {40, 20}, onLight);
+    EXPECT_EQ(image.pixelColor(20, 10), onLight.systemGreen);
+    EXPECT_EQ(image.pixelColor(10, 10).alpha(), 0);
+}
+
+TEST(ImageRenderer, RoundsTheEndsOfALine)
+{
+    const Drawing drawing{20, 20, false, {StrokeLine{{10, 4}, {10, 16}, 4, {ColorRole::label, 1}}}};
+    const auto image = rasterize(drawing, {20, 20}, onLight);
+    EXPECT_GT(image.pixelColor(10, 2).alpha(), 150);  // beyond the end, within the cap
+    EXPECT_LT(image.pixelColor(8, 2).alpha(), 120);   // the cap's corner is cut off
+}
+
+}  // namespace
+
+}  // namespace sonvara

@@ -1,0 +1,104 @@
+#include "platform/linux/desktop/PanelColors.h"
+
+#include "EventLoop.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+/// Answers every question about a setting with `value`, below a service's name.
+class FakeSettings final : public QDBusVirtualObject {
+public:
+    FakeSettings(const QString& service, const QString& path, QVariant value)
+        : service_(service),
+          path_(path),
+          value_(std::move(value))
+    {
+        bus_.registerVirtualObject(path, this);
+        bus_.registerService(service);
+    }
+    ~FakeSettings() override
+    {
+        bus_.unregisterService(service_);
+        bus_.unregisterObject(path_);
+    }
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value_))));
+        return true;
+    }
+
+    void tell(const QString& interface, const QString& name, const QString& group, const QString& key,
+              QVariant value)
+    {
+        auto signal = QDBusMessage::createSignal(path_, interface, name);
+        signal << group << key << QVariant::fromValue(QDBusVariant(std::move(value)));
+        bus_.send(signal);
+    }
+
+private:
+    QString service_;
+    QString path_;
+    QVariant value_;
+    QDBusConnection bus_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "fake-settings");
+};
+
+const QString portal = "org.freedesktop.portal.Desktop";
+const QString portalPath = "/org/freedesktop/portal/desktop";
+
+bool isLight(const PanelColors& panel)
+{
+    return panel.colors().label.lightnessF() > 0.5F;  // the text, so the panel is dark
+}
+
+TEST(PanelColors, FollowTheThemeOfTheApplicationByDefault)
+{
+    const PanelColors panel;
+    EXPECT_EQ(panel.colors().label, QApplication::palette().color(QPalette::WindowText));
+    EXPECT_FALSE(isLight(panel));
+}
+
+TEST(PanelColors, FollowTheDesktopsPreference)
+{
+    FakeSettings settings(portal, portalPath, QVariant::fromValue(QDBusVariant(1U)));
+    const PanelColors panel;
+    EXPECT_TRUE(runUntil([&] { return isLight(panel); }));
+    settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
+                  "color-scheme", 2U);
+    EXPECT_TRUE(runUntil([&] { return !isLight(panel); }));
+    settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
+                  "color-scheme", 1U);
+    EXPECT_TRUE(runUntil([&] { return isLight(panel); }));
+}
+
+TEST(PanelColors, KnowTheDarkPanelOfXfce)
+{
+    FakeSettings settings("org.xfce.Xfconf", "/org/xfce/Xfconf", false);
+    const PanelColors panel;
+    const QSignalSpy changes(&panel, &PanelColors::changed);
+    EXPECT_TRUE(runUntil([&] { return !changes.isEmpty(); }));
+    EXPECT_FALSE(isLight(panel));
+    settings.tell("org.xfce.Xfconf", "PropertyChanged", "xfce4-panel", "/panels/dark-mode", true);
+    EXPECT_TRUE(runUntil([&] { return isLight(panel); }));
+}
+
+TEST(PanelColors, KnowTheBarOfGnome)
+{
+    qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
+    const PanelColors panel;
+    qunsetenv("XDG_CURRENT_DESKTOP");
+    EXPECT_TRUE(isLight(panel));
+}
+
+}  // namespace
+
+}  // namespace sonvara

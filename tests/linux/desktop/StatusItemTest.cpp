@@ -1,0 +1,167 @@
+#include "platform/linux/desktop/QtStatusBar.h"
+
+#include "EventLoop.h"
+#include "FakeWatcher.h"
+#include "platform/linux/desktop/QtImageRenderer.h"
+
+#include <QApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusObjectPath>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace sonvara {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The first pixel's colour in the middle of a picture, as the host reads it.
+QColor middle(const NotifierImage& image)
+{
+    const auto* pixel = image.pixels.constData() + (image.height / 2 * image.width + image.width / 2) * 4;
+    const auto channel = [pixel](int at) { return static_cast<unsigned char>(pixel[at]); };
+    return QColor(channel(1), channel(2), channel(3), channel(0));
+}
+
+Drawing disc(ColorRole role, bool isTemplate)
+{
+    return {18, 18, isTemplate, {FillOval{{2, 2, 14, 14}, {role, 1}}}};
+}
+
+class StatusItemTest : public testing::Test {
+protected:
+    void start()
+    {
+        bar = std::make_unique<QtStatusBar>([this] { isTrayMissing = true; }, 50ms);
+        menu = bar->makeMenu();
+        item = bar->makeSquareItem();
+        item->setMenu(*menu);
+    }
+
+    void show(ColorRole role, bool isTemplate)
+    {
+        item->button()->setImage(QtImageRenderer().render(disc(role, isTemplate)));
+    }
+
+    bool isRegistered(qsizetype times)
+    {
+        return runUntil([&] { return watcher->items.size() == times; });
+    }
+
+    bool isTrayMissing = false;
+    std::unique_ptr<FakeWatcher> watcher;
+    std::unique_ptr<QtStatusBar> bar;
+    std::unique_ptr<StatusMenu> menu;
+    std::unique_ptr<StatusItem> item;
+};
+
+TEST_F(StatusItemTest, RegistersWithAWatcher)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    EXPECT_TRUE(bar->trayAvailable());
+    ASSERT_TRUE(isRegistered(1));
+    EXPECT_EQ(watcher->property("Status"), "Active");
+    EXPECT_EQ(watcher->property("Title"), QApplication::applicationDisplayName());
+    EXPECT_EQ(watcher->property("ItemIsMenu"), true);  // the left click opens the menu
+    EXPECT_EQ(watcher->property("Menu").value<QDBusObjectPath>().path(), "/MenuBar");
+}
+
+TEST_F(StatusItemTest, WaitsForAWatcherThatComesLater)
+{
+    start();
+    EXPECT_FALSE(bar->trayAvailable());
+    ASSERT_TRUE(runUntil([this] { return isTrayMissing; }));
+    watcher = std::make_unique<FakeWatcher>();
+    ASSERT_TRUE(isRegistered(1));
+    EXPECT_TRUE(bar->trayAvailable());
+}
+
+TEST_F(StatusItemTest, RegistersAnewWhenTheWatcherComesBack)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    ASSERT_TRUE(isRegistered(1));
+    watcher.reset();
+    ASSERT_TRUE(runUntil([this] { return !bar->trayAvailable(); }));
+    watcher = std::make_unique<FakeWatcher>();
+    ASSERT_TRUE(isRegistered(1));
+    show(ColorRole::systemGreen, false);
+    EXPECT_FALSE(watcher->pictures().isEmpty());
+}
+
+TEST_F(StatusItemTest, DoesNotMissATrayThatIsThere)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    const auto later = std::chrono::steady_clock::now() + 200ms;
+    runUntil([&] { return std::chrono::steady_clock::now() > later; });
+    EXPECT_FALSE(isTrayMissing);
+}
+
+TEST_F(StatusItemTest, HasAPictureForEveryScale)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    show(ColorRole::systemGreen, false);
+    ASSERT_TRUE(isRegistered(1));
+    QList<int> sizes;
+    for (const auto& picture : watcher->pictures()) {
+        EXPECT_EQ(picture.width, picture.height);
+        EXPECT_EQ(picture.pixels.size(), picture.width * picture.height * 4);
+        EXPECT_EQ(middle(picture), RoleColors::of(QApplication::palette()).systemGreen);
+        sizes.append(picture.width);
+    }
+    for (const int side : {18, 27, 36, 54, 22, 33, 44, 66, 24, 48, 72})
+        EXPECT_TRUE(sizes.contains(side)) << side;
+}
+
+TEST_F(StatusItemTest, TintsATemplateByTheTheme)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    show(ColorRole::systemGreen, true);
+    ASSERT_TRUE(isRegistered(1));
+    const auto before = QApplication::palette();
+    EXPECT_EQ(middle(watcher->pictures().first()), before.color(QPalette::WindowText));
+    QPalette dark(QColor(0x30, 0x30, 0x30));
+    QApplication::setPalette(dark);
+    EXPECT_EQ(middle(watcher->pictures().first()), dark.color(QPalette::WindowText));
+    EXPECT_NE(dark.color(QPalette::WindowText), before.color(QPalette::WindowText));
+    QApplication::setPalette(before);
+}
+
+TEST_F(StatusItemTest, ShowsASymbol)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    item->button()->setSymbol({"checkmark.circle.fill", ""});
+    ASSERT_TRUE(isRegistered(1));
+    const auto picture = watcher->pictures().last();
+    EXPECT_GT(std::count_if(picture.pixels.begin(), picture.pixels.end(), [](char c) { return c != 0; }),
+              1000);
+}
+
+TEST_F(StatusItemTest, LeavesTheTrayWhenItIsHiddenOrDropped)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    ASSERT_TRUE(isRegistered(1));
+    const auto isThere = [this] {
+        return QDBusConnection::sessionBus().interface()->isServiceRegistered(watcher->items.last()).value();
+    };
+    EXPECT_TRUE(isThere());
+    item->setVisible(false);
+    EXPECT_TRUE(runUntil([&] { return !isThere(); }));
+    item->setVisible(true);
+    ASSERT_TRUE(isRegistered(2));
+    EXPECT_TRUE(isThere());
+    item.reset();
+    EXPECT_TRUE(runUntil([&] { return !isThere(); }));
+}
+
+}  // namespace
+
+}  // namespace sonvara

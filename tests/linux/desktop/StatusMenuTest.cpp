@@ -1,0 +1,86 @@
+#include "platform/linux/desktop/QtStatusMenu.h"
+
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+MenuItem action(const std::string& title, std::function<void()> run, bool isEnabled = true)
+{
+    MenuItem item;
+    item.title = title;
+    item.isEnabled = isEnabled;
+    item.action = std::move(run);
+    return item;
+}
+
+MenuItem text(const std::string& title)
+{
+    MenuItem item;
+    item.title = title;
+    return item;
+}
+
+TEST(StatusMenu, RunsTheChosenAction)
+{
+    QtStatusMenu menu;
+    int runs = 0;
+    menu.setItems({text("Header"), action("Go", [&] { ++runs; })});
+    menu.choose(menu.entries()[1].id);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(StatusMenu, LeavesDisabledAndMereTextAlone)
+{
+    QtStatusMenu menu;
+    menu.setItems({text("Header"), action(
+                                       "Go", [] { FAIL() << "the item is off"; }, false)});
+    menu.choose(menu.entries()[0].id);
+    menu.choose(menu.entries()[1].id);
+    menu.choose(4711);
+}
+
+TEST(StatusMenu, LetsAnActionReplaceTheItems)
+{
+    QtStatusMenu menu;
+    menu.setItems({action("Go", [&menu] { menu.setItems({text("Gone")}); })});
+    menu.choose(menu.entries()[0].id);
+    ASSERT_EQ(menu.entries().size(), 1U);
+    EXPECT_EQ(menu.entries()[0].item.title, "Gone");
+}
+
+TEST(StatusMenu, KeepsTheIdOfAnItemThatStays)
+{
+    QtStatusMenu menu;
+    menu.setItems({text("Song 1"), action("Mute", [] {})});
+    const int song = menu.entries()[0].id;
+    const int mute = menu.entries()[1].id;
+    menu.setItems({text("Song 2"), action("Mute", [] {})});
+    EXPECT_EQ(menu.entries()[0].id, song);
+    EXPECT_EQ(menu.entries()[1].id, mute);
+}
+
+TEST(StatusMenu, NeverLetsALateClickRunAnotherAction)
+{
+    QtStatusMenu menu;
+    menu.setItems({action("Mute", [] {})});
+    const int mute = menu.entries()[0].id;
+    menu.setItems({action("Quit", [] { FAIL() << "the click meant another item"; })});
+    menu.choose(mute);
+}
+
+TEST(StatusMenu, TellsThatItOpensUntilTheHandleIsDropped)
+{
+    QtStatusMenu menu;
+    int openings = 0;
+    auto handle = menu.onWillOpen([&] { ++openings; });
+    menu.willOpen();
+    handle.reset();
+    menu.willOpen();
+    EXPECT_EQ(openings, 1);
+}
+
+}  // namespace
+
+}  // namespace sonvara

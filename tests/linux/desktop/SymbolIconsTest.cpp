@@ -1,0 +1,53 @@
+#include "platform/linux/desktop/SymbolIcons.h"
+
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+TEST(SymbolIcons, FillMostOfTheirSquare)
+{
+    for (const char* name :
+         {"music.note", "info.circle", "checkmark.circle.fill", "exclamationmark.triangle.fill"}) {
+        const auto bounds = symbolPath(name).boundingRect();
+        EXPECT_TRUE(QRectF(0, 0, 1, 1).contains(bounds)) << name;
+        EXPECT_GT(bounds.height(), 0.75) << name;
+        EXPECT_LT(std::abs(bounds.center().y() - 0.5), 0.06) << name;
+    }
+}
+
+TEST(SymbolIcons, DifferFromOneAnother)
+{
+    EXPECT_NE(symbolPath("info.circle"), symbolPath("checkmark.circle.fill"));
+    EXPECT_NE(symbolPath("checkmark.circle.fill"), symbolPath("exclamationmark.triangle.fill"));
+}
+
+TEST(SymbolIcons, DoNotKnowEveryName)
+{
+    EXPECT_TRUE(symbolPath("no.such.symbol").isEmpty());
+}
+
+TEST(SymbolIcons, AreCutOutWhereTheirMarkIs)
+{
+    EXPECT_FALSE(symbolPath("checkmark.circle.fill").contains(QPointF(0.44, 0.67)));
+    EXPECT_TRUE(symbolPath("checkmark.circle.fill").contains(QPointF(0.5, 0.85)));
+    EXPECT_FALSE(symbolPath("exclamationmark.triangle.fill").contains(QPointF(0.5, 0.45)));
+    EXPECT_FALSE(symbolPath("info.circle").contains(QPointF(0.3, 0.5)));
+    EXPECT_TRUE(symbolPath("info.circle").contains(QPointF(0.5, 0.6)));
+}
+
+TEST(SymbolIcons, TakeTheirColor)
+{
+    QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    paintSymbol(painter, "checkmark.circle.fill", QRectF(0, 0, 40, 20), Qt::red);
+    painter.end();
+    EXPECT_EQ(image.pixelColor(20, 17), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(5, 10).alpha(), 0);  // the square lies in the middle
+}
+
+}  // namespace
+
+}  // namespace sonvara

@@ -1,0 +1,107 @@
+#include "platform/linux/desktop/TrayMenuView.h"
+
+#include "EventLoop.h"
+
+#include <QLabel>
+#include <QSignalSpy>
+#include <QWidgetAction>
+#include <gtest/gtest.h>
+
+namespace sonvara {
+
+namespace {
+
+MenuItem action(const std::string& title, std::function<void()> run)
+{
+    MenuItem item;
+    item.title = title;
+    item.isEnabled = true;
+    item.action = std::move(run);
+    return item;
+}
+
+MenuItem text(const std::string& title)
+{
+    MenuItem item;
+    item.title = title;
+    return item;
+}
+
+QLabel* labelOf(QAction* action)
+{
+    const auto* widgetAction = qobject_cast<QWidgetAction*>(action);
+    return widgetAction == nullptr ? nullptr : qobject_cast<QLabel*>(widgetAction->defaultWidget());
+}
+
+class TrayMenuViewTest : public testing::Test {
+protected:
+    void TearDown() override { runEvents(); }
+
+    QtStatusMenu menu;
+    TrayMenuView view{menu};
+};
+
+TEST_F(TrayMenuViewTest, ShowsTitlesAsTheyAre)
+{
+    menu.setItems({action("A & B", [] {}), action("snake_case", [] {}), action("<b>x</b>", [] {})});
+    const auto actions = view.widget().actions();
+    ASSERT_EQ(actions.size(), 3);
+    EXPECT_EQ(actions[0]->text(), "A && B");  // two stand for one
+    EXPECT_EQ(actions[1]->text(), "snake_case");
+    EXPECT_EQ(actions[2]->text(), "<b>x</b>");
+}
+
+TEST_F(TrayMenuViewTest, BreaksTheLinesOfAStyledText)
+{
+    auto item = text("");
+    item.attributedTitle = StyledText{"<b>one</b>\ntwo", FontRole::smallMenu, ColorRole::secondaryLabel};
+    menu.setItems({item});
+    const auto* label = labelOf(view.widget().actions()[0]);
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->text(), "<b>one</b>\ntwo");
+    EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    EXPECT_LT(label->font().pointSizeF(), view.widget().font().pointSizeF());
+    EXPECT_GE(label->sizeHint().height(), 2 * label->fontMetrics().height());
+}
+
+TEST_F(TrayMenuViewTest, WrapsATitleThatIsTooLongForAScreen)
+{
+    menu.setItems({text(std::string(60, 'm') + " " + std::string(240, 'i'))});
+    EXPECT_NE(labelOf(view.widget().actions()[0]), nullptr);
+    EXPECT_LT(view.widget().sizeHint().width(), 640);
+}
+
+TEST_F(TrayMenuViewTest, ShowsStateAndSeparators)
+{
+    auto mute = action("Mute", [] {});
+    mute.isChecked = true;
+    MenuItem separator;
+    separator.isSeparator = true;
+    menu.setItems({mute, separator, text("Off")});
+    const auto actions = view.widget().actions();
+    EXPECT_TRUE(actions[0]->isChecked());
+    EXPECT_TRUE(actions[1]->isSeparator());
+    EXPECT_FALSE(actions[2]->isEnabled());
+}
+
+TEST_F(TrayMenuViewTest, IsUpToDateWhenItOpens)
+{
+    int openings = 0;
+    const auto handle =
+        menu.onWillOpen([&] { menu.setItems({text("opening " + std::to_string(++openings))}); });
+    view.popUp({10, 10});
+    EXPECT_EQ(view.widget().actions()[0]->text(), "opening 1");
+    view.widget().close();
+}
+
+TEST_F(TrayMenuViewTest, ChoosesAnItemThatReplacesTheItems)
+{
+    menu.setItems({action("Mute", [this] { menu.setItems({text("muted")}); })});
+    view.widget().actions()[0]->trigger();
+    ASSERT_EQ(view.widget().actions().size(), 1);
+    EXPECT_EQ(view.widget().actions()[0]->text(), "muted");
+}
+
+}  // namespace
+
+}  // namespace sonvara
