@@ -40,6 +40,7 @@ public:
     void tell(const QString& interface, const QString& name, const QString& group, const QString& key,
               QVariant value)
     {
+        value_ = value;
         auto signal = QDBusMessage::createSignal(path_, interface, name);
         signal << group << key << QVariant::fromValue(QDBusVariant(std::move(value)));
         bus_.send(signal);
