@@ -10,7 +10,8 @@
 namespace sonvara {
 
 /// The D-Bus object of a menu, attached to `parent`, which the caller registers with a connection.
-/// Main thread. `menu` must outlive it. The capitalised members are the protocol's own.
+/// Main thread. `menu` must outlive it. The capitalised members are the protocol's own; their lists are spelt
+/// out, for Qt knows no alias of a type by its name and would not relay a signal that has one.
 class DBusMenu final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")

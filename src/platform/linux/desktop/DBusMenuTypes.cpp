@@ -85,10 +85,6 @@ const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuEvent& event)
 
 void registerDBusMenuTypes()
 {
-    // The names that signals and slots are declared with: an alias is not known to Qt by itself.
-    qRegisterMetaType<DBusMenuPropertiesList>("sonvara::DBusMenuPropertiesList");
-    qRegisterMetaType<DBusMenuKeysList>("sonvara::DBusMenuKeysList");
-    qRegisterMetaType<DBusMenuEventList>("sonvara::DBusMenuEventList");
     qDBusRegisterMetaType<DBusMenuNode>();
     qDBusRegisterMetaType<DBusMenuProperties>();
     qDBusRegisterMetaType<DBusMenuPropertiesList>();

@@ -9,9 +9,9 @@
 #include <QCheckBox>
 #include <QEvent>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QScreen>
 #include <QShowEvent>
+#include <QSignalBlocker>
 
 #include <algorithm>
 
