@@ -1,0 +1,159 @@
+// The port's contract: one end for each line, order, stopping.
+#include "StubFixture.h"
+
+#include <algorithm>
+
+namespace sonvara::test {
+
+class SpeechContract : public StubFixture {};
+
+TEST_F(SpeechContract, speaksOneLineAfterTheOther)
+{
+    start();
+    speak("one");
+    speak("two");
+    ASSERT_TRUE(server.waitForLines(1));
+    EXPECT_EQ(ears->ends(), "");
+    server.tell("702 END");
+    ASSERT_TRUE(server.waitForLines(2));
+    EXPECT_EQ(ears->waitForEnds(1), "F");
+    server.tell("702 END");
+    EXPECT_EQ(ears->waitForEnds(2), "FF");
+    EXPECT_EQ(server.lines(), (std::vector<std::string>{"one", "two"}));
+    EXPECT_TRUE(log.messages().empty());
+}
+
+TEST_F(SpeechContract, takesAnEndThatComesBeforeTheLinesNumber)
+{
+    server.setEndings(Endings::atOnce);
+    start();
+    for (int i = 0; i < 20; ++i) speak("line");
+    EXPECT_EQ(ears->waitForEnds(20), std::string(20, 'F'));
+    EXPECT_EQ(server.lines().size(), 20U);
+}
+
+TEST_F(SpeechContract, endsALineWithNothingToSayWithoutConnecting)
+{
+    start();
+    speak("");
+    speak(" \n\t ");
+    EXPECT_EQ(ears->waitForEnds(2), "FF");
+    EXPECT_TRUE(server.commands().empty());
+}
+
+TEST_F(SpeechContract, keepsTheOrderOfLinesThatHaveNothingToSay)
+{
+    start();
+    speak("one");
+    speak("");
+    ASSERT_TRUE(server.waitForLines(1));
+    EXPECT_EQ(ears->ends(), "");
+    server.tell("703 CANCELED");
+    EXPECT_EQ(ears->waitForEnds(2), "CF");
+}
+
+TEST_F(SpeechContract, stopsTheCurrentLineAndNeverSendsTheWaitingOnes)
+{
+    start();
+    speak("current");
+    speak("waiting");
+    speak("waiting too");
+    ASSERT_TRUE(server.waitForLines(1));
+    voice->stopSpeaking();
+    EXPECT_EQ(ears->waitForEnds(3), "CCC");
+    speak("later");
+    ASSERT_TRUE(server.waitForLines(2));
+    EXPECT_EQ(server.lines(), (std::vector<std::string>{"current", "later"}));
+}
+
+TEST_F(SpeechContract, stopCancelsOnlyWhatCameBefore)
+{
+    start();
+    speak("before");
+    ASSERT_TRUE(server.waitForLines(1));
+    voice->stopSpeaking();
+    speak("after");
+    ASSERT_TRUE(server.waitForLines(2));
+    server.tell("702 END");
+    EXPECT_EQ(ears->waitForEnds(2), "CF");
+    const auto commands = server.commands();
+    EXPECT_EQ(std::ranges::count(commands, "CANCEL SELF"), 1);
+}
+
+TEST_F(SpeechContract, ignoresTheLateCancelOfAStoppedLine)
+{
+    server.setEndings(Endings::atNextLine);
+    start();
+    speak("before");
+    ASSERT_TRUE(server.waitForLines(1));
+    voice->stopSpeaking();
+    speak("after");
+    ASSERT_TRUE(server.waitForLines(2));
+    server.tell("702 END");
+    EXPECT_EQ(ears->waitForEnds(2), "CF");
+}
+
+TEST_F(SpeechContract, stopWithNothingUnderWayDoesNothing)
+{
+    server.setEndings(Endings::atOnce);
+    start();
+    voice->stopSpeaking();
+    speak("one");
+    EXPECT_EQ(ears->waitForEnds(1), "F");
+    voice->stopSpeaking();
+    speak("two");
+    EXPECT_EQ(ears->waitForEnds(2), "FF");
+    EXPECT_EQ(std::ranges::count(server.commands(), "CANCEL SELF"), 0);
+}
+
+TEST_F(SpeechContract, reportsALineThatAnotherProgramCancelled)
+{
+    start();
+    speak("one");
+    ASSERT_TRUE(server.waitForLines(1));
+    server.tell("703 CANCELED");
+    EXPECT_EQ(ears->waitForEnds(1), "C");
+}
+
+TEST_F(SpeechContract, takesNoOtherEventForAnEnd)
+{
+    start();
+    speak("one");
+    ASSERT_TRUE(server.waitForLines(1));
+    for (const char* event : {"704 PAUSED", "705 RESUMED", "701 BEGIN"}) server.tell(event);
+    server.tell("702 END");
+    server.tell("702 END");
+    server.tell("703 CANCELED");
+    EXPECT_EQ(ears->waitForEnds(1), "F");
+    speak("two");
+    ASSERT_TRUE(server.waitForLines(2));
+    EXPECT_EQ(ears->ends(), "F");
+}
+
+TEST_F(SpeechContract, silencesTheLineWhenItGoes)
+{
+    start();
+    speak("current");
+    speak("waiting");
+    ASSERT_TRUE(server.waitForLines(1));
+    voice.reset();
+    EXPECT_EQ(ears->ends(), "CC");
+    EXPECT_TRUE(server.waitForCommand("CANCEL SELF"));
+    EXPECT_TRUE(server.waitForConnections(0));
+}
+
+TEST_F(SpeechContract, speaksOnWhenItsDelegateHasGone)
+{
+    start();
+    speak("one");
+    ASSERT_TRUE(server.waitForLines(1));
+    ears = std::make_shared<Ears>();
+    server.tell("702 END");
+    speak("two");
+    ASSERT_TRUE(server.waitForLines(2));
+    voice->setDelegate(ears);
+    server.tell("702 END");
+    EXPECT_EQ(ears->waitForEnds(1), "F");
+}
+
+}  // namespace sonvara::test

@@ -1,0 +1,133 @@
+// What every test of the voice needs: ears, a log and the adapter.
+#pragma once
+
+#include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace sonvara::test {
+
+/// Hears of the ends of lines, and fails the test when there are more ends than lines.
+class Ears final : public SpeechSynthesizerDelegate {
+public:
+    void didFinish() override { hear('F'); }
+    void didCancel() override { hear('C'); }
+
+    /// The ends so far: F for finished, C for cancelled.
+    [[nodiscard]] std::string ends() const
+    {
+        const std::lock_guard lock(mutex_);
+        return ends_;
+    }
+
+    /// Waits for `count` ends and returns all there are; gives up after ten seconds.
+    std::string waitForEnds(std::size_t count) const { return waitForEnds(count, std::chrono::seconds(10)); }
+    std::string waitForEnds(std::size_t count, std::chrono::milliseconds limit) const
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, limit, [&] { return ends_.size() >= count; });
+        return ends_;
+    }
+
+    void expectOneMore()
+    {
+        const std::lock_guard lock(mutex_);
+        ++expected_;
+    }
+
+private:
+    void hear(char end)
+    {
+        const std::lock_guard lock(mutex_);
+        ends_ += end;
+        EXPECT_LE(ends_.size(), expected_) << "a line ended twice";
+        changed_.notify_all();
+    }
+
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    std::string ends_;
+    std::size_t expected_ = 0;
+};
+
+/// Keeps the messages of any thread.
+class ThreadSafeLog final : public SystemLog {
+public:
+    [[nodiscard]] bool isEnabled(LogLevel /*level*/, std::string_view /*category*/) const override
+    {
+        return true;
+    }
+    void write(const LogMessage& message) override
+    {
+        const std::lock_guard lock(mutex_);
+        messages_.push_back(message);
+    }
+    [[nodiscard]] std::vector<LogMessage> messages() const
+    {
+        const std::lock_guard lock(mutex_);
+        return messages_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::vector<LogMessage> messages_;
+};
+
+class FixedEnvironment final : public Environment {
+public:
+    [[nodiscard]] Variables variables() const override { return values; }
+    Variables values;
+};
+
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "sonvara-speech-XXXXXX").string();
+        if (!::mkdtemp(name.data())) throw std::filesystem::filesystem_error("mkdtemp", {});
+        path_ = name;
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    [[nodiscard]] std::string file(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    std::filesystem::path path_;
+};
+
+class SpeechFixture : public ::testing::Test {
+protected:
+    void start(SpeechTimes times = {})
+    {
+        voice = std::make_unique<SpeechDispatcherSynthesizer>(log, environment, times);
+        voice->setDelegate(ears);
+    }
+
+    void speak(const std::string& line) { speak(SpeechUtterance{line, std::nullopt, 0.5}); }
+    void speak(SpeechUtterance utterance)
+    {
+        ears->expectOneMore();
+        voice->speak(std::move(utterance));
+    }
+
+    ThreadSafeLog log;
+    FixedEnvironment environment;
+    std::shared_ptr<Ears> ears = std::make_shared<Ears>();
+    std::unique_ptr<SpeechDispatcherSynthesizer> voice;
+};
+
+}  // namespace sonvara::test

@@ -1,0 +1,32 @@
+// The voice with a speech daemon of the test's own.
+#pragma once
+
+#include "SpeechFixture.h"
+#include "StubSpeechServer.h"
+
+namespace sonvara::test {
+
+/// The server's socket is the only one the library knows, and it cannot start a real daemon.
+class StubFixture : public SpeechFixture {
+protected:
+    using Endings = StubSpeechServer::Endings;
+
+    StubFixture()
+    {
+        ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + folder.file("speechd.sock")).c_str(), 1);
+        ::setenv("SPEECHD_CMD", "/bin/false", 1);
+    }
+
+    /// Times that a test can wait for; calls of the library get no limit that a slow machine exceeds.
+    static SpeechTimes shortTimes()
+    {
+        SpeechTimes times;
+        times.speaking = {std::chrono::milliseconds(100), {}, {}};
+        return times;
+    }
+
+    TemporaryFolder folder;
+    StubSpeechServer server{folder.file("speechd.sock")};
+};
+
+}  // namespace sonvara::test

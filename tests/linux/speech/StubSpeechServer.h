@@ -1,0 +1,98 @@
+// A speech daemon on a socket of the test's own, which does as the test says.
+#pragma once
+
+#include "platform/posix/FileDescriptor.h"
+
+#include <condition_variable>
+#include <functional>
+#include <list>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace sonvara::test {
+
+/// Speaks the server's side of the Speech Synthesis Interface Protocol and keeps what it was told.
+/// All operations may be called from any thread.
+class StubSpeechServer {
+public:
+    enum class Endings {
+        byTest,      ///< a line speaks until the test ends it
+        atOnce,      ///< begin and end even come before the answer that tells the line's number
+        atNextLine,  ///< a cancel is confirmed late: after the next line was accepted
+        beginsOnly,  ///< lines begin and never end, as without a sound server
+    };
+
+    /// Listens at `path`.
+    explicit StubSpeechServer(std::string path);
+    /// As `die`.
+    ~StubSpeechServer();
+
+    // What it does from now on.
+    void setEndings(Endings endings);
+    /// The next command that begins with `prefix` is not answered, nor any after it on its connection.
+    void hangAt(const std::string& prefix);
+    /// The connection is cut at the next command that begins with `prefix`.
+    void hangUpAt(const std::string& prefix);
+    void refuseLines(bool refuse);
+
+    /// Cuts all connections and no longer listens.
+    void die();
+    /// Listens again.
+    void comeBack();
+    /// Stays there but takes no more connections: connecting hangs.
+    void stopAccepting();
+
+    /// Sends an event of the line that is being spoken: "702 END", "703 CANCELED" or any other.
+    void tell(const std::string& event);
+
+    // What it has seen so far, and waiting for more; the wait ends after ten seconds.
+    [[nodiscard]] std::vector<std::string> lines() const;
+    [[nodiscard]] std::vector<std::string> commands() const;
+    [[nodiscard]] int connections() const;
+    [[nodiscard]] bool waitForLines(std::size_t count) const;
+    [[nodiscard]] bool waitForCommand(const std::string& prefix) const;
+    [[nodiscard]] bool waitForConnections(int open) const;
+
+private:
+    struct Client {
+        FileDescriptor socket;
+        std::string input;
+        std::thread thread;
+        bool receivingText = false;
+        bool hangs = false;
+    };
+
+    void listen(int backlog);
+    void accept();
+    void serve(Client& client);
+    void handle(Client& client, const std::string& line);
+    void takeText(Client& client, const std::string& line);
+    void cancel(const Client& client);
+    void send(const Client& client, const std::string& text) const;
+    void sendEvent(const std::string& event);
+    bool waitFor(const std::function<bool()>& condition) const;
+
+    const std::string path_;
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    FileDescriptor listener_;
+    std::thread accepting_;
+    std::list<Client> clients_;
+    std::vector<FileDescriptor> fillers_;
+    Endings endings_ = Endings::byTest;
+    std::string hangAt_;
+    std::string hangUpAt_;
+    bool refuses_ = false;
+    std::string text_;
+    std::vector<std::string> lines_;
+    std::vector<std::string> commands_;
+    int open_ = 0;
+    int spoken_ = 0;         // number of the last line
+    bool speaking_ = false;  // it has not ended
+    int cancelledLate_ = 0;  // number of a line whose cancel is still to be confirmed
+    const Client* speaker_ = nullptr;
+};
+
+}  // namespace sonvara::test
