@@ -141,14 +141,15 @@ void SpeechQueue::retireSession()
 void SpeechQueue::hear(std::uint64_t session, const SessionEvent& event)
 {
     if (!session_ || session != sessionNumber_) return;
-    if (event.kind == SessionEvent::Kind::failed) onSessionLost(event.reason, false);
+    if (event.kind == SessionEvent::Kind::failed) return onSessionLost(event.reason, false);
+    if (event.kind == SessionEvent::Kind::hungUp) return onHangUp();
     if (current_ && event.line == current_->line.number) hearOfCurrent(event.kind);
 }
 
 void SpeechQueue::hearOfCurrent(SessionEvent::Kind kind)
 {
     using Kind = SessionEvent::Kind;
-    if (kind == Kind::refused) return onSessionLost("it refused a line", !current_->freshSession);
+    if (kind == Kind::refused) return onSessionLost("it refused a line", !current_->retried);
     if (kind == Kind::accepted) {
         current_->accepted = true;
         failureLogged_ = false;
@@ -166,16 +167,19 @@ void SpeechQueue::onSessionLost(const std::string& reason, bool mayTryAgain)
 {
     session_.reset();
     if (!current_) return;
-    if (mayTryAgain) return give();
+    if (mayTryAgain) {
+        current_->retried = true;
+        return give();
+    }
     logOnce(reason);
     end(&Delegate::didFinish);
     startNext();
 }
 
+/// A daemon that was about to leave as it got the line has not spoken it; its successor will.
 void SpeechQueue::onHangUp()
 {
-    const bool wasSpeaking = current_ && current_->accepted;
-    onSessionLost("it hung up", current_ && !wasSpeaking && !current_->freshSession);
+    onSessionLost("it hung up", current_ && !current_->accepted && !current_->retried);
 }
 
 void SpeechQueue::checkTimes()

@@ -51,7 +51,8 @@ private:
         Line line;
         SteadyTime due{};           // when it counts as ended
         bool accepted = false;      // by the daemon
-        bool freshSession = false;  // the session was opened for this line: no use in trying another
+        bool retried = false;       // another session was lost with it
+        bool freshSession = false;  // the session was opened for this line
     };
 
     void run();

@@ -1,10 +1,13 @@
 #include "platform/linux/speech/SpeechdConnection.h"
 
+#include "platform/linux/speech/LanguageTag.h"
+
 #include <array>
 #include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/socket.h>
 #include <utility>
 
 namespace sonvara {
@@ -62,16 +65,10 @@ using LibraryText = std::unique_ptr<char, decltype(&std::free)>;
 
 }  // namespace
 
-std::unique_ptr<SpeechdConnection> SpeechdConnection::open(const SpeechdManner& manner, Listener listener,
-                                                           std::string& error)
+std::unique_ptr<SpeechdConnection> SpeechdConnection::open(Listener listener, std::string& error)
 {
     std::unique_ptr<SpeechdConnection> connection(new SpeechdConnection(std::move(listener)));
-    if (!connection->connect(error)) return nullptr;
-    if (!connection->setUp(manner)) {
-        error = "it hung up";
-        return nullptr;
-    }
-    return connection;
+    return connection->connect(error) ? std::move(connection) : nullptr;
 }
 
 bool SpeechdConnection::connect(std::string& error)
@@ -89,27 +86,42 @@ bool SpeechdConnection::connect(std::string& error)
         connection_ =
             spd_open2("sonvara", "main", nullptr, SPD_MODE_THREADED, address.get(), startDaemon, &reason);
     const LibraryText owned(reason, &std::free);
-    if (!connection_) error = reason ? reason : "no reason given";
-    return connection_ != nullptr;
+    if (!connection_) {
+        error = reason ? reason : "no reason given";
+        return false;
+    }
+    // The library leaves its socket open to child processes. And it closes it by itself when the daemon hangs
+    // up, after which the number may belong to another file.
+    ::fcntl(connection_->socket, F_SETFD, FD_CLOEXEC);
+    socket_ = FileDescriptor(::fcntl(connection_->socket, F_DUPFD_CLOEXEC, 0));
+    return true;
 }
 
 bool SpeechdConnection::setUp(const SpeechdManner& manner)
 {
-    // The library leaves its socket open to child processes.
-    ::fcntl(connection_->socket, F_SETFD, FD_CLOEXEC);
     const SPDCallback callback = callbacks[*slot_];
     connection_->callback_begin = connection_->callback_end = connection_->callback_cancel = callback;
-    for (const SPDNotification event : {SPD_BEGIN, SPD_END, SPD_CANCEL})
-        if (spd_set_notification_on(connection_, event) < 0) return false;
+    for (const char* event : {"BEGIN", "END", "CANCEL"})
+        if (!execute(std::string("SET SELF NOTIFICATION ") + event + " on")) return false;
     // A refusal of the two wishes is no failure: the line is then spoken in the default manner.
-    if (manner.language) spd_set_language(connection_, manner.language->c_str());
-    if (manner.rate) spd_set_voice_rate(connection_, *manner.rate);
+    if (manner.language && isLanguageTag(*manner.language)) execute("SET SELF LANGUAGE " + *manner.language);
+    if (manner.rate) execute("SET SELF RATE " + std::to_string(*manner.rate));
     return true;
+}
+
+/// The library's own functions for these commands write into buffers that all connections share.
+bool SpeechdConnection::execute(const std::string& command)
+{
+    return spd_execute_command(connection_, command.c_str()) == 0;
 }
 
 SpeechdConnection::~SpeechdConnection()
 {
-    if (connection_) spd_close(connection_);
+    if (connection_) {
+        // Lets the library's reading thread end by itself; closing alone would cancel it wherever it is.
+        ::shutdown(socket_.get(), SHUT_RDWR);
+        spd_close(connection_);
+    }
     if (slot_) listeners[*slot_] = nullptr;
 }
 
@@ -126,7 +138,7 @@ void SpeechdConnection::cancel()
 
 FileDescriptor SpeechdConnection::socket() const
 {
-    return FileDescriptor(::fcntl(connection_->socket, F_DUPFD_CLOEXEC, 0));
+    return FileDescriptor(::fcntl(socket_.get(), F_DUPFD_CLOEXEC, 0));
 }
 
 }  // namespace sonvara

@@ -31,9 +31,11 @@ public:
     using Listener = std::function<void(int message, SpeechdEvent event)>;
 
     /// Connects, starting the daemon if none runs. Null on failure, with its reason in `error`.
-    static std::unique_ptr<SpeechdConnection> open(const SpeechdManner& manner, Listener listener,
-                                                   std::string& error);
+    static std::unique_ptr<SpeechdConnection> open(Listener listener, std::string& error);
     ~SpeechdConnection();
+
+    /// To be called once, before the first line. Whether the daemon accepted it.
+    [[nodiscard]] bool setUp(const SpeechdManner& manner);
 
     /// Hands over a text; the daemon's number of the message, or -1 on failure.
     [[nodiscard]] int say(const std::string& text);
@@ -41,18 +43,19 @@ public:
     /// Silences and forgets all that was said on this connection.
     void cancel();
 
-    /// The connection's socket under a second descriptor: with it, another thread sees or makes a
-    /// hang-up whatever the library is doing.
+    /// The connection's socket under another descriptor: with it, another thread sees or makes a hang-up
+    /// whatever the library is doing.
     [[nodiscard]] FileDescriptor socket() const;
 
 private:
     explicit SpeechdConnection(Listener listener) : listener_(std::move(listener)) {}
     bool connect(std::string& error);
-    bool setUp(const SpeechdManner& manner);
+    bool execute(const std::string& command);
 
     Listener listener_;
     std::optional<std::size_t> slot_;
     SPDConnection* connection_ = nullptr;
+    FileDescriptor socket_;
 };
 
 }  // namespace sonvara

@@ -67,6 +67,7 @@ private:
 
     static SteadyTime now() { return std::chrono::steady_clock::now(); }
     std::unique_ptr<SpeechdConnection> open();
+    void publishSocket(FileDescriptor socket);
     Command next();
     void say(SpeechdConnection& connection, const Command& command);
     void hear(MessageEvent heard);
@@ -110,19 +111,25 @@ std::unique_ptr<SpeechdConnection> SpeechdSession::Worker::open()
 {
     std::string error;
     auto connection = SpeechdConnection::open(
-        manner_,
         [this](int message, SpeechdEvent event) {
             hear({message, event});
         },
         error);
-    const std::lock_guard lock(mutex_);
-    if (!connection) {
-        tell({SessionEvent::Kind::failed, 0, error});
-        return nullptr;
+    if (connection) {
+        publishSocket(connection->socket());
+        if (connection->setUp(manner_)) return connection;
     }
-    socket_ = connection->socket();
+    const std::lock_guard lock(mutex_);
+    tell({connection ? SessionEvent::Kind::hungUp : SessionEvent::Kind::failed, 0, error});
+    return nullptr;
+}
+
+void SpeechdSession::Worker::publishSocket(FileDescriptor socket)
+{
+    const std::lock_guard lock(mutex_);
+    socket_ = std::move(socket);
+    if (abandoned_) ::shutdown(socket_.get(), SHUT_RDWR);
     tell({SessionEvent::Kind::opened, 0, {}});
-    return connection;
 }
 
 /// Waits for the next command; `close` when the session was abandoned.

@@ -16,13 +16,13 @@ namespace sonvara {
 using LineNumber = std::uint64_t;
 
 /// What a session tells. A line is accepted or refused, then, if accepted, begun, then ended or
-/// cancelled; the last ones may be missing. A session that failed to open, or refused a line, is of
-/// no more use.
+/// cancelled; the last ones may be missing. A session that could not connect, was hung up on, or
+/// refused a line is of no more use.
 struct SessionEvent {
-    enum class Kind { opened, failed, accepted, refused, begun, ended, cancelled };
+    enum class Kind { opened, failed, hungUp, accepted, refused, begun, ended, cancelled };
     Kind kind;
     LineNumber line = 0;
-    std::string reason;  ///< of a failure to open
+    std::string reason;  ///< of a failure to connect
 };
 
 /// At most one line at a time may be under way in a session. No operation blocks, except
