@@ -10,9 +10,9 @@ const char* __lsan_default_suppressions();
 const char* __asan_default_options();
 
 // Closing a connection destroys the mutexes of its reading thread before it has waited for that thread; glibc
-// answers a lock of a destroyed mutex with an error, and the thread ends all the same. The reading thread closes
-// the socket of a dead daemon without telling the writing one. All connections print the priority of a line into
-// one buffer; ours is always the same.
+// answers a lock of a destroyed mutex with an error, and the thread ends all the same. The reading thread
+// closes the socket of a dead daemon without telling the writing one. All connections print the priority of a
+// line into one buffer; ours is always the same.
 const char* __tsan_default_suppressions()
 {
     return "mutex:libspeechd.so\n"
@@ -42,7 +42,10 @@ const char* __asan_default_options()
 #ifdef __SANITIZE_THREAD__
 // The thread sanitizer of GCC 12 fails an assertion of its own now and then when a thread is cancelled. The
 // reading thread ends without that as well, because its socket was shut down before.
-int pthread_cancel(pthread_t /*thread*/) { return 0; }
+int pthread_cancel(pthread_t /*thread*/)
+{
+    return 0;
+}
 #endif
 
 }  // extern "C"

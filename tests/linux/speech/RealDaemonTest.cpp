@@ -1,0 +1,163 @@
+// The voice with the real speech-dispatcher, on a sound server whose sink is silent.
+#include "SpeechFixture.h"
+
+#include <csignal>
+#include <fstream>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+namespace sonvara::test {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+/// Runs a program to its end; its exit status, or -1.
+int run(std::vector<std::string> words)
+{
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    pid_t child = 0;
+    if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) return -1;
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+pid_t readPid(const std::string& file)
+{
+    std::ifstream stream(file);
+    pid_t pid = -1;
+    stream >> pid;
+    return pid;
+}
+
+/// Ends a process that is no child of ours, and waits until it has gone.
+void end(pid_t process, int signal)
+{
+    if (process <= 0) return;
+    const FileDescriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    ::kill(process, signal);
+    pollfd watched{handle.get(), POLLIN, 0};
+    ::poll(&watched, 1, 10000);
+}
+
+/// A session of its own: runtime folder, settings and a sound server. The library starts the daemon.
+class Session : public ::testing::Environment {
+public:
+    void SetUp() override
+    {
+        folder_ = std::make_unique<TemporaryFolder>();
+        for (const char* name : {"SPEECHD_ADDRESS", "SPEECHD_CMD", "PULSE_SERVER", "LC_ALL", "LANG"})
+            ::unsetenv(name);
+        for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "HOME"})
+            ::setenv(name, folder_->file("").c_str(), 1);
+        ASSERT_EQ(run({"pulseaudio", "-n", "--daemonize=yes", "--use-pid-file=yes", "--exit-idle-time=-1",
+                       "--disable-shm=yes", "--log-target=file:" + folder_->file("pulse.log"),
+                       "--load=module-null-sink", "--load=module-native-protocol-unix auth-anonymous=1"}),
+                  0);
+    }
+
+    void TearDown() override
+    {
+        killDaemon(SIGTERM);
+        end(readPid(folder_->file("pulse/pid")), SIGTERM);
+    }
+
+    void killDaemon(int signal) const
+    {
+        end(readPid(folder_->file("speech-dispatcher/pid/speech-dispatcher.pid")), signal);
+    }
+
+private:
+    std::unique_ptr<TemporaryFolder> folder_;
+};
+
+Session* session = nullptr;
+
+}  // namespace
+
+class RealDaemon : public SpeechFixture {
+protected:
+    const std::string sentence =
+        "This is a sentence that takes several seconds to speak, whatever the voice.";
+
+    /// Returns once a line is surely on its way to the loudspeaker.
+    void speakOne()
+    {
+        const std::string before = ears->ends();
+        speak("One.");
+        ears->waitForEnds(before.size() + 1);
+    }
+};
+
+TEST_F(RealDaemon, aSpokenLineEnds)
+{
+    start();
+    speak("Now playing.");
+    speak("Up next.");
+    EXPECT_EQ(ears->waitForEnds(2), "FF");
+    EXPECT_TRUE(log.messages().empty());
+}
+
+TEST_F(RealDaemon, linesThatAreHardToSpeakEndByThemselves)
+{
+    SpeechTimes times;
+    times.speaking.base = std::chrono::minutes(5);
+    start(times);
+    const std::vector<std::string> lines = {".",
+                                            "...",
+                                            "\xf0\x9f\x98\x80",
+                                            "<speak><mark name=\"x\"/></speak>",
+                                            "\xe6\x97\xa5\xe6\x9c\xac",
+                                            "&amp; \\ % '",
+                                            "!"};
+    for (const std::string& line : lines) speak(line);
+    EXPECT_EQ(ears->waitForEnds(lines.size(), std::chrono::seconds(30)), std::string(lines.size(), 'F'));
+}
+
+TEST_F(RealDaemon, aStopEndsTheLineSoonAndTheNextOneIsSpoken)
+{
+    start();
+    speakOne();
+    speak(sentence);
+    EXPECT_EQ(ears->waitForEnds(2, milliseconds(500)), "F") << "the sentence still speaks";
+    voice->stopSpeaking();
+    speak("Two.");
+    EXPECT_EQ(ears->waitForEnds(2, milliseconds(500)), "FC");
+    EXPECT_EQ(ears->waitForEnds(3), "FCF");
+}
+
+TEST_F(RealDaemon, aDaemonKilledMidLineEndsItAndTheNextLineIsSpoken)
+{
+    start();
+    speakOne();
+    speak(sentence);
+    EXPECT_EQ(ears->waitForEnds(2, milliseconds(300)), "F") << "the sentence still speaks";
+    session->killDaemon(SIGKILL);
+    EXPECT_EQ(ears->waitForEnds(2, milliseconds(2000)), "FF");
+    speak("Two.");
+    EXPECT_EQ(ears->waitForEnds(3), "FFF");
+    EXPECT_LE(log.messages().size(), 1U) << "the loss, but no failure to speak the next line";
+}
+
+TEST_F(RealDaemon, speaksInAnotherLanguage)
+{
+    start();
+    speak({"Ein Lied.", SpeechVoice{"de-DE"}, 0.75});
+    EXPECT_EQ(ears->waitForEnds(1), "F");
+    EXPECT_TRUE(log.messages().empty());
+}
+
+}  // namespace sonvara::test
+
+int main(int argc, char** argv)
+{
+    ::testing::InitGoogleTest(&argc, argv);
+    sonvara::test::session = new sonvara::test::Session;  // the framework owns it
+    ::testing::AddGlobalTestEnvironment(sonvara::test::session);
+    return RUN_ALL_TESTS();
+}
