@@ -13,6 +13,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sonvara {
@@ -37,6 +38,7 @@ struct Desktop : ScriptRunner, VolumePrograms {
     std::optional<std::string> lastRead;
     std::vector<std::string> scripts;
     std::function<void()> whileSetting;  ///< the test's part, between the note and the effect
+    std::function<void()> whileReading;  ///< the same, between the player's answer and its arrival
 
     ScriptResult run(const std::string& source) override
     {
@@ -55,6 +57,7 @@ struct Desktop : ScriptRunner, VolumePrograms {
             running[*lastRead] = *command->volume;
         } else {
             result.integer = running[*lastRead];
+            if (whileReading) std::exchange(whileReading, nullptr)();
         }
         return result;
     }
@@ -223,13 +226,31 @@ TEST_F(VolumeKeeperTest, EachProgramIsPutBackAlsoWhenTheNameMeansAnotherOneByThe
     EXPECT_EQ(desktop.running.at("player two"), 80);
 }
 
-TEST_F(VolumeKeeperTest, LoweredTwiceTheFirstVolumeIsKept)
+TEST_F(VolumeKeeperTest, ALoweredPlayerReadsAsLoudAsItsUserWantsIt)
 {
     duck();
+    EXPECT_EQ(read().integer, 100);
     duck();
+    EXPECT_EQ(volume(), 35) << "lines that follow close on each other do not lower it twice";
+    EXPECT_EQ(notes(), (VolumeNotes{{"player one", 100, 35}}));
+    (void)set(100);
+    EXPECT_EQ(volume(), 100);
+    EXPECT_FALSE(store.text);
+}
+
+TEST_F(VolumeKeeperTest, APlayerThatIsPutBackWhileItIsReadReadsAsLoudAsItsUserWantsIt)
+{
+    duck();
+    desktop.whileReading = [this] { (void)set(100); };
+    EXPECT_EQ(read().integer, 100) << "the answer was 35 when the player gave it";
+}
+
+TEST_F(VolumeKeeperTest, SetLowerThanBeforeTheFirstVolumeIsKept)
+{
+    duck();
+    (void)read();
+    (void)set(12);
     EXPECT_EQ(notes(), (VolumeNotes{{"player one", 100, 12}}));
-    (void)set(35);  // the DJ's own bookkeeping goes back to what it read last
-    EXPECT_EQ(volume(), 35);
     keeper->restoreAll();
     EXPECT_EQ(volume(), 100);
 }

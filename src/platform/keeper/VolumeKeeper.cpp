@@ -4,6 +4,7 @@
 #include "platform/keeper/VolumePrograms.h"
 #include "support/PlayerScripts.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 #include <vector>
@@ -16,6 +17,14 @@ constexpr int tolerance = 2;  // players round what they are set to
 bool isAbout(int volume, int other)
 {
     return std::abs(volume - other) <= tolerance;
+}
+
+/// Makes a volume that we have set ourselves the one that the user had chosen before.
+void liftToUsers(ScriptResult& volume, const VolumeNote& note)
+{
+    if (!isAbout(volume.integer, note.ducked)) return;
+    volume.integer = note.volume;
+    if (volume.text) volume.text = std::to_string(note.volume);
 }
 
 }  // namespace
@@ -43,12 +52,20 @@ ScriptResult VolumeKeeper::run(const std::string& source)
     return command->volume ? set(*command, source) : read(*command, source);
 }
 
+/// A player that we have lowered is still as loud as its user wants it: were the lowered volume taken for
+/// the user's, a line that follows close on another one would lower it further and leave it there.
 ScriptResult VolumeKeeper::read(const VolumeCommand& command, const std::string& source)
 {
+    const auto before = notes();  // it may be put back between the answer and our look at it
     auto result = scripts_.run(source);
     const auto program = programs_.programOf(command.player);
     if (!program || !result.created || result.error) return result;
     const std::lock_guard lock(mutex_);
+    const auto known = kept_.find(*program);
+    if (known != kept_.end()) liftToUsers(result, known->second.note);
+    const auto old =
+        std::ranges::find_if(before, [&](const VolumeNote& note) { return note.program == *program; });
+    if (old != before.end()) liftToUsers(result, *old);
     lastRead_[*program] = result.integer;
     return result;
 }
@@ -156,13 +173,23 @@ void VolumeKeeper::write(const VolumeNote& note)
 
 void VolumeKeeper::save()
 {
-    if (kept_.empty()) {
+    if (kept_.empty())
         store_.remove();
-        return;
-    }
+    else
+        store_.save(format(notesLocked()));
+}
+
+VolumeNotes VolumeKeeper::notes()
+{
+    const std::lock_guard lock(mutex_);
+    return notesLocked();
+}
+
+VolumeNotes VolumeKeeper::notesLocked() const
+{
     VolumeNotes notes;
     for (const auto& [program, kept] : kept_) notes.push_back(kept.note);
-    store_.save(format(notes));
+    return notes;
 }
 
 }  // namespace sonvara

@@ -17,7 +17,8 @@ struct VolumeCommand;
 
 /// A script runner that passes every script on, unchanged, and writes down which players are lowered
 /// before they are. What is still written down when the program ends, or was when the last one died, is
-/// put right: unless somebody has moved the volume meanwhile by more than 2.
+/// put right: unless somebody has moved the volume meanwhile by more than 2. Answers pass unchanged, too, but
+/// for one: the volume of a player that is lowered is the one to which it goes back.
 ///
 /// A note is open from before a player is lowered until its volume has been put back. It is left over
 /// when that failed or the process that wrote it has ended; then it is tried again before each script
@@ -49,6 +50,8 @@ private:
     void putBack(const Kept& kept);
     void write(const VolumeNote& note);
     void save();
+    [[nodiscard]] VolumeNotes notes();
+    [[nodiscard]] VolumeNotes notesLocked() const;
 
     ScriptRunner& scripts_;
     VolumePrograms& programs_;
