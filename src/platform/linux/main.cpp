@@ -1,6 +1,7 @@
 // The program on the Linux desktop: makes the ports, runs the application, and ends in time.
 #include "app/SonvaraApp.h"
 #include "platform/Platform.h"
+#include "platform/keeper/PatientVoice.h"
 #include "platform/keeper/VolumeKeeper.h"
 #include "platform/linux/desktop/AutostartLoginItem.h"
 #include "platform/linux/desktop/QtImageRenderer.h"
@@ -70,7 +71,7 @@ struct LinuxPorts {
         return {application,     mainQueue,     workers,
                 clock,           environment,   fileManager,
                 processLauncher, volumeKeeper,  players.notificationCenter(),
-                *speech,         userDefaults,  log,
+                voice,           userDefaults,  log,
                 statusBar,       imageRenderer, windows,
                 pasteboard,      loginItem};
     }
@@ -98,6 +99,7 @@ struct LinuxPorts {
     PosixNoteStore volumeNotes{stateFolder(environment) + "/lowered-players"};
     VolumeKeeper volumeKeeper{players.scriptRunner(), volumePrograms, volumeNotes};
     std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
+    PatientVoice voice{*speech, workers};
     QtStatusBar statusBar;
     QtImageRenderer imageRenderer;
     QtWindows windows;
