@@ -1,10 +1,25 @@
 #include "platform/linux/desktop/QtStatusMenu.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 
 namespace sonvara {
 
 namespace {
+
+// In bytes, more than any screen shows. Laying out a title of a megabyte would take seconds, at every look at
+// the player, here and in the host.
+constexpr std::size_t longestText = 4000;
+
+void shorten(std::string& text)
+{
+    if (text.size() <= longestText) return;
+    auto end = longestText;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end;  // not within a character
+    text.replace(end, std::string::npos, "…");
+}
 
 /// Whether choosing `b` does what choosing `a` did, as far as can be seen.
 bool meansTheSame(const MenuItem& a, const MenuItem& b)
@@ -22,6 +37,8 @@ void QtStatusMenu::setItems(std::vector<MenuItem> items)
     entries.reserve(items.size());
     for (auto& item : items) {
         const int id = idFor(entries.size(), item);
+        shorten(item.title);
+        if (item.attributedTitle) shorten(item.attributedTitle->text);
         entries.push_back({id, std::move(item)});
     }
     entries_ = std::move(entries);

@@ -10,7 +10,7 @@
 
 namespace sonvara {
 
-/// Holds the items for any number of views. Main thread only.
+/// Holds the items for any number of views, their texts cut to what a screen can show. Main thread only.
 class QtStatusMenu final : public QObject, public StatusMenu {
     Q_OBJECT
 
