@@ -42,8 +42,9 @@ class Processes:
     def start(self, name, arguments, env, **options):
         """Starts a process whose output goes to the log NAME.log; a session of its own keeps Ctrl-C from it."""
         with open(self.log_path(name), "ab") as log:
-            process = subprocess.Popen(arguments, env=env, stdin=subprocess.DEVNULL, start_new_session=True,
-                                       preexec_fn=_die_with_parent, **{"stdout": log, "stderr": log, **options})
+            streams = {"stdin": subprocess.DEVNULL, "stdout": log, "stderr": log}
+            process = subprocess.Popen(arguments, env=env, start_new_session=True, preexec_fn=_die_with_parent,
+                                       **{**streams, **options})
         self._started.append(process)
         return process
 

@@ -7,7 +7,8 @@ program's own: nobody else sees it, and it goes with the program.
 import os
 import subprocess
 
-_ALONE = (
+# What starts a program with mounts of its own.
+ALONE = (
     ("unshare", "--mount"),
     # Without the right to mount: as the same user in a user namespace, where it may.
     ("unshare", "--user", "--map-current-user", "--keep-caps", "--mount"),
@@ -29,7 +30,7 @@ class StandIn:
 
     def command(self, *program):
         """The command that runs the program with the stand-in in its sight; None where that is not permitted."""
-        for alone in _ALONE:
+        for alone in ALONE:
             enter = [*alone, *_ENTER, self._root]
             probe = [*enter, "test", "-x", os.path.join("/opt", self._tool)]
             if subprocess.run(probe, stderr=subprocess.DEVNULL).returncode == 0:

@@ -4,7 +4,7 @@ from dataclasses import dataclass
 
 from gi.repository import GLib
 
-from desktop.dbus import Remote, process_of
+from desktop.dbus import Remote, has_owner, process_of
 from desktop.processes import wait_until
 
 _WATCHER = "org.kde.StatusNotifierWatcher"
@@ -52,6 +52,8 @@ class TrayItem:
 
 
 def _find(bus, pid):
+    if not has_owner(bus, _WATCHER):
+        return None
     watcher = Remote(bus, _WATCHER, "/StatusNotifierWatcher")
     for entry in watcher.get(_WATCHER, "RegisteredStatusNotifierItems"):
         owner, slash, path = entry.partition("/")

@@ -1,0 +1,197 @@
+#!/usr/bin/python3
+"""Parts that fail, hang or vanish: the program goes on, and the player's volume comes back."""
+
+import os
+import resource
+import signal
+import time
+import unittest
+
+from trial import LONG, LOWERED, VOLUME, Trial
+from desktop.processes import descendants, wait_until
+
+DAEMON = "speech-dispatcher"
+TRAY_HOST = "xfce4-panel"
+
+
+def processes(name):
+    """The ids of all processes of this desktop that run the program `name`."""
+    return [pid for pid in descendants(os.getpid()) if _program_of(pid) == name]
+
+
+def _program_of(pid):
+    try:
+        with open(f"/proc/{pid}/cmdline", "rb") as file:
+            return os.path.basename(file.read().split(b"\0")[0].decode(errors="replace"))
+    except (FileNotFoundError, ProcessLookupError):
+        return ""
+
+
+def send(number, name):
+    pids = processes(name)
+    if not pids:
+        raise RuntimeError(f"no {name} runs")
+    for pid in pids:
+        os.kill(pid, number)
+
+
+def end_processes(name):
+    """Kills them and waits until they have gone."""
+    for pid in processes(name):
+        os.kill(pid, signal.SIGKILL)
+    wait_until(f"the end of {name}", lambda: not processes(name))
+
+
+def memory(pid):
+    """Private memory in KiB."""
+    with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as file:
+        return sum(int(line.split()[1]) for line in file if line.startswith("Private"))
+
+
+def processor_seconds(pid):
+    with open(f"/proc/{pid}/stat", encoding="utf-8") as file:
+        user, system = file.read().rpartition(")")[2].split()[11:13]
+    return (int(user) + int(system)) / os.sysconf("SC_CLK_TCK")
+
+
+class Voice(Trial):
+
+    def test_a_daemon_that_is_killed_while_it_speaks(self):
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        end_processes(DAEMON)
+        self.player.wait_for_volume(VOLUME, limit=3)
+        self.player.play("After the Daemon's Death")
+        self.player.wait_for_volume(LOWERED)
+        wait_until("the next daemon", lambda: processes(DAEMON))
+        self.player.wait_for_volume(VOLUME, limit=20)
+        self.assertNotIn("cannot be used", self.log().partition("After the Daemon")[2])
+
+    def test_a_daemon_that_hangs_while_it_speaks(self):
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        send(signal.SIGSTOP, DAEMON)
+        self.addCleanup(send, signal.SIGCONT, DAEMON)
+        self.player.pause()
+        self.player.wait_for_volume(VOLUME, limit=2)
+        self.speak_with_lowered_player("Nobody Says This")
+        self.end()
+        self.assertEqual(self.player.volume(), VOLUME)
+
+    def test_a_missing_daemon(self):
+        hidden = self.with_mounts('mount --bind /dev/null "$(command -v "$0")" && exec "$@"', DAEMON)
+        self.start(hidden, QT_QPA_PLATFORM="offscreen", SPEECHD_ADDRESS="unix_socket:" + self.desktop.folder + "/none")
+        for title in ("First", "Second"):
+            self.player.play(title)
+            self.player.wait_for_volume(LOWERED)
+            self.player.wait_for_volume(VOLUME)
+            self.assertEqual(self.announced(title), 1)
+        wait_until("the message", lambda: "cannot be used" in self.log())
+        self.assertEqual(self.log().count("cannot be used"), 1)
+        self.end()
+
+    def test_a_daemon_without_a_sound_server(self):
+        end_processes(DAEMON)
+        self.addCleanup(end_processes, DAEMON)
+        self.start(QT_QPA_PLATFORM="offscreen", PULSE_SERVER="unix:/nonexistent")
+        self.player.play("A", "B", "C")
+        self.player.wait_for_volume(LOWERED)
+        self.player.wait_for_volume(VOLUME, limit=20)
+        self.end()
+
+
+class Players(Trial):
+
+    def test_a_player_that_hangs_while_it_is_lowered(self):
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        self.player.process.send_signal(signal.SIGSTOP)
+        self.end()
+        self.player.process.send_signal(signal.SIGCONT)
+        self.player.pause()
+        self.start_quickly()
+        self.player.wait_for_volume(VOLUME, limit=3)
+
+    def test_a_flood_of_five_thousand_signals(self):
+        self.start_quickly()
+        self.player.play("Before")
+        self.wait_for_line("Before")
+        before = memory(self.program.pid)
+        begin = time.monotonic()
+        self.player.flood(5000)
+        print(f"flooded for {time.monotonic() - begin:.1f} s", flush=True)
+        self.wait_for_line("Flood's End")
+        seconds = time.monotonic() - begin
+        self.assertLess(sum("Announcing: " in line for line in self.log().splitlines()), 20 * (1 + seconds))
+        self.player.wait_for_volume(VOLUME, limit=15)
+        grown = memory(self.program.pid) - before
+        print(f"{grown} KiB more", flush=True)
+        self.assertLess(grown, 8 * 1024)
+
+    def test_a_suspended_program_goes_on_and_repeats_nothing(self):
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        self.program.send_signal(signal.SIGSTOP)
+        time.sleep(4)  # what the test is about
+        self.program.send_signal(signal.SIGCONT)
+        self.player.wait_for_volume(VOLUME, limit=15)
+        self.player.play("After the Rest")
+        self.wait_for_line("After the Rest")
+        self.assertEqual(self.announced(LONG), 1)
+
+
+class System(Trial):
+
+    def test_no_descriptors_left(self):
+        self.start()
+        tray = self.tray()
+        self.speak_with_lowered_player("Before")
+        soft, hard = resource.prlimit(self.program.pid, resource.RLIMIT_NOFILE)
+        # Not lower: the system takes a limit below what a program waits for as an error of the waiting.
+        used = {int(number) for number in os.listdir(f"/proc/{self.program.pid}/fd")}
+        free = next(number for number in range(1024) if number not in used)
+        resource.prlimit(self.program.pid, resource.RLIMIT_NOFILE, (free, hard))
+        for title in ("First", "Second"):
+            self.player.play(title)
+            self.wait_for_line(title)
+        tray.choose("Mute DJ")
+        self.player.play("Muted")
+        wait_until("the muted track", lambda: tray.now_playing().startswith("Muted"))
+        tray.choose("Mute DJ")
+        resource.prlimit(self.program.pid, resource.RLIMIT_NOFILE, (soft, hard))
+        self.assertEqual(self.announced("Muted"), 0)
+        self.player.play("After")
+        self.wait_for_line("After")
+        self.player.wait_for_volume(VOLUME, limit=20)
+        self.end()
+
+    def test_a_panel_that_is_restarted(self):
+        self.start()
+        tray = self.tray()
+        end_processes(TRAY_HOST)
+        self.player.play("While There Is No Panel")
+        self.wait_for_line("While There Is No Panel")
+        self.desktop.start("panel", [TRAY_HOST, "--disable-wm-check"])
+        tray = self.tray()
+        self.assertTrue(tray.now_playing().startswith("While There Is No Panel"))
+        tray.choose("Quit")
+        self.assertEqual(self.program.wait(2), 0)
+
+
+class Bus(Trial):
+    """Alone on its desktop, of which it leaves nothing."""
+
+    def test_a_session_bus_that_dies(self):
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        end_processes("dbus-daemon")
+        wait_until("the message", lambda: "session bus has gone" in self.log())
+        used = processor_seconds(self.program.pid)
+        time.sleep(4)  # longer than the interval of the polls
+        self.assertLess(processor_seconds(self.program.pid) - used, 0.5)
+        self.end()
+        self.assertTrue(os.path.exists(self.notes), "the next start puts the player right")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
