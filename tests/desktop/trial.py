@@ -8,6 +8,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import threading
 import unittest
 
 from scenario import PROGRAM
@@ -34,6 +35,7 @@ class Trial(unittest.TestCase):
         for variable in ("XDG_STATE_HOME", "XDG_CONFIG_HOME"):
             shutil.rmtree(os.path.join(self.desktop.env[variable], "sonvara"), ignore_errors=True)
         self.program = None
+        self._log = bytearray()
         self.player = self.start_player()
 
     def tearDown(self):
@@ -49,11 +51,14 @@ class Trial(unittest.TestCase):
     def start(self, command=(PROGRAM,), **env):
         """Starts the program, which tells everything that it does in its log."""
         self.kill()
-        path = self.desktop.processes.log_path("sonvara")
-        if os.path.exists(path):
-            os.remove(path)
+        # On a terminal, else a machine's journal would have the log. What is heard is the end of the terminal.
+        terminal, end = os.openpty()
         self.program = self.desktop.start("sonvara", list(command), {
-            "QT_LOGGING_RULES": "sonvara.*.debug=true", "PULSE_SINK": "speech", **env})
+            "QT_LOGGING_RULES": "sonvara.Speech.debug=true;sonvara.MusicMonitor.debug=true", "PULSE_SINK": "speech",
+            **env}, stdout=end, stderr=end)
+        os.close(end)
+        self._log = bytearray()
+        threading.Thread(target=_read_all, args=(terminal, self._log), daemon=True).start()
 
     def with_mounts(self, script, *arguments, **env):
         """A command that mounts what the shell script says, out of all others' sight, and starts the program.
@@ -75,8 +80,7 @@ class Trial(unittest.TestCase):
         return TrayItem(self.desktop, self.program.pid)
 
     def log(self):
-        with open(self.desktop.processes.log_path("sonvara"), encoding="utf-8", errors="replace") as log:
-            return log.read()
+        return self._log.decode(errors="replace")
 
     def announced(self, title):
         """How many lines about the title were handed to the voice."""
@@ -99,3 +103,12 @@ class Trial(unittest.TestCase):
     def speak_with_lowered_player(self, title=LONG):
         self.player.play(title)
         self.player.wait_for_volume(LOWERED)
+
+
+def _read_all(terminal, log):
+    try:
+        while data := os.read(terminal, 65536):
+            log += data
+    except OSError:
+        pass  # all who could write have ended
+    os.close(terminal)

@@ -55,6 +55,10 @@ class CheckLayersTest(unittest.TestCase):
                      "std::this_thread::sleep_for(1s);", 'getenv("HOME");'):
             self.expect({"speech/A.cpp": line + "\n"}, "speech/A.cpp:1: ")
 
+    def test_the_wall_clock_is_found_in_adapters_too(self):
+        for line in ("auto t = std::chrono::system_clock::now();", "QDateTime::currentDateTime();"):
+            self.expect({"platform/linux/players/A.cpp": line + "\n"}, "players/A.cpp:1: the wall clock")
+
     def test_long_functions_and_files_are_found(self):
         self.expect({"log/A.cpp": "void f()\n{\n" + "    g();\n" * 41 + "}\n"}, "a function of 41 lines")
         self.expect({"log/A.cpp": "int x;\n" * 301}, "301 lines, and no reason given")
