@@ -8,7 +8,7 @@ import time
 import unittest
 
 from trial import LONG, LOWERED, VOLUME, Trial
-from desktop.processes import descendants, wait_until
+from desktop.processes import descendants, private_memory, wait_until
 
 DAEMON = "speech-dispatcher"
 TRAY_HOST = "xfce4-panel"
@@ -40,12 +40,6 @@ def end_processes(name):
     for pid in processes(name):
         os.kill(pid, signal.SIGKILL)
     wait_until(f"the end of {name}", lambda: not processes(name))
-
-
-def memory(pid):
-    """Private memory in KiB."""
-    with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as file:
-        return sum(int(line.split()[1]) for line in file if line.startswith("Private"))
 
 
 def processor_seconds(pid):
@@ -116,7 +110,7 @@ class Players(Trial):
         self.start_quickly()
         self.player.play("Before")
         self.wait_for_line("Before")
-        before = memory(self.program.pid)
+        before = private_memory(self.program.pid)
         begin = time.monotonic()
         self.player.flood(5000)
         print(f"flooded for {time.monotonic() - begin:.1f} s", flush=True)
@@ -124,7 +118,7 @@ class Players(Trial):
         seconds = time.monotonic() - begin
         self.assertLess(sum("Announcing: " in line for line in self.log().splitlines()), 20 * (1 + seconds))
         self.player.wait_for_volume(VOLUME, limit=15)
-        grown = memory(self.program.pid) - before
+        grown = private_memory(self.program.pid) - before
         print(f"{grown} KiB more", flush=True)
         self.assertLess(grown, 8 * 1024)
 

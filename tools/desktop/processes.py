@@ -142,3 +142,9 @@ def descendants(root):
     for pid in found:
         found.extend(children.get(pid, ()))
     return found
+
+
+def private_memory(pid):
+    """KiB that the process has written and nobody shares: pages of libraries count as its own or not as others run."""
+    with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as file:
+        return sum(int(line.split()[1]) for line in file if line.startswith(("Private_Dirty:", "Swap:")))
