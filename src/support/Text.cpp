@@ -45,8 +45,26 @@ bool isWhitespaceOrNewline(utf8proc_int32_t codepoint)
     }
 }
 
+/// Bringing the marks on one letter into their order takes the square of their number in time: a title of a
+/// megabyte of them would take hours. No writing has more than a few.
+bool hasTooManyMarks(std::string_view s)
+{
+    constexpr int most = 100;
+    int marks = 0;
+    while (!s.empty()) {
+        const auto character = firstCharacter(s);
+        const bool isMark =
+            character.codepoint >= 0 && utf8proc_get_property(character.codepoint)->combining_class > 0;
+        marks = isMark ? marks + 1 : 0;
+        if (marks > most) return true;
+        s.remove_prefix(character.size);
+    }
+    return false;
+}
+
 std::optional<std::string> normalized(std::string_view s)
 {
+    if (hasTooManyMarks(s)) return std::nullopt;
     utf8proc_uint8_t* result = nullptr;
     const auto options = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
     const auto size = utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(s.data()),

@@ -9,7 +9,8 @@
 namespace sonvara::text {
 
 /// Whether two texts are canonically equivalent (their NFC forms are equal). Case, white space and
-/// punctuation count. Texts that are not valid UTF-8 are compared byte by byte.
+/// punctuation count. Texts that are not valid UTF-8, or have a letter with more than a hundred marks, are
+/// compared byte by byte.
 [[nodiscard]] bool equal(std::string_view a, std::string_view b);
 
 /// `s` without the Unicode white space (categories Zs, Zl, Zp, tab) and line ends (U+000A to U+000D,

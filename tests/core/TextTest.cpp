@@ -23,6 +23,19 @@ TEST(TextEqual, OrderOfCombiningMarksOfDifferentClassesDoesNotCount)
     EXPECT_TRUE(text::equal("q\u0307\u0323", "q\u0323\u0307"));
 }
 
+TEST(TextEqual, MoreMarksThanAnyWritingHasAreComparedByteByByte)
+{
+    const auto marks = [](int count, const char* first, const char* second) {
+        std::string text = "a";
+        for (int i = 0; i < count; ++i) text += first;
+        for (int i = 0; i < count; ++i) text += second;
+        return text;
+    };
+    EXPECT_TRUE(text::equal(marks(50, "\u0301", "\u0316"), marks(50, "\u0316", "\u0301")));
+    // Brought into order, these would take minutes.
+    EXPECT_FALSE(text::equal(marks(250'000, "\u0301", "\u0316"), marks(250'000, "\u0316", "\u0301")));
+}
+
 TEST(TextEqual, CaseBlanksAccentsAndCompatibilityFormsCount)
 {
     EXPECT_FALSE(text::equal("Song", "song"));

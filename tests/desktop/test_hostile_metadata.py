@@ -11,6 +11,7 @@ TEXTS = {
     "a megabyte": "x" * MEGABYTE,
     "a megabyte of words": "Radio Ga Ga " * (MEGABYTE // 12),
     "a megabyte of accents": "e" + "\u0301" * (MEGABYTE // 2),
+    "a megabyte of accents in disorder": "e" + "\u0301\u0316" * (MEGABYTE // 4),
     "line feeds": "Line\n" * 300,
     "control characters": "".join(map(chr, [*range(1, 32), *range(127, 160)])) + "Bell",
     "escape sequences": "\x1b[2J\x1b]0;title\x07\x1b[31mRed",
