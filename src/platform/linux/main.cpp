@@ -63,7 +63,7 @@ struct LinuxPorts {
         : application(app),
           log(systemLog),
           players(bus, log),
-          statusBar([&app] { app.reopen(); })
+          statusBar([this] { standInForTray(); })
     {}
 
     Platform platform()
@@ -83,6 +83,14 @@ struct LinuxPorts {
         volumeKeeper.restoreAll();
         speech.reset();  // else the line that is being spoken would outlive us
         return workers.shutDown(workersLimit);
+    }
+
+    // Without a tray the settings are the only face there is; a later start shows them again.
+    void standInForTray() const
+    {
+        Logger(log, "StatusBar")
+            .error({{"This desktop shows no tray: start the program again to come back to its settings"}});
+        application.reopen();
     }
 
     QtApplication& application;

@@ -317,18 +317,34 @@ TEST_F(MprisPlayersTest, WithoutABusNothingRunsAndOneLineSaysSo)
     EXPECT_EQ(log.errors().size(), 1U);
 }
 
+TEST_F(MprisPlayersTest, WithoutAPlayerAtTheStartOneLineSaysSo)
+{
+    start();
+    EXPECT_EQ(pollMusic(), "notrunning");
+    ASSERT_EQ(log.errors().size(), 1U);
+    EXPECT_NE(log.errors().front().find("No music player runs yet"), std::string::npos);
+}
+
+TEST_F(MprisPlayersTest, WithAPlayerAtTheStartThereIsNothingToSay)
+{
+    auto player = makePlayer({"rhythmbox"});
+    start();
+    EXPECT_TRUE(log.errors().empty());
+}
+
 TEST_F(MprisPlayersTest, WhenTheBusDiesNothingRunsAndOneLineSaysSo)
 {
     start();
     auto player = makePlayer({"rhythmbox"});
     player.play("One");
     postsUntil(1);
+    const auto before = log.errors().size();
     bus.kill();
     EXPECT_EQ(postsUntil(2).back(), "Music Stopped //");
     EXPECT_EQ(pollMusic(), "notrunning");
     EXPECT_EQ(pollSpotify(), "notrunning");
     EXPECT_TRUE(run(getMusicVolume).error);
-    EXPECT_EQ(log.errors().size(), 1U);
+    EXPECT_EQ(log.errors().size(), before + 1);
 }
 
 }  // namespace

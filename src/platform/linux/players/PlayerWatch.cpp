@@ -203,6 +203,8 @@ void PlayerWatch::begin()
     begun_ = unownedNames_ == 0 && directory_.isKnown(PlayerKind::music) &&
              directory_.isKnown(PlayerKind::spotify);
     if (!begun_) return;
+    if (directory_.chosen(PlayerKind::music) == nullptr && directory_.chosen(PlayerKind::spotify) == nullptr)
+        logger_.error({{"No music player runs yet: the DJ waits for one that speaks MPRIS"}});
     feeds_[0].begin(directory_.picture(PlayerKind::music));
     feeds_[1].begin(directory_.picture(PlayerKind::spotify));
 }
