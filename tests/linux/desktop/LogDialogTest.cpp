@@ -143,6 +143,18 @@ TEST_F(LogDialogTest, WrapsALongMessageInItsRow)
     EXPECT_EQ(times[1]->mapTo(dialog.get(), QPoint()).y(), message("xxx")->mapTo(dialog.get(), QPoint()).y());
 }
 
+TEST_F(LogDialogTest, ShowsEveryLineOfEveryMessage)
+{
+    std::string message;
+    for (int i = 0; i < 60; ++i) message += "word" + std::to_string(i) + ' ';
+    for (int i = 0; i < 40; ++i) sample.rows.push_back(SampleForm::row(std::to_string(i), message));
+    open();
+    for (const auto* view : list().findChildren<LogMessageView*>()) {
+        ASSERT_GE(view->height(), view->document()->size().height());
+        ASSERT_GE(view->height(), 4 * view->fontMetrics().height());
+    }
+}
+
 TEST_F(LogDialogTest, StaysQuickWithManyLongEntries)
 {
     add(200);

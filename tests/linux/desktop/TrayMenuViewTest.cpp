@@ -66,9 +66,12 @@ TEST_F(TrayMenuViewTest, BreaksTheLinesOfAStyledText)
 
 TEST_F(TrayMenuViewTest, WrapsATitleThatIsTooLongForAScreen)
 {
-    menu.setItems({text(std::string(60, 'm') + " " + std::string(240, 'i'))});
-    EXPECT_NE(labelOf(view.widget().actions()[0]), nullptr);
+    menu.setItems({text(std::string(300, 'm')), text("short")});
+    const auto actions = view.widget().actions();
     EXPECT_LT(view.widget().sizeHint().width(), 640);
+    const auto* label = labelOf(actions[0]);
+    EXPECT_GT(label->heightForWidth(label->width()), 4 * labelOf(actions[1])->sizeHint().height());
+    EXPECT_EQ(actions[0]->text(), QString(300, u'm'));
 }
 
 TEST_F(TrayMenuViewTest, ShowsStateAndSeparators)

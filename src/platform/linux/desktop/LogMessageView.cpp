@@ -36,16 +36,16 @@ LogMessageView::LogMessageView(const StyledText& text, QWidget* parent)
     connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &LogMessageView::applyRoles);
 }
 
+// Measured in a document of its own: the one on the screen goes back to the width of the screen at once.
 int LogMessageView::heightForWidth(int width) const
 {
-    if (document()->textWidth() != width) document()->setTextWidth(width);
-    return static_cast<int>(std::ceil(document()->size().height()));
-}
-
-QSize LogMessageView::sizeHint() const
-{
-    const int width = this->width() > 0 ? this->width() : 300;
-    return {width, heightForWidth(width)};
+    QTextDocument measured;
+    measured.setDefaultFont(font());
+    measured.setDefaultTextOption(document()->defaultTextOption());
+    measured.setDocumentMargin(document()->documentMargin());
+    measured.setPlainText(toPlainText());
+    measured.setTextWidth(width);
+    return static_cast<int>(std::ceil(measured.size().height()));
 }
 
 // A text without the keyboard keeps its selection, but only one text at a time has one.
@@ -66,6 +66,7 @@ void LogMessageView::wheelEvent(QWheelEvent* event)
 void LogMessageView::applyRoles()
 {
     setFont(roleFont(font_));
+    updateGeometry();
     auto colors = QApplication::palette();
     colors.setColor(QPalette::Text, RoleColors::of(colors)[color_]);
     setPalette(colors);

@@ -36,49 +36,55 @@ QPainterPath line(double x1, double y1, double x2, double y2)
 QPainterPath musicNote()
 {
     QPainterPath head;
-    head.addEllipse(QPointF(0, 0), 0.19, 0.145);
-    const auto tilted = QTransform().translate(0.36, 0.80).rotate(-20).map(head);
-    QPainterPath flag(QPointF(0.53, 0.06));
-    flag.cubicTo(0.55, 0.24, 0.82, 0.26, 0.74, 0.56);
-    flag.cubicTo(0.73, 0.42, 0.64, 0.36, 0.50, 0.34);
+    head.addEllipse(QPointF(0, 0), 19, 14.5);
+    const auto tilted = QTransform().translate(36, 80).rotate(-20).map(head);
+    QPainterPath flag(QPointF(53, 6));
+    flag.cubicTo(55, 24, 82, 26, 74, 56);
+    flag.cubicTo(73, 42, 64, 36, 50, 34);
     flag.closeSubpath();
-    return tilted.united(stroked(line(0.515, 0.10, 0.515, 0.76), 0.085)).united(flag);
+    return tilted.united(stroked(line(51.5, 10, 51.5, 76), 8.5)).united(flag);
 }
 
 QPainterPath infoCircle()
 {
-    const auto letter = circle(0.5, 0.30, 0.062).united(stroked(line(0.5, 0.47, 0.5, 0.71), 0.095));
-    return circle(0.5, 0.5, 0.46).subtracted(circle(0.5, 0.5, 0.375)).united(letter);
+    const auto letter = circle(50, 30, 6.2).united(stroked(line(50, 47, 50, 71), 9.5));
+    return circle(50, 50, 46).subtracted(circle(50, 50, 37.5)).united(letter);
 }
 
 QPainterPath checkmarkCircle()
 {
-    QPainterPath check(QPointF(0.29, 0.52));
-    check.lineTo(0.44, 0.67);
-    check.lineTo(0.71, 0.34);
-    return circle(0.5, 0.5, 0.46).subtracted(stroked(check, 0.095));
+    QPainterPath check(QPointF(29, 52));
+    check.lineTo(44, 67);
+    check.lineTo(71, 34);
+    return circle(50, 50, 46).subtracted(stroked(check, 9.5));
 }
 
 QPainterPath exclamationTriangle()
 {
-    QPainterPath outline(QPointF(0.5, 0.13));
-    outline.lineTo(0.90, 0.84);
-    outline.lineTo(0.10, 0.84);
+    QPainterPath outline(QPointF(50, 13));
+    outline.lineTo(90, 84);
+    outline.lineTo(10, 84);
     outline.closeSubpath();
-    const auto triangle = outline.united(stroked(outline, 0.14));
-    const auto mark = stroked(line(0.5, 0.36, 0.5, 0.58), 0.095).united(circle(0.5, 0.735, 0.06));
+    const auto triangle = outline.united(stroked(outline, 14));
+    const auto mark = stroked(line(50, 36, 50, 58), 9.5).united(circle(50, 73.5, 6));
     return triangle.subtracted(mark);
 }
 
-}  // namespace
-
-QPainterPath symbolPath(const std::string& name)
+/// In a square of 100 units: Qt joins shapes with an error that would show in a unit square.
+QPainterPath largePath(const std::string& name)
 {
     if (name == "music.note") return musicNote();
     if (name == "info.circle") return infoCircle();
     if (name == "checkmark.circle.fill") return checkmarkCircle();
     if (name == "exclamationmark.triangle.fill") return exclamationTriangle();
     return {};
+}
+
+}  // namespace
+
+QPainterPath symbolPath(const std::string& name)
+{
+    return QTransform::fromScale(0.01, 0.01).map(largePath(name));
 }
 
 void paintSymbol(QPainter& painter, const std::string& name, const QRectF& target, const QColor& color)

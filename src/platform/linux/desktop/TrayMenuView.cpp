@@ -5,9 +5,8 @@
 #include "platform/linux/desktop/StyledLabel.h"
 
 #include <QStyle>
+#include <QTextBoundaryFinder>
 #include <QWidgetAction>
-
-#include <algorithm>
 
 namespace sonvara {
 
@@ -21,26 +20,37 @@ StyledText shownText(const MenuItem& item)
     return {item.title, FontRole::body, item.isEnabled ? ColorRole::label : ColorRole::secondaryLabel};
 }
 
-/// A plain menu item has one line; what needs more is shown by a label of its own.
-bool needsLabel(const MenuItem& item, const QMenu& menu)
+/// `text` with permission to break words that are too long for a line.
+QString breakable(const QString& text)
 {
-    if (item.action || item.isSeparator) return false;
-    if (item.attributedTitle) return true;
-    const auto title = toQt(item.title);
-    return title.contains(QLatin1Char('\n')) || menu.fontMetrics().horizontalAdvance(title) > longestLine;
+    constexpr int longestWord = 24;
+    QString result;
+    int length = 0;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    for (auto begin = qsizetype{0}; begin < text.size(); begin = characters.position()) {
+        characters.toNextBoundary();
+        length = text[begin].isSpace() ? 0 : length + 1;
+        if (length > longestWord) {
+            result.append(QChar(0x200B));  // a space without width
+            length = 1;
+        }
+        result.append(QStringView(text).mid(begin, characters.position() - begin));
+    }
+    return result;
 }
 
+/// A text that is no choice. An item of a native menu could show neither its line breaks nor its style.
 QWidget* makeLabel(const StyledText& text, const QMenu& menu)
 {
     auto* label = new StyledLabel(text);
     // The same inset as that of the style's own items: the indicator's column and the text's margin.
-    const int inset = menu.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &menu) + 10;
+    const int inset = menu.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &menu) + 12;
     label->setContentsMargins(inset, 3, inset, 3);
     const auto width = label->fontMetrics().size(0, toQt(text.text)).width();
     if (width > longestLine) {
         label->setWordWrap(true);
-        label->setMinimumWidth(longestLine);
-        label->setMaximumWidth(longestLine);
+        label->setText(breakable(toQt(text.text)));
+        label->setFixedWidth(longestLine);
     }
     return label;
 }
@@ -72,7 +82,7 @@ void TrayMenuView::rebuild()
 QAction* TrayMenuView::makeAction(const QtStatusMenu::Entry& entry)
 {
     const auto& item = entry.item;
-    if (needsLabel(item, widget_)) {
+    if (!item.action && !item.isSeparator) {
         auto* action = new QWidgetAction(&widget_);
         action->setDefaultWidget(makeLabel(shownText(item), widget_));
         action->setText(toQt(shownText(item).text));
