@@ -37,16 +37,16 @@ class Screen:
         self._desktop.run("xdotool", "windowactivate", "--sync", window, "key", "--clearmodifiers", "alt+F4")
         wait_until("the window's end", lambda: window not in self._visible())
 
-    def open_tray_menu(self):
-        """Right-clicks the item in the tray, the only one; returns the area of the menu and the item."""
+    def open_tray_menu(self, button="3", limit=10.0):
+        """Clicks the item in the tray, the only one; returns the area of the menu and the item."""
         others = self._visible()
-        self._desktop.run("xdotool", "mousemove", str(_WIDTH - 12), "15", "click", "3")
-        menu, *_ = wait_until("the menu", lambda: self._visible() - others)
+        self._desktop.run("xdotool", "mousemove", str(_WIDTH - 12), "15", "click", button)
+        menu, *_ = wait_until("the menu", lambda: self._visible() - others, limit)
         area = self._area_of(menu)
         return Area(area.left - _MARGIN, 0, _WIDTH, area.bottom + _MARGIN)
 
-    def press(self, key):
-        self._desktop.run("xdotool", "key", key)
+    def press(self, *keys):
+        self._desktop.run("xdotool", "key", *keys)
 
     def picture(self, name, area):
         """Saves a picture of the area as soon as nothing in it changes."""
@@ -68,7 +68,10 @@ class Screen:
         return self._desktop.run("xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{title}$").split()[0]
 
     def _visible(self):
-        return set(self._desktop.run("xdotool", "search", "--onlyvisible", "--class", ".").split())
+        try:
+            return set(self._desktop.run("xdotool", "search", "--onlyvisible", "--class", ".").split())
+        except subprocess.CalledProcessError:
+            return set()  # there is none
 
     def _area_of(self, window):
         text = self._desktop.run("xwininfo", "-id", window)

@@ -31,8 +31,9 @@ set-default-sink music
 class PrivateDesktop:
     """Use it as a context manager: what was started in it is stopped at the end, and its folder removed."""
 
-    def __init__(self, keep=False):
-        self._keep = keep
+    def __init__(self, keep=False, tray="xfce4-panel"):
+        """`tray`: what start_tray() starts at once; None leaves the desktop without a tray."""
+        self._keep, self._tray = keep, tray
 
     def __enter__(self):
         self.folder = tempfile.mkdtemp(prefix="sonvara-desktop.")
@@ -43,7 +44,9 @@ class PrivateDesktop:
             self._start_bus()
             self._start_sound()
             self._start_speech()
-            self._start_tray()
+            self.start("window-manager", ["xfwm4", "--compositor=off"])
+            if self._tray:
+                self.start_tray(self._tray)
         except BaseException:
             self._close()
             raise
@@ -150,9 +153,13 @@ class PrivateDesktop:
                               "--socket-path", socket, "--timeout", "0"], {"PULSE_SINK": "speech"})
         wait_until("the speech daemon", lambda: os.path.exists(socket))
 
-    def _start_tray(self):
+    def start_tray(self, kind):
+        """Starts xfce4-panel, a host of StatusNotifier items, or trayer, which has room for X windows only."""
+        if kind == "trayer":
+            return self.start("panel", ["trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
+                                        "--height", "30", "--SetDockType", "true"])
         settings = self._make_folder("home", ".config", "xfce4", "xfconf", "xfce-perchannel-xml")
         shutil.copy(os.path.join(_HERE, "xfce4-panel.xml"), settings)
-        self.start("window-manager", ["xfwm4", "--compositor=off"])
-        self.start("panel", ["xfce4-panel", "--disable-wm-check"])
+        panel = self.start("panel", ["xfce4-panel", "--disable-wm-check"])
         wait_until("the tray host", lambda: has_owner(self.bus, "org.kde.StatusNotifierWatcher"), 30)
+        return panel

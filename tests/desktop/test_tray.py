@@ -1,0 +1,95 @@
+#!/usr/bin/python3
+"""The tray item in real trays, with a sample program whose titles no player has."""
+
+import os
+import signal
+import unittest
+
+from scenario import ROOT
+from desktop.processes import Timeout, wait_until
+from desktop.screen import Screen
+from desktop.session import PrivateDesktop
+from desktop.tray import TrayItem
+
+SAMPLE = os.environ.get("SONVARA_TRAY_SAMPLE", os.path.join(ROOT, "build", "release", "tests", "linux", "desktop",
+                                                            "tray_sample"))
+CHAT = "Up next: <b>A & B</b>\nby snake_case\nand _ others"
+TITLES = [CHAT, "A & B", "snake_case", "<b>bold</b>", "R&amp;B", "_ && __", "שיר - זמר", "🎵 Café", "x" * 300]
+
+
+class Tray(unittest.TestCase):
+
+    def enter(self, tray):
+        desktop = PrivateDesktop(tray=tray)
+        desktop.__enter__()
+        self.addCleanup(desktop.__exit__, None, None, None)
+        return desktop
+
+    def start(self, desktop):
+        return desktop.start("sample", [SAMPLE, *TITLES])
+
+    def open_menu(self, desktop, button, is_open=lambda: True):
+        """Clicks until the menu opens: the item may come into the tray a moment after its program."""
+        def attempt():
+            try:
+                Screen(desktop).open_tray_menu(button, limit=2)
+                return wait_until("the opening", is_open, limit=2)
+            except Timeout:
+                return None
+        wait_until("the open menu", attempt, 20)
+
+    def openings(self, item):
+        return int(item.menu()[-1].text.removeprefix("Opened "))
+
+    def test_hosts_read_titles_as_they_are(self):
+        desktop = self.enter("xfce4-panel")
+        item = TrayItem(desktop, self.start(desktop).pid)
+        self.assertEqual([entry.text for entry in item.menu()][:-1], [CHAT] + TITLES)
+        item.choose("Opened")
+        wait_until("the chosen item", lambda: "Opened 1" in desktop.log("sample"))
+
+    def test_both_buttons_open_the_menu_in_a_real_panel(self):
+        desktop = self.enter("xfce4-panel")
+        sample = self.start(desktop)
+        item = TrayItem(desktop, sample.pid)
+        for button in ("1", "3"):
+            before = self.openings(item)
+            self.open_menu(desktop, button, lambda: self.openings(item) > before)
+            Screen(desktop).press("Escape")
+        before = self.openings(item)
+        self.open_menu(desktop, "3", lambda: self.openings(item) > before)
+        Screen(desktop).press("Up", "Return")
+        self.assertEqual(sample.wait(10), 0)
+        self.assertRegex(desktop.log("sample"), r"Opened \d+")
+
+    def test_comes_back_when_the_panel_does(self):
+        desktop = self.enter(None)
+        sample = self.start(desktop)  # at login the panel may be the later one
+        panel = desktop.start_tray("xfce4-panel")
+        TrayItem(desktop, sample.pid)
+        panel.send_signal(signal.SIGKILL)
+        panel.wait()
+        desktop.start_tray("xfce4-panel")
+        item = TrayItem(desktop, sample.pid)
+        self.assertEqual(item.menu()[1].text, CHAT)
+        self.assertNotIn("no tray", desktop.log("sample"))
+
+    def test_tells_that_there_is_no_tray(self):
+        desktop = self.enter(None)
+        self.start(desktop)
+        wait_until("the notice", lambda: "no tray" in desktop.log("sample"), 20)
+
+    def test_has_a_menu_of_its_own_in_an_older_tray(self):
+        desktop = self.enter(None)
+        sample = self.start(desktop)
+        desktop.start_tray("trayer")
+        self.open_menu(desktop, "1")
+        Screen(desktop).press("Escape")
+        self.open_menu(desktop, "3")
+        Screen(desktop).press("Up", "Return")
+        self.assertEqual(sample.wait(10), 0)
+        self.assertRegex(desktop.log("sample"), r"Opened \d+")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,107 @@
+#!/usr/bin/python3
+"""The program's windows, as a user and a screen reader meet them, and that there is never a second DJ."""
+
+import os
+import signal
+import unittest
+
+from scenario import PROGRAM
+from desktop.accessibility import Accessibility
+from desktop.processes import wait_until
+from desktop.screen import Screen
+from desktop.session import PrivateDesktop
+from desktop.tray import TrayItem
+
+SETTINGS = "Sonvara Settings"
+
+
+class Windows(unittest.TestCase):
+
+    def setUp(self):
+        self.desktop = self.enter("xfce4-panel")
+
+    def enter(self, tray):
+        desktop = PrivateDesktop(tray=tray)
+        desktop.__enter__()
+        self.addCleanup(desktop.__exit__, None, None, None)
+        return desktop
+
+    def start(self):
+        program = self.desktop.start("sonvara", [PROGRAM])
+        self.tray = TrayItem(self.desktop, program.pid)
+        self.windows = Accessibility(self.desktop, program.pid)
+        return program
+
+    def open_settings(self):
+        self.tray.choose("Settings")
+        self.windows.find("frame", SETTINGS)
+
+    def test_form_and_menu_show_one_state(self):
+        self.start()
+        self.open_settings()
+        announce = self.windows.find("check box", "Announce tracks")
+        self.assertTrue(announce.is_checked())
+        self.tray.choose("Mute DJ")
+        wait_until("the changed form", lambda: not announce.is_checked())
+        announce.press()
+        wait_until("the changed menu", lambda: not [item for item in self.tray.menu() if item.is_checked])
+
+    def test_every_control_has_a_name(self):
+        self.start()
+        self.open_settings()
+        for role, name in (("check box", "Announce tracks"), ("check box", "Lower music while speaking"),
+                           ("check box", "Use AI for intros"), ("combo box", "Engine"),
+                           ("check box", "Launch at login"), ("push button", "View log (0)")):
+            self.windows.find(role, name)
+        engine = self.windows.find("combo box", "Engine")
+        self.assertFalse(engine.is_enabled())
+        self.windows.find("check box", "Use AI").press()
+        wait_until("the enabled choice", engine.is_enabled)
+
+    def test_launch_at_login_writes_and_removes_the_entry(self):
+        self.start()
+        self.open_settings()
+        entry = os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "autostart", "app.sonvara.Sonvara.desktop")
+        login = self.windows.find("check box", "Launch at login")
+        login.press()
+        wait_until("the entry", lambda: os.path.exists(entry))
+        self.desktop.run("desktop-file-validate", entry)
+        with open(entry, encoding="utf-8") as file:
+            self.assertIn(f"Exec={os.path.realpath(PROGRAM)}\n", file.read())
+        wait_until("the checked switch", login.is_checked)
+        login.press()
+        wait_until("no entry", lambda: not os.path.exists(entry))
+
+    def test_escape_closes_the_log_and_leaves_the_settings(self):
+        self.start()
+        self.open_settings()
+        self.windows.find("push button", "View log").press()
+        self.windows.find("push button", "Done")
+        self.windows.find("label", "No activity yet.")
+        Screen(self.desktop).window("Diagnostics Log")
+        Screen(self.desktop).press("Escape")
+        wait_until("the closed log", lambda: not self.windows.is_shown("push button", "Done"))
+        self.assertTrue(self.windows.is_shown("frame", SETTINGS))
+
+    def test_a_second_start_shows_the_settings_of_the_first(self):
+        first = self.start()
+        self.assertEqual(self.desktop.start("second", [PROGRAM]).wait(10), 0)
+        self.windows.find("frame", SETTINGS)
+        self.assertIsNone(first.poll())
+
+    def test_a_crash_does_not_block_the_next_start(self):
+        first = self.start()
+        first.send_signal(signal.SIGKILL)
+        first.wait()
+        second = self.start()
+        self.open_settings()
+        self.assertIsNone(second.poll())
+
+    def test_without_a_tray_the_settings_come_up(self):
+        desktop = self.enter(None)
+        program = desktop.start("sonvara", [PROGRAM])
+        Accessibility(desktop, program.pid).find("frame", SETTINGS, limit=30)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
