@@ -66,6 +66,40 @@ TEST_F(SpeechContract, stopsTheCurrentLineAndNeverSendsTheWaitingOnes)
     EXPECT_EQ(server.lines(), (std::vector<std::string>{"current", "later"}));
 }
 
+TEST_F(SpeechContract, neverSendsALineThatWasStoppedWhileItWasConnectedTo)
+{
+    start();
+    server.hangAt("SET SELF CLIENT_NAME");
+    speak("stopped");
+    ASSERT_TRUE(server.waitForCommand("SET SELF CLIENT_NAME"));
+    voice->stopSpeaking();
+    EXPECT_EQ(ears->waitForEnds(1), "C");
+    server.resume();
+    speak("later");
+    ASSERT_TRUE(server.waitForLines(1));
+    EXPECT_EQ(server.lines(), std::vector<std::string>{"later"});
+    EXPECT_EQ(ears->ends(), "C");
+}
+
+TEST_F(SpeechContract, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
+{
+    start();
+    server.hangAt("speak");
+    speak("stopped");
+    ASSERT_TRUE(server.waitForCommand("speak"));
+    voice->stopSpeaking();
+    EXPECT_EQ(ears->waitForEnds(1), "C");
+    speak("later");
+    server.resume();
+    ASSERT_TRUE(server.waitForLines(2));
+    const auto commands = server.commands();
+    const auto cancel = std::ranges::find(commands, "CANCEL SELF");
+    EXPECT_EQ(std::count(commands.begin(), cancel, "speak"), 2) << "the line, held and resumed";
+    EXPECT_EQ(std::count(cancel, commands.end(), "speak"), 1);
+    server.tell("702 END");
+    EXPECT_EQ(ears->waitForEnds(2), "CF");
+}
+
 TEST_F(SpeechContract, stopCancelsOnlyWhatCameBefore)
 {
     start();

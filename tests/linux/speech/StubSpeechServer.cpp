@@ -134,17 +134,32 @@ void StubSpeechServer::serve(Client& client)
     while ((count = ::recv(client.socket.get(), buffer.data(), buffer.size(), 0)) > 0) {
         const std::lock_guard lock(mutex_);
         client.input.append(buffer.data(), static_cast<std::size_t>(count));
-        std::size_t end = 0;
-        while ((end = client.input.find("\r\n")) != std::string::npos) {
-            const std::string line = client.input.substr(0, end);
-            client.input.erase(0, end + 2);
-            if (!client.hangs) handle(client, line);
-        }
+        handleInput(client);
         changed_.notify_all();
     }
     const std::lock_guard lock(mutex_);
     ::shutdown(client.socket.get(), SHUT_RDWR);
     --open_;
+    changed_.notify_all();
+}
+
+void StubSpeechServer::handleInput(Client& client)
+{
+    std::size_t end = 0;
+    while (!client.hangs && (end = client.input.find("\r\n")) != std::string::npos) {
+        const std::string line = client.input.substr(0, end);
+        client.input.erase(0, end + 2);
+        handle(client, line);
+    }
+}
+
+void StubSpeechServer::resume()
+{
+    const std::lock_guard lock(mutex_);
+    for (Client& client : clients_) {
+        client.hangs = false;
+        handleInput(client);
+    }
     changed_.notify_all();
 }
 
@@ -155,6 +170,7 @@ void StubSpeechServer::handle(Client& client, const std::string& line)
     if (!hangAt_.empty() && line.starts_with(hangAt_)) {
         hangAt_.clear();
         client.hangs = true;
+        client.input.insert(0, line + "\r\n");
     } else if (!hangUpAt_.empty() && line.starts_with(hangUpAt_)) {
         hangUpAt_.clear();
         ::shutdown(client.socket.get(), SHUT_RDWR);

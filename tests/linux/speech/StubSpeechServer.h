@@ -33,6 +33,8 @@ public:
     void setEndings(Endings endings);
     /// The next command that begins with `prefix` is not answered, nor any after it on its connection.
     void hangAt(const std::string& prefix);
+    /// Connections that hang go on with what they were told meanwhile.
+    void resume();
     /// The connection is cut at the next command that begins with `prefix`.
     void hangUpAt(const std::string& prefix);
     void refuseLines(bool refuse);
@@ -67,6 +69,7 @@ private:
     void listen(int backlog);
     void accept();
     void serve(Client& client);
+    void handleInput(Client& client);
     void handle(Client& client, const std::string& line);
     void takeText(Client& client, const std::string& line);
     void cancel(const Client& client);
