@@ -3,6 +3,7 @@
 
 import os
 import signal
+import subprocess
 import unittest
 
 from scenario import PROGRAM
@@ -82,6 +83,23 @@ class Windows(unittest.TestCase):
         Screen(self.desktop).press("Escape")
         wait_until("the closed log", lambda: not self.windows.is_shown("push button", "Done"))
         self.assertTrue(self.windows.is_shown("frame", SETTINGS))
+
+    def windows_named(self, name, *options):
+        """Windows come and go while they are looked for, and none is an error to the searcher."""
+        try:
+            return set(self.desktop.run("xdotool", "search", *options, "--name", f"^{name}$",
+                                        stderr=subprocess.DEVNULL).split())
+        except subprocess.CalledProcessError:
+            return set()
+
+    def test_a_miniaturised_window_is_replaced(self):
+        self.start()
+        self.open_settings()
+        old = wait_until("the window", lambda: self.windows_named(SETTINGS, "--onlyvisible"))
+        self.desktop.run("xdotool", "windowminimize", "--sync", *old)
+        self.tray.choose("Settings")
+        new = wait_until("another window", lambda: self.windows_named(SETTINGS, "--onlyvisible") - old)
+        wait_until("the end of the old one", lambda: self.windows_named(SETTINGS) == new)
 
     def test_a_second_start_shows_the_settings_of_the_first(self):
         first = self.start()
