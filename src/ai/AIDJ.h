@@ -32,6 +32,7 @@ public:
     [[nodiscard]] static std::shared_ptr<AIDJ> create(Platform& platform);
 
     /// Always true: whether the tool is there is found out by each request.
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): a question to the object
     [[nodiscard]] bool isAvailable() const { return true; }
 
     /// Any thread, returns at once: calls `completion` exactly once on a worker thread, with the line

@@ -70,7 +70,7 @@ void SpeechManager::speakAIIntro(const Announcement& announcement)
         const auto manager = weak.lock();
         if (!manager) return;
         // From here on only the AI component is held, so that a slow tool does not keep the manager alive.
-        auto utterLater = [weak, announcement, fallback, &mainQueue](std::optional<std::string> line) {
+        auto utterLater = [weak, announcement, fallback, &mainQueue](const std::optional<std::string>& line) {
             mainQueue.post([weak, announcement, line = line.value_or(fallback)] {
                 const auto alive = weak.lock();
                 if (alive) alive->utter(line, announcement.source, announcement.generation);

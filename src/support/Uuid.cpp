@@ -1,12 +1,13 @@
 #include "support/Uuid.h"
 
 #include <random>
+#include <string_view>
 
 namespace sonvara {
 
 std::string makeUuid()
 {
-    static constexpr char digits[] = "0123456789ABCDEF";
+    static constexpr std::string_view digits = "0123456789ABCDEF";
     std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
     std::random_device random;
     for (auto& c : uuid) {

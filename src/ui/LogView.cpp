@@ -5,6 +5,8 @@
 #include "platform/Platform.h"
 #include "ui/ChangeSignal.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace sonvara {
@@ -46,8 +48,8 @@ std::vector<LogRow> makeRows(const DJLog& log)
     const auto& entries = log.entries.get();
     std::vector<LogRow> rows;
     rows.reserve(entries.size());
-    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry)
-        rows.push_back(makeRow(log, *entry));
+    std::transform(entries.rbegin(), entries.rend(), std::back_inserter(rows),
+                   [&log](const auto& entry) { return makeRow(log, entry); });
     return rows;
 }
 
