@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/DBusMenu.h"
 
 #include "EventLoop.h"
+#include "MenuItems.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -11,22 +12,6 @@
 namespace sonvara {
 
 namespace {
-
-MenuItem action(const std::string& title, std::function<void()> run)
-{
-    MenuItem item;
-    item.title = title;
-    item.isEnabled = true;
-    item.action = std::move(run);
-    return item;
-}
-
-MenuItem text(const std::string& title)
-{
-    MenuItem item;
-    item.title = title;
-    return item;
-}
 
 /// Reads and uses the menu from another connection to the bus, as a tray host does.
 class DBusMenuTest : public testing::Test {

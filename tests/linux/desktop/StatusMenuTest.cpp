@@ -1,26 +1,12 @@
 #include "platform/linux/desktop/QtStatusMenu.h"
 
+#include "MenuItems.h"
+
 #include <gtest/gtest.h>
 
 namespace sonvara {
 
 namespace {
-
-MenuItem action(const std::string& title, std::function<void()> run, bool isEnabled = true)
-{
-    MenuItem item;
-    item.title = title;
-    item.isEnabled = isEnabled;
-    item.action = std::move(run);
-    return item;
-}
-
-MenuItem text(const std::string& title)
-{
-    MenuItem item;
-    item.title = title;
-    return item;
-}
 
 TEST(StatusMenu, RunsTheChosenAction)
 {

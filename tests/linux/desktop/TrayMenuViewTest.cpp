@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/TrayMenuView.h"
 
 #include "EventLoop.h"
+#include "MenuItems.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -10,22 +11,6 @@
 namespace sonvara {
 
 namespace {
-
-MenuItem action(const std::string& title, std::function<void()> run)
-{
-    MenuItem item;
-    item.title = title;
-    item.isEnabled = true;
-    item.action = std::move(run);
-    return item;
-}
-
-MenuItem text(const std::string& title)
-{
-    MenuItem item;
-    item.title = title;
-    return item;
-}
 
 QLabel* labelOf(QAction* action)
 {
