@@ -16,7 +16,8 @@ struct MprisPlayers::Parts {
           watch(
               bus, [this](const Notification& each) { center.post(each); }, log),
           volume(bus, watch.directory()),
-          runner([this](const auto& command, const auto& answer) { carryOut(command, answer); })
+          runner([this](const auto& command, const auto& answer) { carryOut(command, answer); },
+                 [this](const auto& command) { return known(command); })
     {}
 
     void carryOut(const ScriptCommand& command, const PlayerScriptRunner::Answer& answer)
@@ -26,6 +27,13 @@ struct MprisPlayers::Parts {
         case ScriptCommand::Verb::getVolume: volume.read(command.player, answer); break;
         case ScriptCommand::Verb::setVolume: volume.set(command.player, command.volume, answer); break;
         }
+    }
+
+    // Any thread.
+    [[nodiscard]] std::optional<ScriptResult> known(const ScriptCommand& command) const
+    {
+        if (command.verb != ScriptCommand::Verb::poll) return std::nullopt;
+        return watch.pollBoard().read(command.player, std::chrono::steady_clock::now());
     }
 
     PlayerNotificationCenter center;

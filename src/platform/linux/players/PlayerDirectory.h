@@ -19,7 +19,9 @@ struct Player {
     std::string owner;               ///< the connection's unique name
     std::vector<std::string> names;  ///< in order of appearance; never empty
     Introduction introduction;
-    int unanswered = 0;  ///< first questions to it that are still open; until then it is not chosen
+    int unanswered = 0;        ///< first questions to it that are still open; until then it is not chosen
+    bool tellsTracks = false;  ///< has told of a new track without being asked
+    Time answered{};           ///< when it last told its whole state
     PlayerState said;
     Settler settler;
     std::uint64_t changed = 0;  ///< greater for a later change of its picture; 0 for none yet

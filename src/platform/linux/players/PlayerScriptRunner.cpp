@@ -46,6 +46,7 @@ ScriptResult PlayerScriptRunner::run(const std::string& source)
 {
     const auto command = recognise(source);
     if (!command) return errorAnswer("the text is no command that a player understands");
+    if (auto known = shortcut_(*command)) return *std::move(known);
 
     const auto failure = failureOf(*command);
     const auto slot = std::make_shared<AnswerSlot>();

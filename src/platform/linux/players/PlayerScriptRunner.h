@@ -9,6 +9,7 @@
 #include <chrono>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace sonvara::players {
@@ -21,9 +22,15 @@ public:
     /// Carries out a command on the main thread and answers at most once.
     using Handler = std::function<void(const ScriptCommand&, const Answer&)>;
 
+    /// Any thread: the answer to a command, if it is known without the main thread.
+    using Shortcut = std::function<std::optional<ScriptResult>(const ScriptCommand&)>;
+
     static constexpr std::chrono::milliseconds limit{1000};
 
-    explicit PlayerScriptRunner(Handler handler) : handler_(std::move(handler)) {}
+    PlayerScriptRunner(Handler handler, Shortcut shortcut)
+        : handler_(std::move(handler)),
+          shortcut_(std::move(shortcut))
+    {}
 
     [[nodiscard]] ScriptResult run(const std::string& source) override;
 
@@ -37,6 +44,7 @@ private:
     };
 
     Handler handler_;
+    Shortcut shortcut_;
     std::mutex mutex_;
     std::vector<Request> requests_;  // under the mutex
 };

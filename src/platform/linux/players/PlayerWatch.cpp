@@ -33,6 +33,13 @@ bool leavesOpen(const QVariantMap& changed, const QStringList& invalidated, cons
            (changed.contains(metadataProperty) && !change.track);
 }
 
+// Whether a player tells of another track than the one that it was known to play.
+bool isNewTrack(const Player& player, const StateChange& change)
+{
+    const auto& told = player.settler.picture().title;
+    return change.track && !change.track->title.empty() && !told.empty() && change.track->title != told;
+}
+
 }  // namespace
 
 PlayerWatch::PlayerWatch(MprisBus& bus, Post post, SystemLog& log)
@@ -69,6 +76,7 @@ void PlayerWatch::start()
 {
     if (!bus_.isConnected()) {
         begun_ = true;
+        publish();
         logger_.error({{"There is no session bus: no music player can be heard or controlled"}});
         return;
     }
@@ -147,6 +155,7 @@ void PlayerWatch::takeSignal(const std::string& owner, const QVariantList& argum
         return;
     }
     const auto change = decodeState(*changed);
+    if (isNewTrack(*player, change)) player->tellsTracks = true;
     if (change.status || change.track) directory_.observe(*player, change, now());
     const bool lacksTrack = change.status == PlaybackStatus::playing && player->said.track.title.empty();
     if (lacksTrack || leavesOpen(*changed, arguments.value(2).toStringList(), change))
@@ -179,7 +188,11 @@ void PlayerWatch::takeState(const std::string& owner, const QVariantList& answer
     const auto properties = decodeMap(answer.value(0)).value_or(QVariantMap());
     const bool heard = player != nullptr && !properties.isEmpty();
     if (heard) {
-        directory_.observe(*player, decodeSnapshot(properties), now());
+        auto state = decodeSnapshot(properties);
+        // What it tells only when it is asked would be missed if nobody asked.
+        if (state.status != player->said.status || isNewTrack(*player, state)) player->tellsTracks = false;
+        player->answered = now();
+        directory_.observe(*player, std::move(state), player->answered);
         update();
     }
     for (const auto& refreshed : asked.mapped()) refreshed(heard);
@@ -195,6 +208,7 @@ void PlayerWatch::update()
                 post_(*notification);
     }
     setTimer();
+    publish();
     answerWaiting();
 }
 
@@ -227,6 +241,20 @@ void PlayerWatch::answerWaiting()
     if (!begun_ || waiting_.empty()) return;
     const auto waiting = std::exchange(waiting_, {});
     for (const auto& each : waiting) poll(each.kind, each.answer);
+}
+
+void PlayerWatch::publish()
+{
+    for (const auto kind : {PlayerKind::music, PlayerKind::spotify}) board_.put(kind, known(kind));
+}
+
+std::optional<PollBoard::Known> PlayerWatch::known(PlayerKind kind) const
+{
+    if (!begun_ || !directory_.isKnown(kind)) return std::nullopt;
+    const auto* player = directory_.chosen(kind);
+    if (player == nullptr) return PollBoard::Known{std::nullopt, Time::max()};
+    if (!player->tellsTracks) return std::nullopt;
+    return PollBoard::Known{player->settler.picture(), player->answered + trust};
 }
 
 }  // namespace sonvara::players

@@ -7,14 +7,17 @@
 #include "platform/linux/players/PictureFeed.h"
 #include "platform/linux/players/PlayerDirectory.h"
 #include "platform/linux/players/PlayerScripts.h"
+#include "platform/linux/players/PollBoard.h"
 
 #include <QObject>
 #include <QTimer>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,11 +26,15 @@ namespace sonvara::players {
 /// The one place that knows what the players do. Main thread only; nothing blocks.
 ///
 /// While no player changes, it sleeps: it has no timer of its own and asks only when it is polled,
-/// and then only the player that is meant.
+/// and then only the player that is meant. One that tells of its new tracks by itself is asked only
+/// now and then, in case it has begun to keep something back.
 class PlayerWatch : public QObject {
 public:
     using Post = std::function<void(const Notification&)>;
     using Answer = std::function<void(ScriptResult)>;
+
+    /// How long the last answer of a player that tells of its tracks by itself stands for the next polls.
+    static constexpr std::chrono::minutes trust{5};
 
     /// Calls `post` for every notification of a player. What the players do already at the start is
     /// no change: the first poll tells it.
@@ -35,6 +42,9 @@ public:
 
     /// Asks the player that is meant for its state, and answers with what is settled of it.
     void poll(PlayerKind kind, const Answer& answer);
+
+    /// The answers to polls that need no question. May be read on any thread.
+    [[nodiscard]] const PollBoard& pollBoard() const { return board_; }
 
     [[nodiscard]] const PlayerDirectory& directory() const { return directory_; }
 
@@ -66,6 +76,8 @@ private:
     void begin();
     void setTimer();
     void answerWaiting();
+    void publish();
+    [[nodiscard]] std::optional<PollBoard::Known> known(PlayerKind kind) const;
 
     MprisBus& bus_;
     Post post_;
@@ -76,6 +88,7 @@ private:
     std::vector<WaitingPoll> waiting_;                          // until enough is known
     int unownedNames_ = 0;                                      // names found whose owner is not known yet
     bool begun_ = false;                                        // what there was at the start is known
+    PollBoard board_;
     QTimer timer_;
 };
 
