@@ -19,8 +19,8 @@ struct MenuItem {
     std::string title;
     std::optional<StyledText> attributedTitle;  ///< shown in place of `title`
     bool isEnabled = false;
-    bool isChecked = false;
-    std::function<void()> action;  ///< run on the main thread when the user chooses the item
+    std::optional<bool> isChecked;  ///< absent for an item that is no switch
+    std::function<void()> action;   ///< run on the main thread when the user chooses the item
 };
 
 /// A menu. Main thread only.

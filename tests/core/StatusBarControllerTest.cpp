@@ -108,13 +108,13 @@ TEST_F(StatusBarControllerTest, ALastLineOfBlanksIsAnEmptyAttributedTitle)
 TEST_F(StatusBarControllerTest, MuteIsUncheckedByDefaultAndTogglesAtOnce)
 {
     start();
-    EXPECT_FALSE(item(6).isChecked);
+    EXPECT_EQ(item(6).isChecked, false);
     bar().menu->choose("Mute DJ");
     EXPECT_EQ(desktop.defaults.values.at("announcementsEnabled"), FakeUserDefaults::Value(false));
-    EXPECT_TRUE(item(6).isChecked);
+    EXPECT_EQ(item(6).isChecked, true);
     bar().menu->choose("Mute DJ");
     EXPECT_EQ(desktop.defaults.values.at("announcementsEnabled"), FakeUserDefaults::Value(true));
-    EXPECT_FALSE(item(6).isChecked);
+    EXPECT_EQ(item(6).isChecked, false);
 }
 
 TEST_F(StatusBarControllerTest, MutingDoesNotStopALineThatIsBeingSpoken)
@@ -130,9 +130,9 @@ TEST_F(StatusBarControllerTest, OpeningTheMenuShowsTheStateOfThatMoment)
 {
     start();
     desktop.defaults.values["announcementsEnabled"] = false;
-    EXPECT_FALSE(item(6).isChecked);
+    EXPECT_EQ(item(6).isChecked, false);
     bar().menu->open();
-    EXPECT_TRUE(item(6).isChecked);
+    EXPECT_EQ(item(6).isChecked, true);
 }
 
 TEST_F(StatusBarControllerTest, ARefreshIsQueuedFromAnyThreadAndEachOneRebuilds)

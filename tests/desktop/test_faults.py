@@ -91,6 +91,7 @@ class Voice(Trial):
         self.player.play("A", "B", "C")
         self.player.wait_for_volume(LOWERED)
         self.player.wait_for_volume(VOLUME, limit=20)
+        wait_until("the message", lambda: "is a sound server running?" in self.log())
         self.end()
 
 

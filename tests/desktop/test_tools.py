@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """AI tools that are late, fail, hang or are missing: what is heard, and what the log says."""
 
+import os
 import time
 import unittest
 
@@ -16,6 +17,14 @@ WITH_AI = "[General]\naiIntros=true\n"
 
 def script(body):
     return "claude", "#!/bin/sh\n# A stand-in of this test's own, not an AI.\n" + body
+
+
+def runs(pid):
+    try:
+        with open(f"/proc/{pid}/stat", encoding="utf-8") as file:
+            return file.read().rpartition(")")[2].split()[0] != "Z"  # ended, and nobody has asked how
+    except FileNotFoundError:
+        return False
 
 
 class Tools(unittest.TestCase):
@@ -53,6 +62,19 @@ class Tools(unittest.TestCase):
             log = self._log_after_the_line(scenario)
             self.assertIn("First Song by One, from Album One.", scenario.tray.chat())
             self.assertIn("ERROR: claude CLI not found in /opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin", log)
+
+    def test_quitting_ends_a_tool_and_what_it_has_started_within_a_second(self):
+        hanging = script('sleep 300 &\necho $$ $! >"$HOME/tool.new" && mv "$HOME/tool.new" "$HOME/tool"\nwait\n')
+        with Scenario(hanging, WITH_AI) as scenario:
+            scenario.play("audacious", [FIRST])
+            note = os.path.join(scenario.desktop.env["HOME"], "tool")
+            wait_until("the tool", lambda: os.path.exists(note))
+            with open(note, encoding="utf-8") as file:
+                tools = [int(pid) for pid in file.read().split()]
+            self.assertTrue(all(runs(pid) for pid in tools))
+            scenario.tray.choose("Quit")
+            self.assertEqual(scenario.program.wait(1), 0)
+            wait_until("the end of the tool", lambda: not any(runs(pid) for pid in tools), 1)
 
     def test_a_tool_that_hangs_is_stopped_after_twenty_five_seconds(self):
         with Scenario(script("exec sleep 60\n"), WITH_AI) as scenario:

@@ -31,7 +31,7 @@ class Volume(Trial):
         tray = self.tray()
         self.speak_with_lowered_player()
         tray.choose("Quit")
-        self.assertEqual(self.program.wait(2), 0)
+        self.assertEqual(self.program.wait(1), 0)
         self.assertEqual(self.player.volume(), VOLUME)
 
     def test_comes_back_at_the_next_start_after_a_kill(self):

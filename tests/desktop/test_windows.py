@@ -59,6 +59,24 @@ class Windows(unittest.TestCase):
         self.windows.find("check box", "Use AI").press()
         wait_until("the enabled choice", engine.is_enabled)
 
+    def test_a_choice_is_made_from_the_list_and_kept(self):
+        self.desktop.write_setting("sonvara/sonvara.conf", "[General]\naiIntros=true\n")
+        self.start()
+        self.open_settings()
+        engine = self.windows.find("combo box", "Engine")
+        choices = engine.children()[0].children()
+        self.assertEqual([each.name() for each in choices], ["Claude (Anthropic) CLI", "Gemini CLI"])
+        self.assertEqual([each.is_selected() for each in choices], [True, False])
+        engine.press()
+        wait_until("the open list", lambda: engine.children()[0].is_showing())
+        Screen(self.desktop).press("Down", "Return")
+        wait_until("the stored choice", lambda: "aiProvider=geminiCLI" in self.settings())
+        wait_until("the choice in the closed list", lambda: choices[1].is_selected() and not choices[0].is_selected())
+
+    def settings(self):
+        with open(os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "sonvara", "sonvara.conf"), encoding="utf-8") as file:
+            return file.read()
+
     def test_launch_at_login_writes_and_removes_the_entry(self):
         self.start()
         self.open_settings()
@@ -119,6 +137,14 @@ class Windows(unittest.TestCase):
         desktop = self.enter(None)
         program = desktop.start("sonvara", [PROGRAM])
         Accessibility(desktop, program.pid).find("frame", SETTINGS, limit=30)
+        program.terminate()
+        self.assertEqual(program.wait(5), 0)
+        later = desktop.start("later", [PROGRAM])  # as at the next login: nobody wants a window each time
+        wait_until("the plain sentence", lambda: "This desktop shows no tray" in desktop.log("later"), 30)
+        windows = Accessibility(desktop, later.pid)
+        self.assertFalse(windows.is_shown("frame", SETTINGS))
+        self.assertEqual(desktop.start("again", [PROGRAM]).wait(10), 0)
+        windows.find("frame", SETTINGS)
 
 
 if __name__ == "__main__":

@@ -6,7 +6,7 @@ from desktop.dbus import Remote, connect, process_of
 from desktop.processes import wait_until
 
 _PREFIX = "org.a11y.atspi."
-_CHECKED, _ENABLED, _SHOWING = 4, 8, 25  # bits of a widget's state
+_CHECKED, _ENABLED, _SELECTED, _SHOWING = 4, 8, 23, 25  # bits of a widget's state
 
 
 class Accessibility:
@@ -58,6 +58,9 @@ class Node(Remote):
 
     def is_checked(self):
         return self._has_state(_CHECKED)
+
+    def is_selected(self):
+        return self._has_state(_SELECTED)
 
     def is_showing(self):
         return self._has_state(_SHOWING)

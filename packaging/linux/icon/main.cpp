@@ -1,7 +1,8 @@
 // sonvara_icons FOLDER  Writes the application's icons into a new icon theme folder.
-#include "AppIcon.h"
 #include "SvgText.h"
+#include "platform/linux/desktop/ApplicationIcon.h"
 #include "platform/linux/desktop/QtImageRenderer.h"
+#include "ui/AppIcon.h"
 #include "ui/StatusIcon.h"
 
 #include <cstdlib>
@@ -17,15 +18,6 @@ constexpr int pngSizes[] = {16, 22, 24, 32, 48, 64, 128, 256};
 constexpr int svgSize = 128;
 constexpr int symbolicSize = 16;
 constexpr double points = 18;
-
-// The record stands on its own dark ground, so the colours are those for dark surroundings.
-RoleColors colorsOfIcon()
-{
-    const QColor ground(0x1E, 0x20, 0x26);
-    auto colors = RoleColors::on(ground, Qt::white);
-    colors.label = ground;
-    return colors;
-}
 
 // What the desktop replaces by the colour of its texts.
 RoleColors colorsOfSymbol()
@@ -51,7 +43,7 @@ bool write(const std::filesystem::path& path, const std::string& text)
 bool writeIcons(const std::filesystem::path& theme)
 {
     const Drawing icon = appIcon(points);
-    const RoleColors colors = colorsOfIcon();
+    const RoleColors colors = applicationIconColors();
     for (const int side : pngSizes) {
         const auto name = std::to_string(side);
         const auto path = fileIn(theme / (name + "x" + name) / "apps", ".png");

@@ -1,8 +1,8 @@
 // sonvara_icon FILE  Writes the application's icon.
-#include "AppIcon.h"
 #include "IcnsFile.h"
 #include "platform/macos/CocoaApplication.h"
 #include "platform/macos/CocoaImage.h"
+#include "ui/AppIcon.h"
 
 #include <cstdlib>
 #include <fstream>

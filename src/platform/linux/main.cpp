@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 #include "platform/keeper/PatientVoice.h"
 #include "platform/keeper/VolumeKeeper.h"
+#include "platform/linux/desktop/ApplicationIcon.h"
 #include "platform/linux/desktop/AutostartLoginItem.h"
 #include "platform/linux/desktop/QtImageRenderer.h"
 #include "platform/linux/desktop/QtPasteboard.h"
@@ -23,6 +24,7 @@
 #include "platform/posix/PosixNoteStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/ProcessSetup.h"
+#include "ui/AppIcon.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -85,11 +87,15 @@ struct LinuxPorts {
         return workers.shutDown(workersLimit);
     }
 
-    // Without a tray the settings are the only face there is; a later start shows them again.
-    void standInForTray() const
+    // Without a tray the settings are the only face there is. They come up by themselves once and for all,
+    // for nobody wants a window at every login; whoever starts the program again while it runs sees them
+    // again.
+    void standInForTray()
     {
         Logger(log, "StatusBar")
-            .error({{"This desktop shows no tray: start the program again to come back to its settings"}});
+            .error({{"This desktop shows no tray: start the program again to come to its settings"}});
+        if (settingsShown.load()) return;
+        settingsShown.save("The settings have come up once on a desktop without a tray.\n");
         application.reopen();
     }
 
@@ -108,6 +114,7 @@ struct LinuxPorts {
     VolumeKeeper volumeKeeper{players.scriptRunner(), volumePrograms, volumeNotes};
     std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
     PatientVoice voice{*speech, workers};
+    PosixNoteStore settingsShown{stateFolder(environment) + "/settings-shown"};
     QtStatusBar statusBar;
     QtImageRenderer imageRenderer;
     QtWindows windows;
@@ -129,6 +136,7 @@ int main(int /*argc*/, char** argv)
     SingleInstance instance(bus, [&application] { application.reopen(); });
     if (!instance.claim()) return EXIT_SUCCESS;
 
+    QApplication::setWindowIcon(applicationIcon(appIcon(32)));
     LinuxPorts ports(application, log, bus);
     auto platform = ports.platform();
     const int status = SonvaraApp::main(platform);

@@ -43,7 +43,7 @@ ObjcPtr<NSMenuItem> makeItem(MenuItem item)
                                                                  keyEquivalent:@""]);
     if (item.attributedTitle) [native.get() setAttributedTitle:attributed(*item.attributedTitle)];
     [native.get() setEnabled:(item.isEnabled ? YES : NO)];
-    [native.get() setState:(item.isChecked ? NSControlStateValueOn : NSControlStateValueOff)];
+    [native.get() setState:(item.isChecked.value_or(false) ? NSControlStateValueOn : NSControlStateValueOff)];
     if (item.action) {
         const auto target =
             ObjcPtr<SNVActionTarget>::adopt([[SNVActionTarget alloc] initWithAction:std::move(item.action)]);

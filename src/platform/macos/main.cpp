@@ -1,6 +1,7 @@
 // The program on macOS: one implementation of each port.
 #include "app/SonvaraApp.h"
 #include "platform/Platform.h"
+#include "platform/keeper/PatientVoice.h"
 #include "platform/keeper/ScriptVolumePrograms.h"
 #include "platform/keeper/VolumeKeeper.h"
 #include "platform/macos/AppleScriptRunner.h"
@@ -41,7 +42,8 @@ int main()
     PosixNoteStore loweredPlayers(supportFile("lowered-players"));
     VolumeKeeper scriptRunner(scripts, players, loweredPlayers);
     DistributedNotificationCenter notificationCenter;
-    AppleSpeechSynthesizer speechSynthesizer;
+    AppleSpeechSynthesizer speech;
+    PatientVoice voice(speech, globalQueue);
     CocoaUserDefaults userDefaults;
     UnifiedLog systemLog(SONVARA_IDENTIFIER);
     CocoaStatusBar statusBar;
@@ -50,10 +52,10 @@ int main()
     CocoaPasteboard pasteboard;
     ServiceLoginItem loginItem;
 
-    Platform platform{application,        mainQueue,         globalQueue,     clock,
-                      environment,        fileManager,       processLauncher, scriptRunner,
-                      notificationCenter, speechSynthesizer, userDefaults,    systemLog,
-                      statusBar,          imageRenderer,     windows,         pasteboard,
+    Platform platform{application,        mainQueue,     globalQueue,     clock,
+                      environment,        fileManager,   processLauncher, scriptRunner,
+                      notificationCenter, voice,         userDefaults,    systemLog,
+                      statusBar,          imageRenderer, windows,         pasteboard,
                       loginItem};
     application.onWillTerminate([&] {
         processLauncher.terminateAll();

@@ -1,4 +1,4 @@
-// The notes about lowered players, in a file of the user's.
+// A note in a file of the user's.
 #pragma once
 
 #include "platform/keeper/NoteStore.h"

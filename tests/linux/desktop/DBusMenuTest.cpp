@@ -74,6 +74,17 @@ TEST_F(DBusMenuTest, ShowsItemsInOrder)
     EXPECT_EQ(items[2].properties["toggle-state"], 1);
 }
 
+TEST_F(DBusMenuTest, ASwitchThatIsOffIsStillASwitch)
+{
+    auto mute = action("Mute", [] {});
+    mute.isChecked = false;
+    menu.setItems({mute, action("Quit", [] {})});
+    const auto items = layout().children;
+    EXPECT_EQ(items[0].properties["toggle-type"], "checkmark");
+    EXPECT_EQ(items[0].properties["toggle-state"], 0);
+    EXPECT_FALSE(items[1].properties.contains("toggle-type"));
+}
+
 TEST_F(DBusMenuTest, EscapesWhatAHostWouldRead)
 {
     EXPECT_EQ(dbusMenuLabel("A & B"), "A & B");
@@ -137,6 +148,7 @@ TEST_F(DBusMenuTest, AsksForNoUpdateWhenNothingChanged)
 TEST_F(DBusMenuTest, TellsOfChangedPropertiesAlone)
 {
     auto mute = action("Mute", [] {});
+    mute.isChecked = false;
     menu.setItems({text("Song 1"), mute});
     const QSignalSpy layouts(adaptor, &DBusMenu::LayoutUpdated);
     const QSignalSpy properties(adaptor, &DBusMenu::ItemsPropertiesUpdated);
@@ -147,8 +159,8 @@ TEST_F(DBusMenuTest, TellsOfChangedPropertiesAlone)
     const auto updated = properties[0][0].value<DBusMenuPropertiesList>();
     ASSERT_EQ(updated.size(), 2);
     EXPECT_EQ(updated[0].properties, (QVariantMap{{"label", "Song 2"}}));
-    EXPECT_EQ(updated[1].properties, (QVariantMap{{"toggle-type", "checkmark"}, {"toggle-state", 1}}));
-    mute.isChecked = false;
+    EXPECT_EQ(updated[1].properties, (QVariantMap{{"toggle-state", 1}}));
+    mute.isChecked.reset();
     menu.setItems({text("Song 2"), mute});
     const auto removed = properties[1][1].value<DBusMenuKeysList>();
     ASSERT_EQ(removed.size(), 1);

@@ -68,6 +68,7 @@ TEST_F(TrayMenuViewTest, ShowsStateAndSeparators)
     menu.setItems({mute, separator, text("Off")});
     const auto actions = view.widget().actions();
     EXPECT_TRUE(actions[0]->isChecked());
+    EXPECT_FALSE(actions[2]->isCheckable());
     EXPECT_TRUE(actions[1]->isSeparator());
     EXPECT_FALSE(actions[2]->isEnabled());
 }

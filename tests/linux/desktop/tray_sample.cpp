@@ -30,7 +30,8 @@ int main(int argc, char** argv)
         }
         MenuItem last;
         last.title = "Opened " + std::to_string(openings);
-        last.isEnabled = last.isChecked = true;
+        last.isEnabled = true;
+        last.isChecked = true;
         last.action = [title = last.title] {
             std::cout << title << std::endl;
             QApplication::exit(0);

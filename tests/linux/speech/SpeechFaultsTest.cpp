@@ -36,6 +36,8 @@ TEST_F(SpeechFaults, aLineCountsAsEndedWhenItsTimeIsOver)
     speak("two");
     EXPECT_EQ(ears->waitForEnds(2), "FF");
     EXPECT_EQ(server.lines(), (std::vector<std::string>{"one", "two"}));
+    ASSERT_EQ(log.messages().size(), 1U) << "it is told once and not for each line";
+    EXPECT_NE(log.messages()[0].pieces[0].text.find("is a sound server running?"), std::string::npos);
 }
 
 TEST_F(SpeechFaults, aDaemonThatDiesEndsTheLine)

@@ -110,7 +110,7 @@ QVariantMap dbusMenuProperties(const MenuItem& item)
     properties[QStringLiteral("visible")] = true;
     if (item.isChecked) {
         properties[QStringLiteral("toggle-type")] = QStringLiteral("checkmark");
-        properties[QStringLiteral("toggle-state")] = 1;
+        properties[QStringLiteral("toggle-state")] = *item.isChecked ? 1 : 0;
     }
     return properties;
 }

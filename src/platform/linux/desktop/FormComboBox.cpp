@@ -70,6 +70,9 @@ QAccessibleInterface* makeReader(const QString& className, QObject* object)
 FormComboBox::FormComboBox(QWidget* parent) : QComboBox(parent)
 {
     [[maybe_unused]] static const bool installed = (QAccessible::installFactory(makeReader), true);
+    // A closed list, too, tells a screen reader which choice is made.
+    connect(this, &QComboBox::currentIndexChanged, this,
+            [this](int index) { view()->setCurrentIndex(model()->index(index, modelColumn())); });
 }
 
 }  // namespace sonvara

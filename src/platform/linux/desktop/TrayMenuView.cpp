@@ -93,8 +93,8 @@ QAction* TrayMenuView::makeAction(const QtStatusMenu::Entry& entry)
     action->setSeparator(item.isSeparator);
     action->setText(withoutMnemonic(toQt(shownText(item).text)));
     action->setEnabled(item.isEnabled);
-    action->setCheckable(item.isChecked);
-    action->setChecked(item.isChecked);
+    action->setCheckable(item.isChecked.has_value());
+    action->setChecked(item.isChecked.value_or(false));
     connect(action, &QAction::triggered, &menu_, [menu = &menu_, id = entry.id] { menu->choose(id); });
     return action;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <system_error>
+#include <utility>
 
 namespace sonvara {
 
@@ -157,7 +158,10 @@ void SpeechQueue::hearOfCurrent(SessionEvent::Kind kind)
     // Another program's speech may come first, so the time to speak begins anew with the line itself.
     if (kind == Kind::accepted || kind == Kind::begun)
         current_->due = now() + longestTime(current_->line.text, times_.speaking);
-    if (kind == Kind::ended) end(&Delegate::didFinish);
+    if (kind == Kind::ended) {
+        overdueLogged_ = false;
+        end(&Delegate::didFinish);
+    }
     if (kind == Kind::cancelled) end(&Delegate::didCancel);
     startNext();
 }
@@ -171,7 +175,7 @@ void SpeechQueue::onSessionLost(const std::string& reason, bool mayTryAgain)
         current_->retried = true;
         return give();
     }
-    logOnce(reason);
+    logFailure(reason);
     end(&Delegate::didFinish);
     startNext();
 }
@@ -189,6 +193,7 @@ void SpeechQueue::checkTimes()
         const bool unsent = session_->holdsUnsentLine();
         onSessionLost("it does not answer", unsent && current_ && !current_->freshSession);
     } else if (current_ && current_->due <= time) {
+        logOverdueLine();
         session_->cancel();
         end(&Delegate::didFinish);
         startNext();
@@ -224,12 +229,20 @@ void SpeechQueue::report(void (Delegate::*ending)()) const
 }
 
 /// A daemon that is missing would otherwise fill the log, a message for each track.
-void SpeechQueue::logOnce(const std::string& reason)
+void SpeechQueue::logFailure(const std::string& reason)
 {
     if (failureLogged_) return;
     failureLogged_ = true;
     logger_.error(
         {{"No line can be spoken, because the speech daemon (speech-dispatcher) cannot be used: " + reason}});
+}
+
+/// Without a sound server the daemon begins a line and never comes to its end, which nothing else tells.
+void SpeechQueue::logOverdueLine()
+{
+    if (std::exchange(overdueLogged_, true)) return;
+    logger_.error(
+        {{"A line was given to the speech daemon and never came to its end: is a sound server running?"}});
 }
 
 }  // namespace sonvara

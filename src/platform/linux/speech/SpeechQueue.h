@@ -74,7 +74,8 @@ private:
 
     void end(void (SpeechSynthesizerDelegate::*ending)());
     void report(void (SpeechSynthesizerDelegate::*ending)()) const;
-    void logOnce(const std::string& reason);
+    void logFailure(const std::string& reason);
+    void logOverdueLine();
 
     const SpeechTimes times_;
     const Logger logger_;
@@ -91,6 +92,7 @@ private:
     SpeechdManner sessionManner_;
     SteadyTime idleSince_{};
     bool failureLogged_ = false;
+    bool overdueLogged_ = false;
     bool quitting_ = false;
 
     std::thread thread_;

@@ -1,0 +1,17 @@
+// The application's icon as windows and icon files show it.
+#pragma once
+
+#include "platform/Image.h"
+#include "platform/linux/desktop/StylePalette.h"
+
+#include <QIcon>
+
+namespace sonvara {
+
+/// The colours of the icon's drawing, which stands on a dark ground of its own.
+[[nodiscard]] RoleColors applicationIconColors();
+
+/// `drawing` in these colours, sharp at every size. Main thread.
+[[nodiscard]] QIcon applicationIcon(const Drawing& drawing);
+
+}  // namespace sonvara
