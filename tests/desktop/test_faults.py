@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Parts that fail, hang or vanish: the program goes on, and the player's volume comes back."""
 
+import glob
 import os
 import resource
 import signal
@@ -127,7 +128,7 @@ class Players(Trial):
         self.start_quickly()
         self.speak_with_lowered_player()
         self.program.send_signal(signal.SIGSTOP)
-        time.sleep(4)  # what the test is about
+        time.sleep(float(os.environ.get("SUSPENSION", 4)))  # what the test is about
         self.program.send_signal(signal.SIGCONT)
         self.player.wait_for_volume(VOLUME, limit=15)
         self.player.play("After the Rest")
@@ -158,6 +159,29 @@ class System(Trial):
         self.player.play("After")
         self.wait_for_line("After")
         self.player.wait_for_volume(VOLUME, limit=20)
+        self.end()
+
+    def test_a_clock_that_is_set_back_and_forward_by_a_day(self):
+        library = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")[0]
+        clock = os.path.join(self.desktop.folder, "clock")
+
+        def set_clock(offset):
+            with open(clock + ".new", "w", encoding="utf-8") as file:
+                file.write(offset + "\n")
+            os.rename(clock + ".new", clock)
+
+        set_clock("+0d")
+        self.start(QT_QPA_PLATFORM="offscreen", LD_PRELOAD=library, FAKETIME_TIMESTAMP_FILE=clock,
+                   FAKETIME_NO_CACHE="1", FAKETIME_DONT_FAKE_MONOTONIC="1")
+        for number, offset in enumerate(("+0d", "+1d", "-1d", "+0d")):
+            set_clock(offset)
+            title = f"Song {number}"
+            self.player.play(title)
+            self.player.wait_for_volume(LOWERED)
+            self.player.wait_for_volume(VOLUME, limit=20)
+            self.assertEqual(self.announced(title), 1)
+        with open(f"/proc/{self.program.pid}/maps", encoding="utf-8") as maps:
+            self.assertIn(library, maps.read(), "its clock was not the system's")
         self.end()
 
     def test_a_panel_that_is_restarted(self):

@@ -19,6 +19,18 @@ def script(body):
     return "claude", "#!/bin/sh\n# A stand-in of this test's own, not an AI.\n" + body
 
 
+# One that hangs with a child that holds its output, too.
+HANGING = script('sleep 300 &\necho $$ $! >"$HOME/tool.new" && mv "$HOME/tool.new" "$HOME/tool"\nwait\n')
+
+
+def tools_of(scenario):
+    """The ids of a hanging tool and its child, as soon as they run."""
+    note = os.path.join(scenario.desktop.env["HOME"], "tool")
+    wait_until("the tool", lambda: os.path.exists(note))
+    with open(note, encoding="utf-8") as file:
+        return [int(pid) for pid in file.read().split()]
+
+
 def runs(pid):
     try:
         with open(f"/proc/{pid}/stat", encoding="utf-8") as file:
@@ -64,20 +76,16 @@ class Tools(unittest.TestCase):
             self.assertIn("ERROR: claude CLI not found in /opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin", log)
 
     def test_quitting_ends_a_tool_and_what_it_has_started_within_a_second(self):
-        hanging = script('sleep 300 &\necho $$ $! >"$HOME/tool.new" && mv "$HOME/tool.new" "$HOME/tool"\nwait\n')
-        with Scenario(hanging, WITH_AI) as scenario:
+        with Scenario(HANGING, WITH_AI) as scenario:
             scenario.play("audacious", [FIRST])
-            note = os.path.join(scenario.desktop.env["HOME"], "tool")
-            wait_until("the tool", lambda: os.path.exists(note))
-            with open(note, encoding="utf-8") as file:
-                tools = [int(pid) for pid in file.read().split()]
+            tools = tools_of(scenario)
             self.assertTrue(all(runs(pid) for pid in tools))
             scenario.tray.choose("Quit")
             self.assertEqual(scenario.program.wait(1), 0)
             wait_until("the end of the tool", lambda: not any(runs(pid) for pid in tools), 1)
 
     def test_a_tool_that_hangs_is_stopped_after_twenty_five_seconds(self):
-        with Scenario(script("exec sleep 60\n"), WITH_AI) as scenario:
+        with Scenario(HANGING, WITH_AI) as scenario:
             scenario.play("audacious", [FIRST])
             wait_until("the first track in the menu", lambda: FIRST.title in scenario.tray.now_playing())
             begin = time.monotonic()
@@ -86,6 +94,7 @@ class Tools(unittest.TestCase):
             self.assertGreater(took, 24)
             self.assertLess(took, 28)
             self.assertIn("ERROR: claude exited 143", self._log_after_the_line(scenario))
+            self.assertFalse(any(runs(pid) for pid in tools_of(scenario)), "nor is anything left that it started")
 
 
 if __name__ == "__main__":

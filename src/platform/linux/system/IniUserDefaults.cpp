@@ -63,6 +63,7 @@ IniUserDefaults::Values IniUserDefaults::read() const
 {
     Values values;
     for (const auto& key : settings_.allKeys()) {
+        if (key.isEmpty()) continue;  // a damaged file may hold one, and nobody can ask for it
         const auto value = settings_.value(key);
         if (!value.isValid()) continue;
         auto& entry = values[key.toStdString()];
