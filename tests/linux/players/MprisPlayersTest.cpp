@@ -23,6 +23,24 @@ TEST_F(MprisPlayersTest, WhatPlaysAtTheStartIsToldByTheFirstPollAndNotPosted)
     EXPECT_EQ(postsUntil(1), Posts{"Music Playing Two/Artist/Album"});
 }
 
+TEST_F(MprisPlayersTest, APollAtANotificationKnowsWhatIsNotified)
+{
+    start();
+    auto player = makePlayer({"rhythmbox"});
+    player.play("One");
+    postsUntil(1);
+    player.play("Two");  // from here on it is known to tell of its tracks, and is not asked
+    postsUntil(2);
+    std::vector<std::string> polls;
+    const auto handle =
+        players->notificationCenter().addObserver("com.apple.Music.playerInfo", [&](const auto&) {
+            polls.push_back(players->scriptRunner().run(musicPollScript()).text.value_or(""));
+        });
+    player.play("Three");
+    postsUntil(3);
+    EXPECT_EQ(polls, std::vector<std::string>{"Three||Artist||Album||true||false"});
+}
+
 TEST_F(MprisPlayersTest, APlayerThatLeavesIsReportedAsStopped)
 {
     start();

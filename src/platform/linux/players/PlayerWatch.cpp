@@ -201,6 +201,7 @@ void PlayerWatch::takeState(const std::string& owner, const QVariantList& answer
 void PlayerWatch::update()
 {
     if (!begun_) begin();
+    publish();  // before any notification: whoever hears it polls at once, on another thread
     if (begun_) {
         const std::array kinds{PlayerKind::music, PlayerKind::spotify};
         for (std::size_t i = 0; i < kinds.size(); ++i)
@@ -208,7 +209,6 @@ void PlayerWatch::update()
                 post_(*notification);
     }
     setTimer();
-    publish();
     answerWaiting();
 }
 
