@@ -150,5 +150,17 @@ TEST(Uuid, IsRandomAndOfVersionFour)
     EXPECT_EQ(seen.size(), 100U);
 }
 
+TEST(Uuid, EveryOtherPlaceVaries)
+{
+    const auto first = makeUuid();
+    std::string varied(first.size(), '-');
+    for (int i = 0; i < 100; ++i) {
+        const auto uuid = makeUuid();
+        for (std::size_t place = 0; place < uuid.size(); ++place)
+            if (uuid[place] != first[place]) varied[place] = 'x';
+    }
+    EXPECT_EQ(varied, "xxxxxxxx-xxxx--xxx-xxxx-xxxxxxxxxxxx");
+}
+
 }  // namespace
 }  // namespace sonvara
