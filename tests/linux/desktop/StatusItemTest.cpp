@@ -2,11 +2,13 @@
 
 #include "EventLoop.h"
 #include "FakeWatcher.h"
+#include "MenuItems.h"
 #include "platform/linux/desktop/QtImageRenderer.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
+#include <QMenu>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -28,6 +30,15 @@ QColor middle(const NotifierImage& image)
 Drawing disc(ColorRole role, bool isTemplate)
 {
     return {18, 18, isTemplate, {FillOval{{2, 2, 14, 14}, {role, 1}}}};
+}
+
+/// The titles in the menu of our own that is open; empty when there is none.
+QStringList ownMenu()
+{
+    QStringList titles;
+    if (const auto* open = qobject_cast<QMenu*>(QApplication::activePopupWidget()))
+        for (const auto* each : open->actions()) titles.append(each->text());
+    return titles;
 }
 
 class StatusItemTest : public testing::Test {
@@ -142,6 +153,22 @@ TEST_F(StatusItemTest, ShowsASymbol)
     const auto picture = watcher->pictures().last();
     EXPECT_GT(std::count_if(picture.pixels.begin(), picture.pixels.end(), [](char c) { return c != 0; }),
               1000);
+}
+
+TEST_F(StatusItemTest, DrawsItsMenuForAHostThatDoesNot)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    menu->setItems({text("Song 1"), action("Quit", [] {})});
+    ASSERT_TRUE(isRegistered(1));
+    for (const auto* method : {"Activate", "ContextMenu"}) {
+        watcher->call("org.kde.StatusNotifierItem", method, {10, 10});
+        EXPECT_EQ(ownMenu(), QStringList({"Song 1", "Quit"})) << method;
+        menu->setItems({text("Song 2"), action("Quit", [] {})});
+        EXPECT_EQ(ownMenu(), QStringList({"Song 2", "Quit"})) << method;
+        QApplication::activePopupWidget()->close();
+        menu->setItems({text("Song 1"), action("Quit", [] {})});
+    }
 }
 
 TEST_F(StatusItemTest, LeavesTheTrayWhenItIsHiddenOrDropped)

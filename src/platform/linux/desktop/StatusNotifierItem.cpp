@@ -35,12 +35,12 @@ QString serviceName()
 
 StatusNotifierItem::StatusNotifierItem(Pictures pictures, QtStatusMenu* menu)
     : pictures_(std::move(pictures)),
+      menu_(menu),
       bus_(newConnection())
 {
     registerNotifierTypes();
     new StatusNotifierAdaptor(*this);
     if (menu != nullptr) {
-        ownMenu_ = std::make_unique<TrayMenuView>(*menu);
         new DBusMenu(*menu, &menuObject_);
         bus_.registerObject(menuPath, &menuObject_);
     }
@@ -71,7 +71,10 @@ void StatusNotifierItem::updateIcon()
 
 void StatusNotifierItem::popUp(int x, int y)
 {
-    if (ownMenu_) ownMenu_->popUp(QPoint(x, y));
+    if (menu_ == nullptr) return;
+    // Made anew with every change of the items, which nobody sees where the host draws the menu.
+    if (!ownMenu_) ownMenu_ = std::make_unique<TrayMenuView>(*menu_);
+    ownMenu_->popUp(QPoint(x, y));
 }
 
 StatusNotifierAdaptor::StatusNotifierAdaptor(StatusNotifierItem& item)

@@ -42,7 +42,8 @@ private:
     void enroll(const QString& service);
 
     Pictures pictures_;
-    std::unique_ptr<TrayMenuView> ownMenu_;
+    QtStatusMenu* const menu_;
+    std::unique_ptr<TrayMenuView> ownMenu_;  ///< from the first time that the host asks for it
     QObject menuObject_;
     QDBusConnection bus_;
 };
