@@ -146,6 +146,18 @@ TEST(WorkerPool, IdleWorkersLeaveAfterAQuietWhileButTheLast)
     EXPECT_GE(pool.threadCount(), 1U);
 }
 
+TEST(WorkerPool, IdleWorkersLeaveAlsoWhileTheOthersAreNeededNowAndThen)
+{
+    WorkerPool pool(20ms);
+    Gate gate;
+    for (int i = 0; i < 3; ++i) pool.post(QualityOfService::userInitiated, gate.blockedTask());
+    gate.waitUntilEntered(3);
+    gate.open();
+    // Far more often than the quiet while: each worker gets its turn again and again.
+    while (pool.threadCount() > 1) runAndWait(pool, QualityOfService::utility);
+    EXPECT_EQ(pool.threadCount(), 1U);
+}
+
 TEST(WorkerPool, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
 {
     auto gate = std::make_shared<Gate>();

@@ -62,7 +62,7 @@ void Workers::work()
         Task task = std::move(lane.waiting.front());
         lane.waiting.pop_front();
         ++lane.running;
-        --idle_;
+        if (--idle_ == 0) allBusy_ = std::chrono::steady_clock::now();
         lock.unlock();
         task();
         task = nullptr;  // what it holds may be freed here, but not under the lock
@@ -81,6 +81,8 @@ bool Workers::waitForWork(std::unique_lock<std::mutex>& lock)
     const auto isWanted = [this] { return isShutDown_ || nextLane() != nullptr; };
     while (!isWanted()) {
         if (idle_ > idleLimit) return false;
+        // Each gets its turn in time, even if one could do all the work.
+        if (idle_ > 1 && std::chrono::steady_clock::now() - allBusy_ >= quietWhile_) return false;
         if (idle_ == 1)
             workArrived_.wait(lock);
         else if (!workArrived_.wait_for(lock, quietWhile_, isWanted) && idle_ > 1)

@@ -17,7 +17,7 @@ namespace sonvara {
 /// its owner.
 class Workers : public std::enable_shared_from_this<Workers> {
 public:
-    /// An idle thread leaves after `quietWhile`.
+    /// Of several idle threads one leaves when they have not all been busy for `quietWhile`.
     explicit Workers(std::chrono::milliseconds quietWhile) : quietWhile_(quietWhile) {}
 
     void post(QualityOfService quality, Task task);
@@ -48,6 +48,7 @@ private:
     std::array<Lane, 3> lanes_{Lane{64}, Lane{16}, Lane{16}};  // by quality of service, most urgent first
     std::size_t threads_ = 0;
     std::size_t idle_ = 0;  // threads that run no task, with those that have only just been started
+    std::chrono::steady_clock::time_point allBusy_{};  // when no thread was idle, last
     bool isShutDown_ = false;
 };
 
