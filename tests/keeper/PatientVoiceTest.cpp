@@ -84,6 +84,13 @@ TEST_F(PatientVoiceTest, LinesThatWaitEndWithTheirOwnEnds)
     EXPECT_THAT(listener->heard, ElementsAre("finished", "cancelled"));
 }
 
+TEST_F(PatientVoiceTest, ALineDoesNotWaitForItsSecondToBeginToCount)
+{
+    voice.onSpeak = [this](const std::string&) { EXPECT_EQ(time.pendingWork(), 0U); };
+    speak("one");
+    EXPECT_EQ(time.pendingWork(), 1U);
+}
+
 TEST_F(PatientVoiceTest, NobodyNeedListen)
 {
     speak("one");

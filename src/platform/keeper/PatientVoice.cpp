@@ -97,9 +97,9 @@ void PatientVoice::setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate
 void PatientVoice::speak(SpeechUtterance utterance)
 {
     const auto number = endings_->add();
+    voice_.speak(std::move(utterance));  // first: the wait may need a thread to be started
     queue_.postAfter(QualityOfService::standard, earliestEnd,
                      [endings = endings_, number] { endings->ripen(number); });
-    voice_.speak(std::move(utterance));
 }
 
 }  // namespace sonvara
