@@ -179,9 +179,11 @@ void SpeechdSession::Worker::tell(SessionEvent event) const
 
 void SpeechdSession::Worker::push(Command command)
 {
-    const std::lock_guard lock(mutex_);
-    commands_.push_back(std::move(command));
-    if (!waitingSince_) waitingSince_ = now();
+    {
+        const std::lock_guard lock(mutex_);
+        commands_.push_back(std::move(command));
+        if (!waitingSince_) waitingSince_ = now();
+    }
     changed_.notify_all();
 }
 

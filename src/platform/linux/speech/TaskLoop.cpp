@@ -30,8 +30,10 @@ TaskLoop::TaskLoop() : wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 
 void TaskLoop::post(Task task)
 {
-    const std::lock_guard lock(mutex_);
-    tasks_.push_back(std::move(task));
+    {
+        const std::lock_guard lock(mutex_);
+        tasks_.push_back(std::move(task));
+    }
     // Fails only when the counter is full, and then the reader is awake anyway.
     [[maybe_unused]] const int ignored = ::eventfd_write(wake_.get(), 1);
 }

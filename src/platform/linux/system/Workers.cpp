@@ -34,13 +34,12 @@ Workers::Lane* Workers::nextLane()
 
 void Workers::post(QualityOfService quality, Task task)
 {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (isShutDown_) return;
     lanes_[static_cast<std::size_t>(quality)].waiting.push_back(std::move(task));
-    if (idle_ >= runnable())
-        workArrived_.notify_one();
-    else
-        startThread();
+    if (idle_ < runnable()) return startThread();
+    lock.unlock();  // else the worker that wakes would have to wait for it
+    workArrived_.notify_one();
 }
 
 void Workers::startThread()
