@@ -8,6 +8,7 @@ import json
 import os
 import subprocess
 import sys
+import time
 
 if __name__ == "__main__":
     sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -17,7 +18,6 @@ from gi.repository import Gio, GLib
 from desktop.dbus import Remote, connect
 from desktop.processes import wait_until
 
-NAME = "org.mpris.MediaPlayer2.scripted"
 _PATH = "/org/mpris/MediaPlayer2"
 _ROOT = "org.mpris.MediaPlayer2"
 _PLAYER = "org.mpris.MediaPlayer2.Player"
@@ -33,16 +33,18 @@ _DESCRIPTION = f"""<node><interface name="{_PROPERTIES}">
 class ScriptedPlayer:
     """Starts such a player and tells it what to do; its volume is read and set over the bus, as by any program."""
 
-    def __init__(self, desktop, volume=100):
-        self._remote = Remote(desktop.bus, NAME, _PATH)
+    def __init__(self, desktop, volume=100, name="scripted"):
+        bus_name = f"{_ROOT}.{name}"
+        self._remote = Remote(desktop.bus, bus_name, _PATH)
         self.process = desktop.start(
-            "scripted-player", [sys.executable, "-B", os.path.abspath(__file__), str(volume)],
+            "scripted-player", [sys.executable, "-B", os.path.abspath(__file__), str(volume), bus_name],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self._await_answer()
 
     def play(self, title, artist="Artist", album=""):
-        """A new track. Without an album, each has one of its own, so that it is worth an announcement."""
-        self._command("play", title, artist, album or f"Album of {title[:100]}")
+        """A new track; returns when it was told (monotonic clock). Without an album, each has one of its own, so that
+        it is worth an announcement."""
+        return self._command("play", title, artist, album or f"Album of {title[:100]}")
 
     def pause(self):
         self._command("pause")
@@ -89,18 +91,20 @@ class ScriptedPlayer:
 class _Service:
     """The player's side of the bus."""
 
-    def __init__(self, volume):
+    def __init__(self, volume, bus_name):
         self._bus = connect(os.environ["DBUS_SESSION_BUS_ADDRESS"])
         self._values = {"PlaybackStatus": GLib.Variant("s", "Stopped"), "Metadata": GLib.Variant("a{sv}", {}),
-                        "Volume": GLib.Variant("d", volume / 100)}
+                        "Volume": GLib.Variant("d", volume / 100),
+                        # Without these, command-line remote controls leave a player alone.
+                        "CanControl": GLib.Variant("b", True), "CanPlay": GLib.Variant("b", True)}
         self._volumes = []
         interface, = Gio.DBusNodeInfo.new_for_xml(_DESCRIPTION).interfaces
         self._bus.register_object(_PATH, interface, self._answer, None, None)
         self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-                            GLib.Variant("(su)", (NAME, 0)), None, Gio.DBusCallFlags.NONE, 5000, None)
+                            GLib.Variant("(su)", (bus_name, 0)), None, Gio.DBusCallFlags.NONE, 5000, None)
 
     def play(self, title, artist, album):
-        self._change(self._track(title, artist, album))
+        return self._change(self._track(title, artist, album))
 
     def pause(self):
         self._change({"PlaybackStatus": GLib.Variant("s", "Paused")})
@@ -125,7 +129,10 @@ class _Service:
 
     def _change(self, values):
         self._values.update(values)
-        self._emit(self._changed(values))
+        changed = self._changed(values)
+        told = time.monotonic()
+        self._emit(changed)
+        return told
 
     @staticmethod
     def _changed(values):
@@ -151,8 +158,8 @@ class _Service:
             self._emit(self._changed({name: values[name]}))
 
 
-def _main(volume):
-    service = _Service(volume)
+def _main(volume, bus_name):
+    service = _Service(volume, bus_name)
     loop = GLib.MainLoop()
     print(json.dumps("ready"), flush=True)
 
@@ -170,4 +177,4 @@ def _main(volume):
 
 
 if __name__ == "__main__":
-    _main(int(sys.argv[1]))
+    _main(int(sys.argv[1]), sys.argv[2])

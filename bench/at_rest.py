@@ -1,0 +1,81 @@
+"""(3) Memory while a player plays, and (4) processor time and wake-ups while nothing changes."""
+
+import time
+
+from desktop.processes import private_memory
+from desktop.scripted_player import ScriptedPlayer
+from desktop.tray import TrayItem
+
+from contenders import BARE_TRAY, PLAYERCTL, SONVARA, Running
+from process_figures import WakeUps, processor_time, proportional_memory
+from report import Row, mebibytes, percent, times
+from speech_server import SpeechServer
+
+SETTLING = 15  # seconds after the last track: lines end, volumes come back, idle workers leave
+
+MEMORY_TITLE = "Memory while a player plays"
+REST_TITLE = "Processor and wake-ups while two players play and nothing changes"
+
+
+def measure_memory(desktop, _scale):
+    speech = SpeechServer(desktop.folder)
+    found = {}
+    for command in (SONVARA, BARE_TRAY):  # never both: pages that they share would count half
+        with Running(desktop, command, speech) as program:
+            found[command] = memory_with_players(desktop, program, speech, 1)
+    kinds = "private (written, and shared with nobody)", "proportional (PSS)"
+    return [Row(kind, f"{mebibytes(ours)} ({times(ours / beside)})", f"{mebibytes(beside)} bare Qt tray program",
+                "at most 1.3 times", ours <= 1.3 * beside)
+            for kind, ours, beside in zip(kinds, found[SONVARA], found[BARE_TRAY])]
+
+
+def memory_with_players(desktop, program, speech, count):
+    TrayItem(desktop, program.pid)
+    players = start_players(desktop, speech, count)
+    figures = private_memory(program.pid), proportional_memory(program.pid)
+    leave(players)
+    return figures
+
+
+def measure_rest(desktop, scale):
+    speech = SpeechServer(desktop.folder)
+    seconds = round(300 * scale)
+    with Running(desktop, SONVARA, speech) as sonvara, Running(desktop, PLAYERCTL) as playerctl:
+        TrayItem(desktop, sonvara.pid)
+        players = start_players(desktop, speech, 2)
+        ours, beside = rest((sonvara.pid, playerctl.pid), seconds)
+        leave(players)
+    peer = "playerctl --follow"
+    return [Row(f"processor time, share of one core over {seconds} s", percent(ours[0]), f"{percent(beside[0])} {peer}",
+                "at most 0.05 %", ours[0] <= 0.0005),
+            Row("wake-ups a second, all threads", f"{ours[1]:.2f}", f"{beside[1]:.2f} {peer}", "at most 1",
+                round(ours[1], 2) <= 1)]
+
+
+def start_players(desktop, speech, count):
+    """`count` players that play; each has told of a change of tracks. The first is the Spotify client when there are
+    several, so that both kinds of player are there."""
+    names = ["one"] if count == 1 else ["spotify", *(f"player{number}" for number in range(1, count))]
+    players = [ScriptedPlayer(desktop, name=name) for name in names]
+    for number, player in enumerate(players):
+        for track in ("First", "Second", "Third"):
+            player.play(f"{track} Song of {number}")
+            time.sleep(0.1)  # further apart than a few tracks at once, which would be told late
+    time.sleep(SETTLING)
+    speech.take_lines()
+    return players
+
+
+def rest(pids, seconds):
+    """For each process (share of one core, wake-ups a second) over that time."""
+    before = [(processor_time(pid), WakeUps(pid)) for pid in pids]
+    began = time.monotonic()
+    time.sleep(seconds)
+    used = [(processor_time(pid) - seen[0], seen[1].stop()) for pid, seen in zip(pids, before)]
+    passed = time.monotonic() - began
+    return [(cpu / passed, waits / passed) for cpu, waits in used]
+
+
+def leave(players):
+    for player in players:
+        player.leave()
