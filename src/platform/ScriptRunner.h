@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace sonvara {
 
@@ -13,6 +14,19 @@ struct ScriptResult {
     std::optional<std::string> error;  ///< why the execution failed
     std::optional<std::string> text;   ///< the result as a text, if it has such a form
     std::int32_t integer = 0;          ///< the result as a number; 0 if it is none
+
+    static ScriptResult ofText(std::string text)
+    {
+        ScriptResult result;
+        result.text = std::move(text);
+        return result;
+    }
+    static ScriptResult ofError(std::string error)
+    {
+        ScriptResult result;
+        result.error = std::move(error);
+        return result;
+    }
 };
 
 /// Runs the script texts with which the system asks the players what they play and reads and sets

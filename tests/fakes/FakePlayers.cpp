@@ -3,23 +3,6 @@
 #include "support/PlayerScripts.h"
 
 namespace sonvara::test {
-namespace {
-
-ScriptResult textResult(std::string text)
-{
-    ScriptResult result;
-    result.text = std::move(text);
-    return result;
-}
-
-ScriptResult errorResult(std::string error)
-{
-    ScriptResult result;
-    result.error = std::move(error);
-    return result;
-}
-
-}  // namespace
 
 ScriptResult FakePlayers::run(const std::string& source)
 {
@@ -32,18 +15,18 @@ ScriptResult FakePlayers::run(const std::string& source)
     if (auto result = volumeCommand("Music", music, source)) return *result;
     if (auto result = volumeCommand("Spotify", spotify, source)) return *result;
     ADD_FAILURE() << "unknown script: " << source;
-    return errorResult("unknown script");
+    return ScriptResult::ofError("unknown script");
 }
 
 ScriptResult FakePlayers::poll(const Player& player, bool hasLoved)
 {
     if (player.pollResult) return *player.pollResult;
-    if (!player.isRunning) return textResult("notrunning");
-    if (player.title.empty()) return textResult("error");
+    if (!player.isRunning) return ScriptResult::ofText("notrunning");
+    if (player.title.empty()) return ScriptResult::ofText("error");
     auto text = player.title + "||" + player.artist + "||" + player.album + "||";
     text += player.isPlaying ? "true" : "false";
     if (hasLoved) text += player.isLoved ? "||true" : "||false";
-    return textResult(text);
+    return ScriptResult::ofText(text);
 }
 
 std::optional<ScriptResult> FakePlayers::volumeCommand(const std::string& name, Player& player,
@@ -53,7 +36,7 @@ std::optional<ScriptResult> FakePlayers::volumeCommand(const std::string& name, 
     if (source == tell + "get sound volume") {
         volumeCommands.push_back(name + "?");
         if (player.volumeReadResult) return player.volumeReadResult;
-        auto result = textResult(std::to_string(player.volume));
+        auto result = ScriptResult::ofText(std::to_string(player.volume));
         result.integer = player.volume;
         return result;
     }

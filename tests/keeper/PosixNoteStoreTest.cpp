@@ -1,14 +1,14 @@
 // The notes' file.
 #include "platform/posix/PosixNoteStore.h"
 
-#include "posix/TemporaryFolder.h"
+#include "helpers/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 class PosixNoteStoreTest : public testing::Test {
@@ -69,4 +69,4 @@ TEST_F(PosixNoteStoreTest, AHugeFileIsReadInPartOnly)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

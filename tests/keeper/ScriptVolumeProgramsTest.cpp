@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 struct Recorder : ScriptRunner {
@@ -48,4 +48,4 @@ TEST(ScriptVolumeProgramsTest, NoAnswerIsNoVolume)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 TEST(VolumeNotesTest, WhatIsFormattedIsParsed)
@@ -47,4 +47,4 @@ TEST(VolumeNotesTest, TooManyNotesAreRefused)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -1,7 +1,7 @@
 #include "platform/posix/PosixChildProcess.h"
 #include "platform/posix/PosixProcessLauncher.h"
 
-#include "TemporaryFolder.h"
+#include "helpers/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -289,4 +289,4 @@ TEST_F(PosixChildProcessTest, ADroppedChildLeavesNoZombie)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -2,7 +2,7 @@
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFileManager.h"
 
-#include "TemporaryFolder.h"
+#include "helpers/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -10,7 +10,7 @@
 #include <optional>
 #include <unistd.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -153,4 +153,4 @@ TEST(PosixClock, NowIsTheSystemsTime)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -82,4 +82,4 @@ TEST(ProcessSetupDeathTest, TheEnvironmentIsCompletedButNotOverruled)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

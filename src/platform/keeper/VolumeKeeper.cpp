@@ -74,11 +74,7 @@ ScriptResult VolumeKeeper::set(const VolumeCommand& command, const std::string& 
 {
     const auto program = programs_.programOf(command.player);
     if (!program) return scripts_.run(source);
-    if (!noteBefore(*program, *command.volume)) {
-        ScriptResult refused;
-        refused.error = "the program is ending";
-        return refused;
-    }
+    if (!noteBefore(*program, *command.volume)) return ScriptResult::ofError("the program is ending");
     auto result = scripts_.run(source);
     settleAfter(*program, *command.volume, result.created && !result.error);
     return result;

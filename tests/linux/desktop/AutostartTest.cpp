@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -120,4 +120,4 @@ INSTANTIATE_TEST_SUITE_P(Names, AutostartPathTest,
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

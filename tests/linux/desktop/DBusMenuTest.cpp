@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/DBusMenu.h"
 
-#include "EventLoop.h"
 #include "MenuItems.h"
+#include "helpers/EventLoop.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -9,7 +9,7 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -33,7 +33,7 @@ protected:
                                                        "com.canonical.dbusmenu", method);
         question.setArguments(arguments);
         QDBusPendingCallWatcher answer(host.asyncCall(question));
-        EXPECT_TRUE(runUntil([&] { return answer.isFinished(); }));
+        EXPECT_TRUE(eventually([&] { return answer.isFinished(); }));
         EXPECT_FALSE(answer.isError()) << answer.error().message().toStdString();
         return answer.reply();
     }
@@ -191,4 +191,4 @@ TEST_F(DBusMenuTest, GivesSingleProperties)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

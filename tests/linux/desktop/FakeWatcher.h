@@ -1,7 +1,7 @@
 // A tray host of the StatusNotifier kind, as far as items see it.
 #pragma once
 
-#include "EventLoop.h"
+#include "helpers/EventLoop.h"
 #include "platform/linux/desktop/StatusNotifierTypes.h"
 
 #include <QDBusConnection>
@@ -11,7 +11,7 @@
 #include <QDBusVirtualObject>
 #include <QStringList>
 
-namespace sonvara {
+namespace sonvara::test {
 
 /// Owns the watcher's name as long as it lives and remembers what registers.
 class FakeWatcher final : public QDBusVirtualObject {
@@ -38,7 +38,7 @@ public:
             QDBusMessage::createMethodCall(items.last(), "/StatusNotifierItem", interface, method);
         question.setArguments(arguments);
         QDBusPendingCallWatcher answer(bus.asyncCall(question));
-        runUntil([&] { return answer.isFinished(); });
+        eventually([&] { return answer.isFinished(); });
         return answer.reply();
     }
 
@@ -57,4 +57,4 @@ public:
     QStringList items;
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/FormWidget.h"
 
-#include "EventLoop.h"
 #include "SampleForm.h"
+#include "helpers/EventLoop.h"
 #include "platform/linux/desktop/FormComboBox.h"
 #include "platform/linux/desktop/LogDialog.h"
 #include "platform/linux/desktop/StylePalette.h"
@@ -14,7 +14,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -154,7 +154,7 @@ TEST_F(FormWidgetTest, GrowsWithALargerFont)
     auto large = before;
     large.setPointSizeF(before.pointSizeF() * 3);
     QApplication::setFont(large);
-    EXPECT_TRUE(runUntil([this] { return widget.sizeHint().height() > 420; }));
+    EXPECT_TRUE(eventually([this] { return widget.sizeHint().height() > 420; }));
     EXPECT_EQ(widget.sizeHint().width(), 420);
     QApplication::setFont(before);
 }
@@ -174,4 +174,4 @@ TEST_F(FormWidgetTest, FollowsTheTheme)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/LogDialog.h"
 
-#include "EventLoop.h"
 #include "SampleForm.h"
+#include "helpers/EventLoop.h"
 #include "platform/linux/desktop/LogListView.h"
 #include "platform/linux/desktop/LogMessageView.h"
 
@@ -12,7 +12,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -185,4 +185,4 @@ TEST_F(LogDialogTest, PressesItsButtons)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

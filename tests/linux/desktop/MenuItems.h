@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-namespace sonvara {
+namespace sonvara::test {
 
 inline MenuItem action(const std::string& title, std::function<void()> run, bool isEnabled = true)
 {
@@ -25,4 +25,4 @@ inline MenuItem text(const std::string& title)
     return item;
 }
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -38,4 +38,4 @@ TEST(Mnemonics, ShowsEveryTitleAsItIs)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

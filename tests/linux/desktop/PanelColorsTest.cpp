@@ -1,6 +1,6 @@
 #include "platform/linux/desktop/PanelColors.h"
 
-#include "EventLoop.h"
+#include "helpers/EventLoop.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -8,7 +8,7 @@
 #include <QDBusVirtualObject>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -71,13 +71,13 @@ TEST(PanelColors, FollowTheDesktopsPreference)
 {
     FakeSettings settings(portal, portalPath, QVariant::fromValue(QDBusVariant(1U)));
     const PanelColors panel;
-    EXPECT_TRUE(runUntil([&] { return isLight(panel); }));
+    EXPECT_TRUE(eventually([&] { return isLight(panel); }));
     settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
                   "color-scheme", 2U);
-    EXPECT_TRUE(runUntil([&] { return !isLight(panel); }));
+    EXPECT_TRUE(eventually([&] { return !isLight(panel); }));
     settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
                   "color-scheme", 1U);
-    EXPECT_TRUE(runUntil([&] { return isLight(panel); }));
+    EXPECT_TRUE(eventually([&] { return isLight(panel); }));
 }
 
 TEST(PanelColors, KnowTheDarkPanelOfXfce)
@@ -85,7 +85,7 @@ TEST(PanelColors, KnowTheDarkPanelOfXfce)
     const FakeSettings settings("org.xfce.Xfconf", "/org/xfce/Xfconf", true);
     const PanelColors panel;
     EXPECT_FALSE(isLight(panel)) << "not known yet";
-    EXPECT_TRUE(runUntil([&] { return isLight(panel); }));
+    EXPECT_TRUE(eventually([&] { return isLight(panel); }));
 }
 
 TEST(PanelColors, KnowTheBarOfGnome)
@@ -98,4 +98,4 @@ TEST(PanelColors, KnowTheBarOfGnome)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

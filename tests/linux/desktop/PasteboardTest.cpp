@@ -5,7 +5,7 @@
 #include <QMimeData>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -25,4 +25,4 @@ TEST(Pasteboard, ReplacesContentsOfEveryType)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

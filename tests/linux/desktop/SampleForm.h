@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 struct SampleForm {
     bool isOn = true;
@@ -82,4 +82,4 @@ struct SampleForm {
     }
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

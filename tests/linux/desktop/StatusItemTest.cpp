@@ -1,8 +1,8 @@
 #include "platform/linux/desktop/QtStatusBar.h"
 
-#include "EventLoop.h"
 #include "FakeWatcher.h"
 #include "MenuItems.h"
+#include "helpers/EventLoop.h"
 #include "platform/linux/desktop/QtImageRenderer.h"
 
 #include <QApplication>
@@ -13,7 +13,7 @@
 
 #include <memory>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -58,7 +58,7 @@ protected:
 
     bool isRegistered(qsizetype times)
     {
-        return runUntil([&] { return watcher->items.size() == times; });
+        return eventually([&] { return watcher->items.size() == times; });
     }
 
     bool isTrayMissing = false;
@@ -84,7 +84,7 @@ TEST_F(StatusItemTest, WaitsForAWatcherThatComesLater)
 {
     start();
     EXPECT_FALSE(bar->trayAvailable());
-    ASSERT_TRUE(runUntil([this] { return isTrayMissing; }));
+    ASSERT_TRUE(eventually([this] { return isTrayMissing; }));
     watcher = std::make_unique<FakeWatcher>();
     ASSERT_TRUE(isRegistered(1));
     EXPECT_TRUE(bar->trayAvailable());
@@ -96,7 +96,7 @@ TEST_F(StatusItemTest, RegistersAnewWhenTheWatcherComesBack)
     start();
     ASSERT_TRUE(isRegistered(1));
     watcher.reset();
-    ASSERT_TRUE(runUntil([this] { return !bar->trayAvailable(); }));
+    ASSERT_TRUE(eventually([this] { return !bar->trayAvailable(); }));
     watcher = std::make_unique<FakeWatcher>();
     ASSERT_TRUE(isRegistered(1));
     show(ColorRole::systemGreen, false);
@@ -108,7 +108,7 @@ TEST_F(StatusItemTest, DoesNotMissATrayThatIsThere)
     watcher = std::make_unique<FakeWatcher>();
     start();
     const auto later = std::chrono::steady_clock::now() + 200ms;
-    runUntil([&] { return std::chrono::steady_clock::now() > later; });
+    eventually([&] { return std::chrono::steady_clock::now() > later; });
     EXPECT_FALSE(isTrayMissing);
 }
 
@@ -181,14 +181,14 @@ TEST_F(StatusItemTest, LeavesTheTrayWhenItIsHiddenOrDropped)
     };
     EXPECT_TRUE(isThere());
     item->setVisible(false);
-    EXPECT_TRUE(runUntil([&] { return !isThere(); }));
+    EXPECT_TRUE(eventually([&] { return !isThere(); }));
     item->setVisible(true);
     ASSERT_TRUE(isRegistered(2));
     EXPECT_TRUE(isThere());
     item.reset();
-    EXPECT_TRUE(runUntil([&] { return !isThere(); }));
+    EXPECT_TRUE(eventually([&] { return !isThere(); }));
 }
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

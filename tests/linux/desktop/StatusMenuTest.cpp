@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -69,4 +69,4 @@ TEST(StatusMenu, TellsThatItOpensUntilTheHandleIsDropped)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -50,4 +50,4 @@ TEST(SymbolIcons, TakeTheirColor)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -1,14 +1,14 @@
 #include "platform/linux/desktop/TrayMenuView.h"
 
-#include "EventLoop.h"
 #include "MenuItems.h"
+#include "helpers/EventLoop.h"
 
 #include <QLabel>
 #include <QSignalSpy>
 #include <QWidgetAction>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -93,4 +93,4 @@ TEST_F(TrayMenuViewTest, ChoosesAnItemThatReplacesTheItems)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

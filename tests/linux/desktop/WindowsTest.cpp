@@ -1,13 +1,13 @@
 #include "platform/linux/desktop/QtWindows.h"
 
-#include "EventLoop.h"
 #include "SampleForm.h"
+#include "helpers/EventLoop.h"
 
 #include <QApplication>
 #include <QScreen>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -126,4 +126,4 @@ TEST_F(WindowsTest, TellsTheFormThatItAppears)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -20,20 +20,6 @@ std::string describe(const Notification& notification)
 
 }  // namespace
 
-void RecordingLog::write(const LogMessage& message)
-{
-    std::string line = message.category + ": ";
-    for (const auto& piece : message.pieces) line += piece.text;
-    const std::lock_guard lock(mutex_);
-    if (message.level == LogLevel::error) errors_.push_back(line);
-}
-
-std::vector<std::string> RecordingLog::errors() const
-{
-    const std::lock_guard lock(mutex_);
-    return errors_;
-}
-
 PlayerProcess::PlayerProcess(const PrivateBus& bus, const QStringList& names)
 {
     endWithThisProcess(process_);
@@ -75,19 +61,6 @@ void PlayersTest::make()
     for (const auto* name : {"com.apple.Music.playerInfo", "com.spotify.client.PlaybackStateChanged"})
         subscriptions_.push_back(players->notificationCenter().addObserver(
             name, [this](const Notification& each) { posts.push_back(describe(each)); }));
-}
-
-bool PlayersTest::eventually(const std::function<bool()>& condition)
-{
-    bool late = false;
-    QTimer deadline;
-    deadline.setSingleShot(true);
-    QObject::connect(&deadline, &QTimer::timeout, &deadline, [&late] { late = true; });
-    deadline.start(std::chrono::seconds(10));
-    bool holds = condition();
-    for (; !holds && !late; holds = condition())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return holds;
 }
 
 const Posts& PlayersTest::postsUntil(std::size_t count)

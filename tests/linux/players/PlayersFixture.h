@@ -4,6 +4,8 @@
 #include "FakePlayer.h"
 #include "PrivateBus.h"
 
+#include "helpers/EventLoop.h"
+#include "helpers/RecordingLog.h"
 #include "platform/linux/players/MprisPlayers.h"
 
 #include <QProcess>
@@ -14,24 +16,11 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace sonvara::test {
-
-/// Keeps the error lines that are written to it.
-class RecordingLog : public SystemLog {
-public:
-    [[nodiscard]] bool isEnabled(LogLevel, std::string_view) const override { return true; }
-    void write(const LogMessage& message) override;
-    [[nodiscard]] std::vector<std::string> errors() const;
-
-private:
-    mutable std::mutex mutex_;
-    std::vector<std::string> errors_;
-};
 
 /// A fake player in a process of its own.
 class PlayerProcess {
@@ -55,8 +44,6 @@ protected:
     /// Makes the adapter and polls until it knows the players that are there.
     void start();
 
-    /// Runs the event loop until `condition` holds; false if it does not within ten seconds.
-    static bool eventually(const std::function<bool()>& condition);
     /// Waits until as many notifications have come; gives them, each as "PLAYER STATE TITLE/ARTIST/ALBUM".
     const Posts& postsUntil(std::size_t count);
 

@@ -1,5 +1,6 @@
 // The voice with the real speech-dispatcher, on a sound server whose sink is silent.
 #include "SpeechFixture.h"
+#include "helpers/TemporaryFolder.h"
 
 #include <csignal>
 #include <fstream>

@@ -1,18 +1,16 @@
 // What every test of the voice needs: ears, a log and the adapter.
 #pragma once
 
+#include "helpers/RecordingLog.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
 
 namespace sonvara::test {
 
@@ -59,54 +57,10 @@ private:
     std::size_t expected_ = 0;
 };
 
-/// Keeps the messages of any thread.
-class ThreadSafeLog final : public SystemLog {
-public:
-    [[nodiscard]] bool isEnabled(LogLevel /*level*/, std::string_view /*category*/) const override
-    {
-        return true;
-    }
-    void write(const LogMessage& message) override
-    {
-        const std::lock_guard lock(mutex_);
-        messages_.push_back(message);
-    }
-    [[nodiscard]] std::vector<LogMessage> messages() const
-    {
-        const std::lock_guard lock(mutex_);
-        return messages_;
-    }
-
-private:
-    mutable std::mutex mutex_;
-    std::vector<LogMessage> messages_;
-};
-
 class FixedEnvironment final : public Environment {
 public:
     [[nodiscard]] Variables variables() const override { return values; }
     Variables values;
-};
-
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "sonvara-speech-XXXXXX").string();
-        if (!::mkdtemp(name.data())) throw std::filesystem::filesystem_error("mkdtemp", {});
-        path_ = name;
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    [[nodiscard]] std::string file(const std::string& name) const { return (path_ / name).string(); }
-
-private:
-    std::filesystem::path path_;
 };
 
 class SpeechFixture : public ::testing::Test {
@@ -124,7 +78,7 @@ protected:
         voice->speak(std::move(utterance));
     }
 
-    ThreadSafeLog log;
+    RecordingLog log;
     FixedEnvironment environment;
     std::shared_ptr<Ears> ears = std::make_shared<Ears>();
     std::unique_ptr<SpeechDispatcherSynthesizer> voice;

@@ -4,6 +4,8 @@
 #include "SpeechFixture.h"
 #include "StubSpeechServer.h"
 
+#include "helpers/TemporaryFolder.h"
+
 namespace sonvara::test {
 
 /// The server's socket is the only one the library knows, and it cannot start a real daemon.

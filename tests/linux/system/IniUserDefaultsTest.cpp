@@ -1,5 +1,5 @@
-#include "EventLoop.h"
-#include "RecordingLog.h"
+#include "helpers/EventLoop.h"
+#include "helpers/RecordingLog.h"
 
 #include "platform/linux/system/IniUserDefaults.h"
 #include "platform/posix/PosixEnvironment.h"
@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -85,7 +85,7 @@ TEST_F(IniUserDefaultsTest, ValuesOutliveTheObjectAndAreOnTheDiskAtOnce)
     EXPECT_TRUE(defaults->boolForKey("aiIntros"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
     EXPECT_EQ(defaults->stringForKey("text"), "a, b; \"c\" \xC3\xA9 \xE6\xBC\xA2\n@x");
-    EXPECT_TRUE(log_.messages.empty());
+    EXPECT_TRUE(log_.messages().empty());
 }
 
 TEST_F(IniUserDefaultsTest, OnlyBooleansAreBooleans)
@@ -123,7 +123,7 @@ TEST_F(IniUserDefaultsTest, NoticesEveryChangeByOthers)
     int changes = 0;
     const auto subscription = defaults->onChange([&] { ++changes; });
     const auto becomes = [&](const char* value) {
-        return runEventLoopUntil([&] { return defaults->stringForKey("aiProvider") == value; });
+        return eventually([&] { return defaults->stringForKey("aiProvider") == value; });
     };
     replace("[General]\naiProvider=first\n");
     EXPECT_TRUE(becomes("first"));
@@ -137,7 +137,7 @@ TEST_F(IniUserDefaultsTest, NoticesEveryChangeByOthers)
     EXPECT_TRUE(becomes("the fifth"));
     EXPECT_EQ(changes, 5);
     QFile::remove(path());
-    EXPECT_TRUE(runEventLoopUntil([&] { return !defaults->hasObject("aiProvider"); }));
+    EXPECT_TRUE(eventually([&] { return !defaults->hasObject("aiProvider"); }));
     EXPECT_EQ(changes, 6);
 }
 
@@ -157,7 +157,7 @@ TEST_F(IniUserDefaultsTest, NoticesAChangeBehindALink)
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "first");
     for (const char* const value : {"second", "the third"}) {
         write(QByteArray("[General]\naiProvider=") + value + "\n");
-        EXPECT_TRUE(runEventLoopUntil([&] { return defaults->stringForKey("aiProvider") == value; }));
+        EXPECT_TRUE(eventually([&] { return defaults->stringForKey("aiProvider") == value; }));
     }
     defaults->setBool("aiIntros", true);
     EXPECT_TRUE(QFileInfo(path()).isSymLink());
@@ -202,8 +202,8 @@ TEST_F(IniUserDefaultsTest, AStoreThatCannotBeWrittenKeepsValuesAndSaysSoOnce)
     EXPECT_TRUE(defaults->boolForKey("aiIntros"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
     EXPECT_EQ(changes, 2);
-    ASSERT_EQ(log_.messages.size(), 1U);
-    EXPECT_EQ(log_.messages.front().level, LogLevel::error);
+    ASSERT_EQ(log_.messages().size(), 1U);
+    EXPECT_EQ(log_.messages().front().level, LogLevel::error);
 }
 
 TEST_F(IniUserDefaultsTest, TwoProcessesLoseNothingOfEachOther)
@@ -217,7 +217,7 @@ TEST_F(IniUserDefaultsTest, TwoProcessesLoseNothingOfEachOther)
     ASSERT_EQ(other->launch(), std::nullopt);
     for (int i = 0; i < count; ++i) defaults->setString("own" + std::to_string(i), "value");
     ASSERT_EQ(other->waitUntilExit(), 0);
-    EXPECT_TRUE(runEventLoopUntil([&] { return defaults->hasObject("other" + std::to_string(count - 1)); }));
+    EXPECT_TRUE(eventually([&] { return defaults->hasObject("other" + std::to_string(count - 1)); }));
     for (int i = 0; i < count; ++i) {
         EXPECT_TRUE(defaults->hasObject("own" + std::to_string(i))) << i;
         EXPECT_TRUE(defaults->hasObject("other" + std::to_string(i))) << i;
@@ -253,4 +253,4 @@ TEST(IniUserDefaultsPath, IsInTheUsersConfigurationFolder)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -68,4 +68,4 @@ TEST(JournalLog, IsAskedAndWrittenToByManyThreads)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

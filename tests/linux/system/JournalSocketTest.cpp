@@ -16,7 +16,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -78,4 +78,4 @@ TEST(JournalLog, SendsFieldsToTheJournal)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

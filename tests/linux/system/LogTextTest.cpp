@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -43,4 +43,4 @@ TEST(LogText, HidesPrivatePieces)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <utility>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -154,7 +154,7 @@ TEST(QtApplicationDeathTest, ASecondSignalEndsAProgramThatHangs)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test
 
 int main(int argc, char** argv)
 {

@@ -1,4 +1,4 @@
-#include "EventLoop.h"
+#include "helpers/EventLoop.h"
 
 #include "platform/linux/system/QtMainQueue.h"
 
@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -27,7 +27,7 @@ TEST(QtMainQueue, KeepsTheOrderWhenATaskRunsAnEventLoop)
         ran.push_back(4);
     });
     queue.post([&] { ran.push_back(2); });
-    ASSERT_TRUE(runEventLoopUntil([&] { return ran.size() == 4; }));
+    ASSERT_TRUE(eventually([&] { return ran.size() == 4; }));
     EXPECT_EQ(ran, (std::vector{1, 2, 3, 4}));
 }
 
@@ -40,7 +40,7 @@ TEST(QtMainQueue, ATaskThatPostsItselfDoesNotStarveTimers)
     };
     queue.post(again);
     const auto timer = queue.scheduleTimer(std::chrono::milliseconds(5), [&] { isOver = true; });
-    EXPECT_TRUE(runEventLoopUntil([&] { return isOver; }));
+    EXPECT_TRUE(eventually([&] { return isOver; }));
 }
 
 TEST(QtMainQueue, KeepsTheOrderOfEachPostingThread)
@@ -59,7 +59,7 @@ TEST(QtMainQueue, KeepsTheOrderOfEachPostingThread)
                     ++total;
                 });
         });
-    EXPECT_TRUE(runEventLoopUntil([&] { return total == threadCount * taskCount; }));
+    EXPECT_TRUE(eventually([&] { return total == threadCount * taskCount; }));
     for (auto& thread : threads) thread.join();
     for (const auto& list : ran) EXPECT_TRUE(std::ranges::is_sorted(list));
 }
@@ -77,10 +77,10 @@ TEST(QtMainQueue, MissedTicksAreNotMadeUp)
         }
     });
     queue.post([&] { queue.post([&] { ticksAtMark = ticks, marked = true; }); });
-    ASSERT_TRUE(runEventLoopUntil([&] { return marked; }));
+    ASSERT_TRUE(eventually([&] { return marked; }));
     EXPECT_LE(ticksAtMark, 2);
 }
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

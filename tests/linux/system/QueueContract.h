@@ -1,6 +1,6 @@
 // What every implementation of the queue ports promises, as tests to instantiate for each of them.
 //
-// A host gives `mainQueue()`, `globalQueue()`, `runUntil(condition)`, which lets main-queue work run
+// A host gives `mainQueue()`, `globalQueue()`, `eventually(condition)`, which lets main-queue work run
 // until the condition holds and returns false when it does not come to hold within a generous time, and
 // `shutDown()`, which ends the queues.
 #pragma once
@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 using namespace std::chrono_literals;
 
@@ -32,7 +32,7 @@ TYPED_TEST_P(QueueContract, RunsMainTasksLaterInOrderOfSubmission)
     std::vector<int> ran;
     for (int i = 0; i < 1000; ++i) this->host_.mainQueue().post([&ran, i] { ran.push_back(i); });
     EXPECT_TRUE(ran.empty());
-    ASSERT_TRUE(this->host_.runUntil([&] { return ran.size() == 1000; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return ran.size() == 1000; }));
     for (int i = 0; i < 1000; ++i) EXPECT_EQ(ran[static_cast<std::size_t>(i)], i);
 }
 
@@ -45,7 +45,7 @@ TYPED_TEST_P(QueueContract, RunsWhatATaskPostsAfterThatTask)
         ran.push_back(1);
     });
     queue.post([&] { ran.push_back(2); });
-    ASSERT_TRUE(this->host_.runUntil([&] { return ran.size() == 3; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return ran.size() == 3; }));
     EXPECT_EQ(ran, (std::vector{1, 2, 3}));
 }
 
@@ -55,7 +55,7 @@ TYPED_TEST_P(QueueContract, RunsWorkersPostsOnTheMainThread)
     this->host_.globalQueue().post(QualityOfService::utility, [&] {
         this->host_.mainQueue().post([&] { ran = std::this_thread::get_id(); });
     });
-    ASSERT_TRUE(this->host_.runUntil([&] { return ran != std::thread::id(); }));
+    ASSERT_TRUE(this->host_.eventually([&] { return ran != std::thread::id(); }));
     EXPECT_EQ(ran, std::this_thread::get_id());
 }
 
@@ -65,7 +65,7 @@ TYPED_TEST_P(QueueContract, DestroysAMainTaskThatHasRun)
     const std::weak_ptr<int> watched = token;
     bool ran = false;
     this->host_.mainQueue().post([held = std::move(token), &ran] { ran = true; });
-    ASSERT_TRUE(this->host_.runUntil([&] { return ran; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return ran; }));
     EXPECT_TRUE(watched.expired());
 }
 
@@ -85,7 +85,7 @@ TYPED_TEST_P(QueueContract, TimerGoesOnWithoutItsHandle)
     int ticks = 0;
     this->host_.mainQueue().scheduleTimer(5ms, [&] { ++ticks; }).reset();
     EXPECT_EQ(ticks, 0);
-    EXPECT_TRUE(this->host_.runUntil([&] { return ticks == 3; }));
+    EXPECT_TRUE(this->host_.eventually([&] { return ticks == 3; }));
 }
 
 TYPED_TEST_P(QueueContract, InvalidatedTimerIsSilentAndDestroysItsAction)
@@ -97,13 +97,13 @@ TYPED_TEST_P(QueueContract, InvalidatedTimerIsSilentAndDestroysItsAction)
     const auto timer =
         this->host_.mainQueue().scheduleTimer(5ms, [held = std::move(token), &ticks] { ++ticks; });
     const auto other = this->host_.mainQueue().scheduleTimer(5ms, [&] { ++others; });
-    ASSERT_TRUE(this->host_.runUntil([&] { return ticks > 0; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return ticks > 0; }));
     timer->invalidate();
     timer->invalidate();
     EXPECT_TRUE(watched.expired());
     const int last = ticks;
     const int before = others;
-    ASSERT_TRUE(this->host_.runUntil([&] { return others >= before + 5; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return others >= before + 5; }));
     EXPECT_EQ(ticks, last);
 }
 
@@ -117,7 +117,7 @@ TYPED_TEST_P(QueueContract, ATimerMayInvalidateItself)
         ++ticks;
     });
     const auto other = this->host_.mainQueue().scheduleTimer(5ms, [&] { ++others; });
-    ASSERT_TRUE(this->host_.runUntil([&] { return others >= 5; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return others >= 5; }));
     EXPECT_EQ(ticks, 1);
 }
 
@@ -127,7 +127,7 @@ TYPED_TEST_P(QueueContract, RunsBackgroundTasksOfEveryQuality)
     for (const auto quality :
          {QualityOfService::userInitiated, QualityOfService::standard, QualityOfService::utility})
         this->host_.globalQueue().post(quality, [&] { ++ran; });
-    EXPECT_TRUE(this->host_.runUntil([&] { return ran == 3; }));
+    EXPECT_TRUE(this->host_.eventually([&] { return ran == 3; }));
 }
 
 TYPED_TEST_P(QueueContract, DelayedTaskRunsOnceAndIsDestroyedThoughItsHandleStays)
@@ -137,7 +137,7 @@ TYPED_TEST_P(QueueContract, DelayedTaskRunsOnceAndIsDestroyedThoughItsHandleStay
     std::atomic<int> ran = 0;
     const auto task = this->host_.globalQueue().postAfter(QualityOfService::standard, 5ms,
                                                           [held = std::move(token), &ran] { ++ran; });
-    EXPECT_TRUE(this->host_.runUntil([&] { return ran == 1 && watched.expired(); }));
+    EXPECT_TRUE(this->host_.eventually([&] { return ran == 1 && watched.expired(); }));
     task->cancel();
     EXPECT_EQ(ran, 1);
 }
@@ -146,7 +146,7 @@ TYPED_TEST_P(QueueContract, DelayedTaskRunsWithoutItsHandle)
 {
     std::atomic<bool> ran = false;
     this->host_.globalQueue().postAfter(QualityOfService::standard, 5ms, [&] { ran = true; }).reset();
-    EXPECT_TRUE(this->host_.runUntil([&] { return ran.load(); }));
+    EXPECT_TRUE(this->host_.eventually([&] { return ran.load(); }));
 }
 
 TYPED_TEST_P(QueueContract, CancelledTaskIsNotRun)
@@ -156,7 +156,7 @@ TYPED_TEST_P(QueueContract, CancelledTaskIsNotRun)
     auto& queue = this->host_.globalQueue();
     queue.postAfter(QualityOfService::standard, 20ms, [&] { ran = true; })->cancel();
     const auto later = queue.postAfter(QualityOfService::standard, 60ms, [&] { laterRan = true; });
-    ASSERT_TRUE(this->host_.runUntil([&] { return laterRan.load(); }));
+    ASSERT_TRUE(this->host_.eventually([&] { return laterRan.load(); }));
     EXPECT_FALSE(ran);
 }
 
@@ -168,7 +168,7 @@ TYPED_TEST_P(QueueContract, DelayedTasksRunByDueTime)
     auto& queue = this->host_.globalQueue();
     const auto late = queue.postAfter(QualityOfService::standard, 150ms, [&] { second = ++order; });
     const auto early = queue.postAfter(QualityOfService::standard, 10ms, [&] { first = ++order; });
-    ASSERT_TRUE(this->host_.runUntil([&] { return second != 0 && first != 0; }));
+    ASSERT_TRUE(this->host_.eventually([&] { return second != 0 && first != 0; }));
     EXPECT_EQ(first, 1);
     EXPECT_EQ(second, 2);
 }
@@ -181,4 +181,4 @@ REGISTER_TYPED_TEST_SUITE_P(QueueContract, RunsMainTasksLaterInOrderOfSubmission
                             DelayedTaskRunsOnceAndIsDestroyedThoughItsHandleStays,
                             DelayedTaskRunsWithoutItsHandle, CancelledTaskIsNotRun, DelayedTasksRunByDueTime);
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -1,13 +1,13 @@
 #include "QueueContract.h"
-#include "EventLoop.h"
 #include "fakes/VirtualTime.h"
+#include "helpers/EventLoop.h"
 
 #include "platform/linux/system/QtMainQueue.h"
 #include "platform/linux/system/WorkerPool.h"
 
 #include <optional>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -18,9 +18,9 @@ public:
     GlobalQueue& globalQueue() { return *pool_; }
 
     template <typename Condition>
-    bool runUntil(Condition condition)
+    bool eventually(Condition condition)
     {
-        return runEventLoopUntil(condition);
+        return test::eventually(condition);
     }
 
     void shutDown()
@@ -43,7 +43,7 @@ public:
     GlobalQueue& globalQueue() { return *time_; }
 
     template <typename Condition>
-    bool runUntil(Condition condition)
+    bool eventually(Condition condition)
     {
         for (int step = 0; step < 20000 && !condition(); ++step) time_->advance(1ms);
         return condition();
@@ -64,4 +64,4 @@ private:
 INSTANTIATE_TYPED_TEST_SUITE_P(Qt, QueueContract, QtHost);
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, QueueContract, VirtualHost);
 
-}  // namespace sonvara
+}  // namespace sonvara::test

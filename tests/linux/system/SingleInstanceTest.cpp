@@ -1,5 +1,5 @@
 // Needs a session bus of its own.
-#include "EventLoop.h"
+#include "helpers/EventLoop.h"
 
 #include "platform/linux/system/SingleInstance.h"
 #include "platform/posix/PosixEnvironment.h"
@@ -10,7 +10,7 @@
 #include <future>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -26,7 +26,7 @@ std::future<int> startAgain()
 
 int endOf(std::future<int>& start)
 {
-    EXPECT_TRUE(runEventLoopUntil([&] { return start.wait_for(0s) == std::future_status::ready; }));
+    EXPECT_TRUE(eventually([&] { return start.wait_for(0s) == std::future_status::ready; }));
     return start.get();
 }
 
@@ -48,7 +48,7 @@ TEST(SingleInstance, AProgramThatHangsIsStillTheFirst)
     SingleInstance first(QDBusConnection::sessionBus(), [&] { ++activations; });
     ASSERT_TRUE(first.claim());
     EXPECT_EQ(startAgain().get(), 1);  // while nobody answers here
-    EXPECT_TRUE(runEventLoopUntil([&] { return activations == 1; }));
+    EXPECT_TRUE(eventually([&] { return activations == 1; }));
 }
 
 TEST(SingleInstance, TheNameIsFreeAfterTheEnd)
@@ -69,4 +69,4 @@ TEST(SingleInstance, WithoutABusEveryProgramIsTheFirst)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

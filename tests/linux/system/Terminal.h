@@ -7,7 +7,7 @@
 #include <string>
 #include <unistd.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 /// While it lives, standard error is a terminal.
 class Terminal {
@@ -39,4 +39,4 @@ private:
     int terminal_ = -1;
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

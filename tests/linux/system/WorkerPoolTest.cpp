@@ -7,7 +7,7 @@
 #include <latch>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -231,4 +231,4 @@ TEST(WorkerPool, ATaskThatIsCancelledWhenItIsDueRunsAtMostOnceAndIsDestroyed)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test

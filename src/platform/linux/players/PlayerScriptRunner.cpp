@@ -37,7 +37,7 @@ private:
 ScriptResult failureOf(const ScriptCommand& command)
 {
     if (command.verb == ScriptCommand::Verb::poll) return pollFailure();
-    return errorAnswer(std::string(nameOf(command.player)) + " does not answer");
+    return ScriptResult::ofError(std::string(nameOf(command.player)) + " does not answer");
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ ScriptResult failureOf(const ScriptCommand& command)
 ScriptResult PlayerScriptRunner::run(const std::string& source)
 {
     const auto command = recognise(source);
-    if (!command) return errorAnswer("the text is no command that a player understands");
+    if (!command) return ScriptResult::ofError("the text is no command that a player understands");
     if (auto known = shortcut_(*command)) return *std::move(known);
 
     const auto failure = failureOf(*command);

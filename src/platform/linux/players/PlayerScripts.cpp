@@ -7,13 +7,6 @@
 namespace sonvara::players {
 namespace {
 
-ScriptResult textAnswer(std::string text)
-{
-    ScriptResult result;
-    result.text = std::move(text);
-    return result;
-}
-
 std::string_view truthValue(bool value)
 {
     return value ? "true" : "false";
@@ -48,30 +41,23 @@ ScriptResult pollAnswer(PlayerKind player, const Picture& picture)
     text.append(picture.title).append("||").append(picture.artist).append("||").append(picture.album);
     text.append("||").append(truthValue(picture.status == PlaybackStatus::playing));
     if (player == PlayerKind::music) text.append("||").append(truthValue(picture.loved));
-    return textAnswer(std::move(text));
+    return ScriptResult::ofText(std::move(text));
 }
 
 ScriptResult notRunningAnswer()
 {
-    return textAnswer("notrunning");
+    return ScriptResult::ofText("notrunning");
 }
 
 ScriptResult pollFailure()
 {
-    return textAnswer("error");
+    return ScriptResult::ofText("error");
 }
 
 ScriptResult volumeAnswer(int volume)
 {
-    auto result = textAnswer(std::to_string(volume));
+    auto result = ScriptResult::ofText(std::to_string(volume));
     result.integer = volume;
-    return result;
-}
-
-ScriptResult errorAnswer(std::string description)
-{
-    ScriptResult result;
-    result.error = std::move(description);
     return result;
 }
 

@@ -36,6 +36,5 @@ struct ScriptCommand {
 /// The answer to a poll of a player that runs but says nothing of use.
 [[nodiscard]] ScriptResult pollFailure();
 [[nodiscard]] ScriptResult volumeAnswer(int volume);
-[[nodiscard]] ScriptResult errorAnswer(std::string description);
 
 }  // namespace sonvara::players

@@ -9,7 +9,7 @@ namespace {
 
 ScriptResult notRunning(PlayerKind kind)
 {
-    return errorAnswer(std::string(nameOf(kind)) + " is not running");
+    return ScriptResult::ofError(std::string(nameOf(kind)) + " is not running");
 }
 
 }  // namespace
@@ -26,7 +26,8 @@ void PlayerVolume::read(PlayerKind kind, const Answer& answer)
     lastRead_.store(std::move(lastRead));
     bus_.askVolume(player->owner, [answer, kind](const QVariantList& arguments) {
         const auto volume = decodeVolume(arguments.value(0));
-        answer(volume ? volumeAnswer(*volume) : errorAnswer(std::string(nameOf(kind)) + " tells no volume"));
+        answer(volume ? volumeAnswer(*volume)
+                      : ScriptResult::ofError(std::string(nameOf(kind)) + " tells no volume"));
     });
 }
 
@@ -38,7 +39,8 @@ void PlayerVolume::set(PlayerKind kind, int volume, const Answer& answer)
         return;
     }
     bus_.setVolume(player->owner, volume / 100.0, [answer, kind](bool accepted) {
-        answer(accepted ? ScriptResult{} : errorAnswer(std::string(nameOf(kind)) + " accepts no volume"));
+        answer(accepted ? ScriptResult{}
+                        : ScriptResult::ofError(std::string(nameOf(kind)) + " accepts no volume"));
     });
 }
 

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 
 class TemporaryFolder {
 public:
@@ -31,4 +31,4 @@ private:
     std::string path_;
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test
