@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -41,6 +41,11 @@ struct Golden {
     bool isPlaying;
     int side;
 };
+
+void PrintTo(const Golden& golden, std::ostream* out)
+{
+    *out << golden.name;
+}
 
 class StatusIconPicture : public testing::TestWithParam<Golden> {};
 
@@ -117,4 +122,4 @@ TEST(ImageRenderer, RoundsTheEndsOfALine)
 
 }  // namespace
 
-}  // namespace sonvara
+}  // namespace sonvara::test
