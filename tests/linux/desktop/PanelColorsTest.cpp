@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QSignalSpy>
 #include <gtest/gtest.h>
 
 namespace sonvara::test {
@@ -82,9 +83,20 @@ TEST(PanelColors, FollowTheDesktopsPreference)
 
 TEST(PanelColors, KnowTheDarkPanelOfXfce)
 {
-    const FakeSettings settings("org.xfce.Xfconf", "/org/xfce/Xfconf", true);
+    FakeSettings settings("org.xfce.Xfconf", "/org/xfce/Xfconf", false);
     const PanelColors panel;
-    EXPECT_FALSE(isLight(panel)) << "not known yet";
+    const QSignalSpy changes(&panel, &PanelColors::changed);
+    EXPECT_TRUE(eventually([&] { return !changes.isEmpty(); }));
+    EXPECT_FALSE(isLight(panel));
+    settings.tell("org.xfce.Xfconf", "PropertyChanged", "xfce4-panel", "/panels/dark-mode", true);
+    EXPECT_TRUE(eventually([&] { return isLight(panel); }));
+}
+
+TEST(PanelColors, AskAServiceThatStartsLater)
+{
+    const PanelColors panel;
+    runEvents();
+    const FakeSettings settings("org.xfce.Xfconf", "/org/xfce/Xfconf", true);
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
 }
 

@@ -47,13 +47,18 @@ std::optional<bool> preference(const QVariant& scheme)
 PanelColors::PanelColors()
     : isGnome_(qEnvironmentVariable("XDG_CURRENT_DESKTOP")
                    .split(QLatin1Char(':'))
-                   .contains(QLatin1String("GNOME")))
+                   .contains(QLatin1String("GNOME"))),
+      services_(portal, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration)
 {
+    services_.addWatchedService(xfconf);
+    qRegisterMetaType<QDBusVariant>();  // a slot with a type that nobody has used yet is refused
     auto bus = QDBusConnection::sessionBus();
     bus.connect(portal, portalPath, portalSettings, QStringLiteral("SettingChanged"), this,
                 SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
     bus.connect(xfconf, xfconfPath, xfconf, QStringLiteral("PropertyChanged"), this,
                 SLOT(xfceSettingChanged(QString, QString, QDBusVariant)));
+    connect(&services_, &QDBusServiceWatcher::serviceRegistered, this,
+            [this](const QString& service) { service == portal ? askPortal() : askXfce(); });
     askPortal();
     askXfce();
     connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &PanelColors::changed);
@@ -74,7 +79,7 @@ std::optional<bool> PanelColors::isKnownDark() const
     return prefersDark_;
 }
 
-// Neither service is started for this: a desktop that uses it has it running.
+// Neither service is started for this: a desktop that uses it has it running, or will start it.
 void PanelColors::ask(const QDBusMessage& question, std::function<void(const QVariant&)> answered)
 {
     auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);

@@ -4,6 +4,7 @@
 #include "platform/linux/desktop/StylePalette.h"
 
 #include <QDBusMessage>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 
@@ -39,6 +40,7 @@ private:
     std::optional<bool> prefersDark_;  ///< the desktop's preference
     std::optional<bool> isXfcePanelDark_;
     bool isGnome_;
+    QDBusServiceWatcher services_;  ///< a service that starts later is asked then
 };
 
 }  // namespace sonvara
