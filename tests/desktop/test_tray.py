@@ -28,15 +28,18 @@ class Tray(unittest.TestCase):
     def start(self, desktop):
         return desktop.start("sample", [SAMPLE, *TITLES])
 
-    def open_menu(self, desktop, button, is_open=lambda: True):
-        """Clicks until the menu opens: the item may come into the tray a moment after its program."""
+    def open_menu(self, desktop, button, is_open):
+        """Clicks until the menu opens: the item may come into the tray a moment after its program, as another window."""
+        screen = Screen(desktop)
+
         def attempt():
             try:
-                Screen(desktop).open_tray_menu(button, limit=2)
-                return wait_until("the opening", is_open, limit=2)
+                screen.open_tray_menu(button, limit=5)
+                return wait_until("the opening", is_open, limit=5)
             except Timeout:
                 return None
-        wait_until("the open menu", attempt, 20)
+        wait_until("the open menu", attempt, 30)
+        return screen
 
     def openings(self, item):
         return int(item.menu()[-1].text.removeprefix("Opened "))
@@ -54,11 +57,9 @@ class Tray(unittest.TestCase):
         item = TrayItem(desktop, sample.pid)
         for button in ("1", "3"):
             before = self.openings(item)
-            self.open_menu(desktop, button, lambda: self.openings(item) > before)
-            Screen(desktop).press("Escape")
+            self.open_menu(desktop, button, lambda: self.openings(item) > before).close_menu()
         before = self.openings(item)
-        self.open_menu(desktop, "3", lambda: self.openings(item) > before)
-        Screen(desktop).press("Up", "Return")
+        self.open_menu(desktop, "3", lambda: self.openings(item) > before).press("Up", "Return")
         self.assertEqual(sample.wait(10), 0)
         self.assertRegex(desktop.log("sample"), r"Opened \d+")
 
@@ -83,10 +84,11 @@ class Tray(unittest.TestCase):
         desktop = self.enter(None)
         sample = self.start(desktop)
         desktop.start_tray("trayer")
-        self.open_menu(desktop, "1")
-        Screen(desktop).press("Escape")
-        self.open_menu(desktop, "3")
-        Screen(desktop).press("Up", "Return")
+        for number, button in enumerate(("1", "3", "3"), start=1):
+            screen = self.open_menu(desktop, button, lambda: f"Opening {number}" in desktop.log("sample"))
+            if number < 3:
+                screen.close_menu()
+        screen.press("Up", "Return")
         self.assertEqual(sample.wait(10), 0)
         self.assertRegex(desktop.log("sample"), r"Opened \d+")
 
