@@ -1,5 +1,7 @@
 #include "speech/DJStyle.h"
 
+#include "support/Random.h"
+
 #include <cstddef>
 #include <random>
 
@@ -8,8 +10,8 @@ namespace {
 
 std::string_view randomOpener()
 {
-    std::random_device random;
-    return DJ::openers[std::uniform_int_distribution<std::size_t>(0, DJ::openers.size() - 1)(random)];
+    std::uniform_int_distribution<std::size_t> position(0, DJ::openers.size() - 1);
+    return DJ::openers[position(randomNumbers())];
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 #include "support/Uuid.h"
 
+#include "support/Random.h"
+
 #include <cstdint>
-#include <random>
 #include <string_view>
 
 namespace sonvara {
@@ -10,14 +11,13 @@ std::string makeUuid()
 {
     static constexpr std::string_view digits = "0123456789ABCDEF";
     std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
-    std::random_device random;
-    std::uint32_t drawn = 0;
+    std::uint64_t drawn = 0;
     int nibblesLeft = 0;
     for (auto& c : uuid) {
         if (c != 'x' && c != 'y') continue;
-        if (nibblesLeft == 0) {  // processors take up to 20 microseconds for a draw: all of it is used
-            drawn = random();
-            nibblesLeft = 8;
+        if (nibblesLeft == 0) {
+            drawn = randomNumbers()();
+            nibblesLeft = 16;
         }
         const auto nibble = drawn & 0xFU;
         drawn >>= 4U;

@@ -5,7 +5,7 @@
 
 namespace sonvara {
 
-/// A fresh random UUID (version 4) in its usual text form, from the system's random source.
+/// A fresh random UUID (version 4) in its usual text form.
 [[nodiscard]] std::string makeUuid();
 
 }  // namespace sonvara

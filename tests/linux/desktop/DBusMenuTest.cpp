@@ -150,10 +150,12 @@ TEST_F(DBusMenuTest, TellsOfChangedPropertiesAlone)
     auto mute = action("Mute", [] {});
     mute.isChecked = false;
     menu.setItems({text("Song 1"), mute});
+    menu.publish();
     const QSignalSpy layouts(adaptor, &DBusMenu::LayoutUpdated);
     const QSignalSpy properties(adaptor, &DBusMenu::ItemsPropertiesUpdated);
     mute.isChecked = true;
     menu.setItems({text("Song 2"), mute});
+    menu.publish();
     EXPECT_EQ(layouts.size(), 0);
     ASSERT_EQ(properties.size(), 1);
     const auto updated = properties[0][0].value<DBusMenuPropertiesList>();
@@ -162,6 +164,7 @@ TEST_F(DBusMenuTest, TellsOfChangedPropertiesAlone)
     EXPECT_EQ(updated[1].properties, (QVariantMap{{"toggle-state", 1}}));
     mute.isChecked.reset();
     menu.setItems({text("Song 2"), mute});
+    menu.publish();
     const auto removed = properties[1][1].value<DBusMenuKeysList>();
     ASSERT_EQ(removed.size(), 1);
     EXPECT_EQ(removed[0].keys, (QStringList{"toggle-state", "toggle-type"}));
@@ -170,8 +173,10 @@ TEST_F(DBusMenuTest, TellsOfChangedPropertiesAlone)
 TEST_F(DBusMenuTest, TellsOfANewLayout)
 {
     menu.setItems({text("one")});
+    menu.publish();
     const QSignalSpy layouts(adaptor, &DBusMenu::LayoutUpdated);
     menu.setItems({text("one"), text("two")});
+    menu.publish();
     ASSERT_EQ(layouts.size(), 1);
     EXPECT_EQ(layouts[0][0].toUInt(), call("GetLayout", {0, 0, QStringList()}).arguments().value(0).toUInt());
 }

@@ -1,8 +1,12 @@
 #include "platform/linux/desktop/QtStatusMenu.h"
 
 #include "MenuItems.h"
+#include "helpers/EventLoop.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 namespace sonvara::test {
 
@@ -54,6 +58,32 @@ TEST(StatusMenu, NeverLetsALateClickRunAnotherAction)
     const int mute = menu.entries()[0].id;
     menu.setItems({action("Quit", [] { FAIL() << "the click meant another item"; })});
     menu.choose(mute);
+}
+
+TEST(StatusMenu, TellsOfSeveralChangesOnceAndOfTheLast)
+{
+    QtStatusMenu menu;
+    std::vector<std::string> told;
+    QObject::connect(&menu, &QtStatusMenu::itemsChanged, &menu,
+                     [&] { told.push_back(menu.entries()[0].item.title); });
+    menu.setItems({text("Song 1")});
+    menu.setItems({text("Song 2")});
+    EXPECT_TRUE(told.empty()) << "whoever changes the items has more urgent things to do";
+    ASSERT_TRUE(eventually([&] { return !told.empty(); }));
+    runEvents();
+    EXPECT_EQ(told, std::vector<std::string>{"Song 2"});
+}
+
+TEST(StatusMenu, HasToldOfAllWhenItOpens)
+{
+    QtStatusMenu menu;
+    int told = 0;
+    QObject::connect(&menu, &QtStatusMenu::itemsChanged, &menu, [&] { ++told; });
+    const auto handle = menu.onWillOpen([&] { menu.setItems({text("Now")}); });
+    menu.willOpen();
+    EXPECT_EQ(told, 1);
+    menu.publish();
+    EXPECT_EQ(told, 1) << "there is nothing new";
 }
 
 TEST(StatusMenu, TellsThatItOpensUntilTheHandleIsDropped)

@@ -29,6 +29,7 @@ protected:
 TEST_F(TrayMenuViewTest, ShowsTitlesAsTheyAre)
 {
     menu.setItems({action("A & B", [] {}), action("snake_case", [] {}), action("<b>x</b>", [] {})});
+    menu.publish();
     const auto actions = view.widget().actions();
     ASSERT_EQ(actions.size(), 3);
     EXPECT_EQ(actions[0]->text(), "A && B");  // two stand for one
@@ -41,6 +42,7 @@ TEST_F(TrayMenuViewTest, BreaksTheLinesOfAStyledText)
     auto item = text("");
     item.attributedTitle = StyledText{"<b>one</b>\ntwo", FontRole::smallMenu, ColorRole::secondaryLabel};
     menu.setItems({item});
+    menu.publish();
     const auto* label = labelOf(view.widget().actions()[0]);
     ASSERT_NE(label, nullptr);
     EXPECT_EQ(label->text(), "<b>one</b>\ntwo");
@@ -52,6 +54,7 @@ TEST_F(TrayMenuViewTest, BreaksTheLinesOfAStyledText)
 TEST_F(TrayMenuViewTest, WrapsATitleThatIsTooLongForAScreen)
 {
     menu.setItems({text(std::string(300, 'm')), text("short")});
+    menu.publish();
     const auto actions = view.widget().actions();
     EXPECT_LT(view.widget().sizeHint().width(), 640);
     const auto* label = labelOf(actions[0]);
@@ -66,6 +69,7 @@ TEST_F(TrayMenuViewTest, ShowsStateAndSeparators)
     MenuItem separator;
     separator.isSeparator = true;
     menu.setItems({mute, separator, text("Off")});
+    menu.publish();
     const auto actions = view.widget().actions();
     EXPECT_TRUE(actions[0]->isChecked());
     EXPECT_FALSE(actions[2]->isCheckable());
@@ -86,7 +90,9 @@ TEST_F(TrayMenuViewTest, IsUpToDateWhenItOpens)
 TEST_F(TrayMenuViewTest, ChoosesAnItemThatReplacesTheItems)
 {
     menu.setItems({action("Mute", [this] { menu.setItems({text("muted")}); })});
+    menu.publish();
     view.widget().actions()[0]->trigger();
+    menu.publish();
     ASSERT_EQ(view.widget().actions().size(), 1);
     EXPECT_EQ(view.widget().actions()[0]->text(), "muted");
 }

@@ -92,6 +92,7 @@ void DBusMenu::publishProperties(const DBusMenuPropertiesList& before)
 uint DBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                          DBusMenuNode& layout)
 {
+    menu_.publish();
     layout = {parentId, {}, {}};
     if (parentId == rootId) {
         layout.properties = only(rootProperties(), propertyNames);
@@ -109,6 +110,7 @@ uint DBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList& pr
 
 DBusMenuPropertiesList DBusMenu::GetGroupProperties(const QList<int>& ids, const QStringList& propertyNames)
 {
+    menu_.publish();
     DBusMenuPropertiesList found;
     if (ids.isEmpty() || ids.contains(rootId)) found.append({rootId, only(rootProperties(), propertyNames)});
     for (const auto& item : std::as_const(shown_)) {

@@ -31,6 +31,12 @@ bool meansTheSame(const MenuItem& a, const MenuItem& b)
 
 }  // namespace
 
+QtStatusMenu::QtStatusMenu()
+{
+    publishing_.setSingleShot(true);  // with no time to wait, it comes after all that waits already
+    connect(&publishing_, &QTimer::timeout, this, &QtStatusMenu::itemsChanged);
+}
+
 void QtStatusMenu::setItems(std::vector<MenuItem> items)
 {
     std::vector<Entry> entries;
@@ -42,6 +48,13 @@ void QtStatusMenu::setItems(std::vector<MenuItem> items)
         entries.push_back({id, std::move(item)});
     }
     entries_ = std::move(entries);
+    publishing_.start();
+}
+
+void QtStatusMenu::publish()
+{
+    if (!publishing_.isActive()) return;
+    publishing_.stop();
     Q_EMIT itemsChanged();
 }
 
@@ -59,6 +72,7 @@ Subscription QtStatusMenu::onWillOpen(std::function<void()> handler)
 void QtStatusMenu::willOpen()
 {
     willOpen_.call();
+    publish();
 }
 
 void QtStatusMenu::choose(int id)

@@ -5,6 +5,7 @@
 #include "support/Callbacks.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <vector>
 
@@ -22,12 +23,18 @@ public:
         MenuItem item;
     };
 
+    QtStatusMenu();
+
+    /// The views hear of it when nothing more urgent is left to do, once for several changes.
     void setItems(std::vector<MenuItem> items) override;
     [[nodiscard]] Subscription onWillOpen(std::function<void()> handler) override;
 
     [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
 
-    /// For the views: the menu begins to open; the items are up to date when this returns.
+    /// For the views: tells them of a change that they have not heard of yet. To be called before somebody is
+    /// shown what they have taken over.
+    void publish();
+    /// For the views: the menu begins to open; the items and the views are up to date when this returns.
     void willOpen();
     /// For the views: the user chose an item. Does nothing for an id that is gone or an item that is off.
     void choose(int id);
@@ -41,6 +48,7 @@ private:
     std::vector<Entry> entries_;
     int lastId_ = 0;
     Callbacks<> willOpen_;
+    QTimer publishing_;
 };
 
 }  // namespace sonvara
