@@ -30,8 +30,8 @@ MEASURES = {
     "rates": (growth.RATES_TITLE, growth.measure_rates),
     "core": (core_figures.TITLE, core_figures.measure),
 }
-_DESCRIPTION = """Measures Sonvara beside its peers on a private desktop. All measures in full rewrite the tables of
-docs/performance.md; fewer or shorter ones are only printed."""
+_DESCRIPTION = """Measures Sonvara beside its peers on a private desktop. What is measured in full is written to
+docs/performance.md; --short only prints."""
 SHORT = 0.05  # of the full number of tracks, starts and seconds
 
 
@@ -44,10 +44,16 @@ def main():
     if unknown := set(asked.measures) - set(MEASURES):
         parser.error(f"no such measure: {', '.join(sorted(unknown))}")
     names = asked.measures or list(MEASURES)
-    text = "\n\n".join([report.machine(), *(_measure(name, SHORT if asked.short else 1) for name in names)])
-    if set(names) == set(MEASURES) and not asked.short:
-        report.write(os.path.join(ROOT, "docs", "performance.md"), text)
-        print("docs/performance.md is written")
+    machine = report.machine()
+    tables = [_measure(name, SHORT if asked.short else 1) for name in names]
+    if asked.short:
+        return
+    document = os.path.join(ROOT, "docs", "performance.md")
+    if set(names) == set(MEASURES):
+        report.write(document, "\n\n".join([machine, *tables]))
+    else:
+        report.replace_tables(document, tables)
+    print("docs/performance.md is written")
 
 
 def _measure(name, scale):

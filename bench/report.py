@@ -56,6 +56,20 @@ def write(path, text):
         file.write(written)
 
 
+def replace_tables(path, tables):
+    """Puts each table in the place of the one with the same title."""
+    with open(path, encoding="utf-8") as file:
+        document = file.read()
+    for text in tables:
+        title = text.partition("\n")[0]
+        pattern = re.escape(title) + r"\n.*?(?=\n\n### |\n" + re.escape(END) + ")"
+        document, count = re.subn(pattern, lambda _: text, document, flags=re.DOTALL)
+        if count != 1:
+            raise ValueError(f"{path} has no table “{title}”")
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(document)
+
+
 def duration(seconds):
     """To three digits, in the unit that it is best read in."""
     for unit, length in (("s", 1), ("ms", 1e-3), ("µs", 1e-6), ("ns", 1e-9)):

@@ -28,6 +28,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <malloc.h>
 #include <optional>
 #include <string>
 #include <unistd.h>
@@ -129,6 +130,8 @@ struct LinuxPorts {
 int main(int /*argc*/, char** argv)
 {
     using namespace sonvara;
+    // Else each thread would have a store of memory of its own, and keep what it no longer uses there.
+    ::mallopt(M_ARENA_MAX, 1);
     setUpProcess();
     JournalLog log;
     QtApplication application(argv[0]);
