@@ -94,7 +94,7 @@ TEST_F(AutostartTest, SaysWhyItCannotWrite)
 
 class AutostartPathTest : public AutostartTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(AutostartPathTest, SurvivesTheQuotingOfTheSpecification)
+TEST_P(AutostartPathTest, SurvivesTheQuotingOfDesktopEntries)
 {
     program = root.filePath(QStringLiteral("bin/") + GetParam());
     addProgram(program);

@@ -48,7 +48,7 @@ QString quoted(QString argument)
     return result + QLatin1Char('"');
 }
 
-/// The first argument of a command line, as the specification reads it.
+/// The first argument of a command line, as the format of desktop entries reads it.
 QString firstArgument(const QString& command)
 {
     QString result;
