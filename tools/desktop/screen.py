@@ -22,7 +22,6 @@ class Screen:
 
     def __init__(self, desktop):
         self._desktop = desktop
-        self._menu = None
 
     def window(self, title):
         """Waits for the window, and returns its area with the frame and a margin."""
@@ -42,14 +41,9 @@ class Screen:
         """Clicks the item in the tray, the only one; returns the area of the menu and the item."""
         others = self._visible()
         self._desktop.run("xdotool", "mousemove", str(_WIDTH - 12), "15", "click", button)
-        self._menu, *_ = wait_until("the menu", lambda: self._visible() - others, limit)
-        area = self._area_of(self._menu)
+        menu, *_ = wait_until("the menu", lambda: self._visible() - others, limit)
+        area = self._area_of(menu)
         return Area(area.left - _MARGIN, 0, _WIDTH, area.bottom + _MARGIN)
-
-    def close_menu(self):
-        """Closes the menu that was opened last."""
-        # A key comes to a menu only once it has taken the keyboard, which nobody can see.
-        wait_until("the menu's end", lambda: self._menu not in self._visible() or self.press("Escape"))
 
     def press(self, *keys):
         self._desktop.run("xdotool", "key", *keys)

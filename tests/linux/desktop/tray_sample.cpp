@@ -41,7 +41,7 @@ int main(int argc, char** argv)
     };
     fill();
     const auto opening = menu->onWillOpen([&] {
-        std::cout << "Opening " << ++openings << std::endl;
+        ++openings;
         fill();
     });
     item->button()->setImage(QtImageRenderer().render(statusIcon(true)));
