@@ -52,7 +52,8 @@ def main():
     if set(names) == set(MEASURES):
         report.write(document, "\n\n".join([machine, *tables]))
     else:
-        report.replace_tables(document, tables)
+        for table in tables:
+            report.replace_table(document, table)
     print("docs/performance.md is written")
 
 

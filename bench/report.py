@@ -46,28 +46,25 @@ def machine():
 
 def write(path, text):
     """Puts the text between the marks of the document."""
+    _replace(path, re.escape(BEGIN) + ".*" + re.escape(END), f"{BEGIN}\n{text}\n{END}", "place for the tables")
+
+
+def replace_table(path, text):
+    """Puts the table in the place of the one with the same title."""
+    title = text.partition("\n")[0]
+    pattern = re.escape(title) + r"\n.*?(?=\n\n### |\n" + re.escape(END) + ")"
+    _replace(path, pattern, text, f"table “{title}”")
+
+
+def _replace(path, pattern, text, what):
+    """Puts the text where the document matches the pattern, which it must do once."""
     with open(path, encoding="utf-8") as file:
         document = file.read()
-    pattern = re.escape(BEGIN) + ".*" + re.escape(END)
-    written, count = re.subn(pattern, lambda _: f"{BEGIN}\n{text}\n{END}", document, flags=re.DOTALL)
+    written, count = re.subn(pattern, lambda _: text, document, flags=re.DOTALL)
     if count != 1:
-        raise ValueError(f"{path} has no place for the tables")
+        raise ValueError(f"{path} has no {what}")
     with open(path, "w", encoding="utf-8") as file:
         file.write(written)
-
-
-def replace_tables(path, tables):
-    """Puts each table in the place of the one with the same title."""
-    with open(path, encoding="utf-8") as file:
-        document = file.read()
-    for text in tables:
-        title = text.partition("\n")[0]
-        pattern = re.escape(title) + r"\n.*?(?=\n\n### |\n" + re.escape(END) + ")"
-        document, count = re.subn(pattern, lambda _: text, document, flags=re.DOTALL)
-        if count != 1:
-            raise ValueError(f"{path} has no table “{title}”")
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(document)
 
 
 def duration(seconds):
