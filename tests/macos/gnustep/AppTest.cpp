@@ -1,13 +1,10 @@
 #include "AppTest.h"
 
+#include "Classes.h"
 #include "Command.h"
 #include "Mouse.h"
 #include "Probe.h"
 #include "StripProbe.h"
-#include "platform/macos/AppleScriptRunner.h"
-#include "platform/macos/CocoaApplication.h"
-#include "platform/macos/CocoaImage.h"
-#include "ui/StatusIcon.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -28,16 +25,6 @@ std::promise<void> runs;
 std::atomic<bool> expectsQuit = false;
 std::function<void()> atExit;
 
-// The GNU runtime deadlocks when two threads use classes for the first time at once: one holds the runtime's
-// lock and wants the class's, the other has them the other way round. So what the workers use is used here
-// once.
-void useClassesOnce()
-{
-    const CocoaApplication application;
-    (void)CocoaImageRenderer().render(statusIcon(true));
-    std::thread([] { (void)AppleScriptRunner().run("return"); }).join();
-}
-
 // Called when the program ends the process. A test that has ended calls _Exit and does not come here.
 void checkExit()
 {
@@ -50,7 +37,7 @@ void checkExit()
 
 void AppTest::prepare()
 {
-    useClassesOnce();
+    initialiseClasses();
     postToMainThread([] { runs.set_value(); });
 }
 
