@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sonvara::test {
@@ -18,40 +19,44 @@ using namespace std::chrono_literals;
 using testing::Each;
 using testing::MatchesRegex;
 
-std::string repeated(std::string_view part, std::size_t bytes)
-{
-    std::string text;
-    while (text.size() < bytes) text += part;
-    return text;
-}
+/// A text, made only when its test runs.
+struct HostileText {
+    std::string begin;
+    std::string_view part = {};  ///< what follows, again and again, up to a megabyte
 
-const std::size_t megabyte = 1'000'000;
+    [[nodiscard]] std::string make() const
+    {
+        std::string text = begin;
+        while (!part.empty() && text.size() < 1'000'000) text += part;
+        return text;
+    }
+};
 
-const std::vector<std::string> hostileTexts{
-    repeated("x", megabyte),
-    repeated("a b ", megabyte),
-    repeated("e\u0301", megabyte),  // as few as half as many characters as code points
-    "a" + repeated("\u0301", megabyte),
-    "a" + repeated("\u0301\u0316", megabyte),  // not in the order of the normal form
-    repeated("\n", megabyte),
-    std::string("before\0after", 12),
-    std::string("\0", 1),
-    "\x01\x02\x07\x08\x0b\x0c\x1b\x7f",
-    "\x1b[2J\x1b]0;title\x07\x1b[31mred",
-    "<b>bold</b> &amp; <a href=\"file:///etc/passwd\">&#0;</a> <speak><break time=\"10h\"/></speak>",
-    "\u202eesrever\u202c \u2066\u2067\u2069 \u200f",
-    "lone \xed\xa0\x80 surrogates \xed\xbf\xbf",
-    "\xff\xfe\xc0\x80\xf8\x88\x80\x80\x80 \xe2\x82",
-    "||",
-    "a||b||c||true||true||true",
-    "notrunning",
-    "error",
-    "\" to quit\ntell application \"Finder\" to delete every file --",
-    "tell application \"Music\" to set sound volume to 0",
-    "--dangerously-skip-permissions",
-    "$(reboot) `reboot` ; reboot & | > /etc/passwd",
-    "%s%n%1$s {} {0} \\u0000 \\",
-    "\u2028\u2029\u0085\ufeff\ufffe",
+const std::vector<HostileText> hostileTexts{
+    {"", "x"},
+    {"", "a b "},
+    {"", "e\u0301"},  // as few as half as many characters as code points
+    {"a", "\u0301"},
+    {"a", "\u0301\u0316"},  // not in the order of the normal form
+    {"", "\n"},
+    {std::string("before\0after", 12)},
+    {std::string("\0", 1)},
+    {"\x01\x02\x07\x08\x0b\x0c\x1b\x7f"},
+    {"\x1b[2J\x1b]0;title\x07\x1b[31mred"},
+    {"<b>bold</b> &amp; <a href=\"file:///etc/passwd\">&#0;</a> <speak><break time=\"10h\"/></speak>"},
+    {"\u202eesrever\u202c \u2066\u2067\u2069 \u200f"},
+    {"lone \xed\xa0\x80 surrogates \xed\xbf\xbf"},
+    {"\xff\xfe\xc0\x80\xf8\x88\x80\x80\x80 \xe2\x82"},
+    {"||"},
+    {"a||b||c||true||true||true"},
+    {"notrunning"},
+    {"error"},
+    {"\" to quit\ntell application \"Finder\" to delete every file --"},
+    {"tell application \"Music\" to set sound volume to 0"},
+    {"--dangerously-skip-permissions"},
+    {"$(reboot) `reboot` ; reboot & | > /etc/passwd"},
+    {"%s%n%1$s {} {0} \\u0000 \\"},
+    {"\u2028\u2029\u0085\ufeff\ufffe"},
 };
 
 class HostileMetadataTest : public testing::TestWithParam<std::size_t> {
@@ -103,7 +108,7 @@ protected:
 
 TEST_P(HostileMetadataTest, IsOnlyText)
 {
-    const auto& text = hostileTexts[GetParam()];
+    const auto text = hostileTexts[GetParam()].make();
     play(text, text, text);
     expectAMenuAsAlways();
     for (const bool withTool : {false, true}) {
