@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/NotificationCenter.h"
+#include "support/Players.h"
 
 #include <cstddef>
 #include <optional>
@@ -18,12 +19,6 @@ struct NowPlaying {
     bool favorited = false;
     std::string source;  ///< the player: "Music" or "Spotify"
 };
-
-/// The notifications that the two players post, and the players' names.
-inline constexpr const char* musicNotification = "com.apple.Music.playerInfo";
-inline constexpr const char* spotifyNotification = "com.spotify.client.PlaybackStateChanged";
-inline constexpr const char* musicSource = "Music";
-inline constexpr const char* spotifySource = "Spotify";
 
 /// Reads a player's notification. A value of an unexpected type counts as missing. Absent when there is
 /// no title, unless the player says that it has stopped: then the record is empty and not playing.

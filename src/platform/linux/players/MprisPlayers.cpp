@@ -1,9 +1,9 @@
 #include "platform/linux/players/MprisPlayers.h"
 
 #include "platform/linux/players/MprisBus.h"
+#include "platform/linux/players/MprisVolume.h"
 #include "platform/linux/players/PlayerNotificationCenter.h"
 #include "platform/linux/players/PlayerScriptRunner.h"
-#include "platform/linux/players/PlayerVolume.h"
 #include "platform/linux/players/PlayerWatch.h"
 
 namespace sonvara {
@@ -39,7 +39,7 @@ struct MprisPlayers::Parts {
     PlayerNotificationCenter center;
     MprisBus bus;
     PlayerWatch watch;
-    PlayerVolume volume;
+    MprisVolume volume;
     PlayerScriptRunner runner;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/linux/players/PictureFeed.h"
 
+#include "support/Players.h"
+
 #include <algorithm>
 
 namespace sonvara::players {
@@ -19,14 +21,12 @@ std::string textOf(PlaybackStatus status)
 
 Notification notificationOf(PlayerKind kind, const Picture& picture)
 {
-    const bool isMusic = kind == PlayerKind::music;
     UserInfo info{{"Player State", textOf(picture.status)},
                   {"Name", picture.title},
                   {"Artist", picture.artist},
                   {"Album", picture.album},
                   {"Loved", picture.loved}};
-    return {isMusic ? "com.apple.Music.playerInfo" : "com.spotify.client.PlaybackStateChanged",
-            std::move(info)};
+    return {kind == PlayerKind::music ? musicNotification : spotifyNotification, std::move(info)};
 }
 
 std::optional<Notification> PictureFeed::follow(const Picture& picture, Time now)

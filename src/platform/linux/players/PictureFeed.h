@@ -26,6 +26,8 @@ public:
 
     explicit PictureFeed(PlayerKind kind) : kind_(kind) {}
 
+    [[nodiscard]] PlayerKind kind() const { return kind_; }
+
     /// Takes `picture` as already told.
     void begin(Picture picture) { told_ = std::move(picture); }
 

@@ -1,6 +1,7 @@
 // Which programs on the bus count as music players.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@ namespace sonvara::players {
 
 /// The two players that the system knows: the Spotify client, and the desktop's own music player.
 enum class PlayerKind { music, spotify };
+inline constexpr std::array allPlayerKinds{PlayerKind::music, PlayerKind::spotify};
 
 /// What the name on the bus says of its owner.
 enum class NameKind {

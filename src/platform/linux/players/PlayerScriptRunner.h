@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/ScriptRunner.h"
-#include "platform/linux/players/PlayerScripts.h"
+#include "platform/linux/players/ScriptCommand.h"
 
 #include <QObject>
 

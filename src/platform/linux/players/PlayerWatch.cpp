@@ -203,9 +203,8 @@ void PlayerWatch::update()
     if (!begun_) begin();
     publish();  // before any notification: whoever hears it polls at once, on another thread
     if (begun_) {
-        const std::array kinds{PlayerKind::music, PlayerKind::spotify};
-        for (std::size_t i = 0; i < kinds.size(); ++i)
-            if (const auto notification = feeds_[i].follow(directory_.picture(kinds[i]), now()))
+        for (auto& feed : feeds_)
+            if (const auto notification = feed.follow(directory_.picture(feed.kind()), now()))
                 post_(*notification);
     }
     setTimer();
@@ -214,13 +213,12 @@ void PlayerWatch::update()
 
 void PlayerWatch::begin()
 {
-    begun_ = unownedNames_ == 0 && directory_.isKnown(PlayerKind::music) &&
-             directory_.isKnown(PlayerKind::spotify);
+    begun_ = unownedNames_ == 0 &&
+             std::ranges::all_of(allPlayerKinds, [this](auto kind) { return directory_.isKnown(kind); });
     if (!begun_) return;
-    if (directory_.chosen(PlayerKind::music) == nullptr && directory_.chosen(PlayerKind::spotify) == nullptr)
+    if (std::ranges::none_of(allPlayerKinds, [this](auto kind) { return directory_.chosen(kind); }))
         logger_.error({{"No music player runs yet: the DJ waits for one that speaks MPRIS"}});
-    feeds_[0].begin(directory_.picture(PlayerKind::music));
-    feeds_[1].begin(directory_.picture(PlayerKind::spotify));
+    for (auto& feed : feeds_) feed.begin(directory_.picture(feed.kind()));
 }
 
 void PlayerWatch::setTimer()
@@ -245,7 +243,7 @@ void PlayerWatch::answerWaiting()
 
 void PlayerWatch::publish()
 {
-    for (const auto kind : {PlayerKind::music, PlayerKind::spotify}) board_.put(kind, known(kind));
+    for (const auto kind : allPlayerKinds) board_.put(kind, known(kind));
 }
 
 std::optional<PollBoard::Known> PlayerWatch::known(PlayerKind kind) const

@@ -6,8 +6,8 @@
 #include "platform/linux/players/MprisBus.h"
 #include "platform/linux/players/PictureFeed.h"
 #include "platform/linux/players/PlayerDirectory.h"
-#include "platform/linux/players/PlayerScripts.h"
 #include "platform/linux/players/PollBoard.h"
+#include "platform/linux/players/ScriptCommand.h"
 
 #include <QObject>
 #include <QTimer>

@@ -1,30 +1,25 @@
 #include "platform/linux/players/PollBoard.h"
 
-#include <cstddef>
 #include <utility>
 
 namespace sonvara::players {
-namespace {
-
-std::size_t placeOf(PlayerKind kind)
-{
-    return kind == PlayerKind::music ? 0 : 1;
-}
-
-}  // namespace
 
 void PollBoard::put(PlayerKind kind, std::optional<Known> known)
 {
     const std::lock_guard lock(mutex_);
-    known_[placeOf(kind)] = std::move(known);
+    if (known)
+        known_[kind] = *std::move(known);
+    else
+        known_.erase(kind);
 }
 
 std::optional<ScriptResult> PollBoard::read(PlayerKind kind, Time now) const
 {
     const std::lock_guard lock(mutex_);
-    const auto& known = known_[placeOf(kind)];
-    if (!known || now >= known->until) return std::nullopt;
-    return known->picture ? pollAnswer(kind, *known->picture) : notRunningAnswer();
+    const auto known = known_.find(kind);
+    if (known == known_.end() || now >= known->second.until) return std::nullopt;
+    const auto& picture = known->second.picture;
+    return picture ? pollAnswer(kind, *picture) : notRunningAnswer();
 }
 
 }  // namespace sonvara::players

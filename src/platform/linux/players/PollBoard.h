@@ -1,10 +1,10 @@
 // What polls are told without a question to the player, handed from the main thread to the workers.
 #pragma once
 
-#include "platform/linux/players/PlayerScripts.h"
+#include "platform/linux/players/ScriptCommand.h"
 #include "platform/linux/players/Settler.h"
 
-#include <array>
+#include <map>
 #include <mutex>
 #include <optional>
 
@@ -25,7 +25,7 @@ public:
 
 private:
     mutable std::mutex mutex_;
-    std::array<std::optional<Known>, 2> known_;  // under the mutex
+    std::map<PlayerKind, Known> known_;  // under the mutex
 };
 
 }  // namespace sonvara::players

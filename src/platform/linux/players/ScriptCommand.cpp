@@ -1,6 +1,7 @@
-#include "platform/linux/players/PlayerScripts.h"
+#include "platform/linux/players/ScriptCommand.h"
 
 #include "support/PlayerScripts.h"
+#include "support/Players.h"
 
 #include <utility>
 
@@ -21,7 +22,7 @@ std::optional<ScriptCommand> recognise(std::string_view source)
     if (source == spotifyPollScript()) return ScriptCommand{Verb::poll, PlayerKind::spotify};
     const auto command = parseVolumeScript(source);
     if (!command) return std::nullopt;
-    for (const auto player : {PlayerKind::music, PlayerKind::spotify}) {
+    for (const auto player : allPlayerKinds) {
         if (command->player != nameOf(player)) continue;
         if (!command->volume) return ScriptCommand{Verb::getVolume, player};
         return ScriptCommand{Verb::setVolume, player, *command->volume};
@@ -31,7 +32,7 @@ std::optional<ScriptCommand> recognise(std::string_view source)
 
 std::string_view nameOf(PlayerKind player)
 {
-    return player == PlayerKind::music ? "Music" : "Spotify";
+    return player == PlayerKind::music ? musicSource : spotifySource;
 }
 
 ScriptResult pollAnswer(PlayerKind player, const Picture& picture)

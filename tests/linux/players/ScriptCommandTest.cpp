@@ -1,4 +1,4 @@
-#include "platform/linux/players/PlayerScripts.h"
+#include "platform/linux/players/ScriptCommand.h"
 
 #include "support/PlayerScripts.h"
 
@@ -9,13 +9,13 @@ namespace {
 
 using Verb = ScriptCommand::Verb;
 
-TEST(PlayerScripts, ThePollsAreThoseThatTheMonitorSends)
+TEST(ScriptCommand, ThePollsAreThoseThatTheMonitorSends)
 {
     EXPECT_EQ(recognise(musicPollScript()), (ScriptCommand{Verb::poll, PlayerKind::music}));
     EXPECT_EQ(recognise(spotifyPollScript()), (ScriptCommand{Verb::poll, PlayerKind::spotify}));
 }
 
-TEST(PlayerScripts, APollThatDiffersInOneByteIsNone)
+TEST(ScriptCommand, APollThatDiffersInOneByteIsNone)
 {
     for (const auto& script : {musicPollScript(), spotifyPollScript()}) {
         EXPECT_EQ(recognise(script + "\n"), std::nullopt);
@@ -28,7 +28,7 @@ TEST(PlayerScripts, APollThatDiffersInOneByteIsNone)
     }
 }
 
-TEST(PlayerScripts, UnderstandsTheVolumeCommandsOfBothPlayers)
+TEST(ScriptCommand, UnderstandsTheVolumeCommandsOfBothPlayers)
 {
     EXPECT_EQ(recognise(R"(tell application "Music" to get sound volume)"),
               (ScriptCommand{Verb::getVolume, PlayerKind::music}));
@@ -42,7 +42,7 @@ TEST(PlayerScripts, UnderstandsTheVolumeCommandsOfBothPlayers)
     }
 }
 
-TEST(PlayerScripts, VolumesInAnyOtherFormAreNone)
+TEST(ScriptCommand, VolumesInAnyOtherFormAreNone)
 {
     for (const auto* volume :
          {"", " 5", "5 ", "05", "00", "+5", "-5", "101", "1000", "3.5", "35\n", "1e1", "x"})
@@ -51,7 +51,7 @@ TEST(PlayerScripts, VolumesInAnyOtherFormAreNone)
             << volume;
 }
 
-TEST(PlayerScripts, AnyOtherTextIsNone)
+TEST(ScriptCommand, AnyOtherTextIsNone)
 {
     for (const auto* text :
          {"", "try", "tell application", R"(tell application "Finder" to get sound volume)",
@@ -62,7 +62,7 @@ TEST(PlayerScripts, AnyOtherTextIsNone)
     EXPECT_EQ(recognise(std::string("tell application \"Music\" to get sound volume") + '\0'), std::nullopt);
 }
 
-TEST(PlayerScripts, AMusicPollAnswersFiveFieldsAndASpotifyPollFour)
+TEST(ScriptCommand, AMusicPollAnswersFiveFieldsAndASpotifyPollFour)
 {
     const Picture picture{PlaybackStatus::playing, "T", "A", "B", true};
     EXPECT_EQ(pollAnswer(PlayerKind::music, picture).text, "T||A||B||true||true");
@@ -72,14 +72,14 @@ TEST(PlayerScripts, AMusicPollAnswersFiveFieldsAndASpotifyPollFour)
     EXPECT_EQ(pollAnswer(PlayerKind::spotify, pause).text, "T||||||false");
 }
 
-TEST(PlayerScripts, TheTitleIsGivenAsItIs)
+TEST(ScriptCommand, TheTitleIsGivenAsItIs)
 {
     const std::string title = std::string("a||b\n\"") + '\0' + std::string(1 << 20, 'x');
     const Picture picture{PlaybackStatus::playing, title, "A", "B", false};
     EXPECT_EQ(pollAnswer(PlayerKind::spotify, picture).text, title + "||A||B||true");
 }
 
-TEST(PlayerScripts, WithoutATrackThePollAnswersError)
+TEST(ScriptCommand, WithoutATrackThePollAnswersError)
 {
     const auto result = pollAnswer(PlayerKind::music, Picture{});
     EXPECT_EQ(result.text, "error");
@@ -88,7 +88,7 @@ TEST(PlayerScripts, WithoutATrackThePollAnswersError)
     EXPECT_EQ(notRunningAnswer().text, "notrunning");
 }
 
-TEST(PlayerScripts, AVolumeIsANumberAndAText)
+TEST(ScriptCommand, AVolumeIsANumberAndAText)
 {
     const auto result = volumeAnswer(35);
     EXPECT_EQ(result.integer, 35);

@@ -1,4 +1,4 @@
-#include "platform/linux/players/PlayerVolume.h"
+#include "platform/linux/players/MprisVolume.h"
 
 #include "platform/linux/players/MprisDecoder.h"
 
@@ -14,7 +14,7 @@ ScriptResult notRunning(PlayerKind kind)
 
 }  // namespace
 
-void PlayerVolume::read(PlayerKind kind, const Answer& answer)
+void MprisVolume::read(PlayerKind kind, const Answer& answer)
 {
     const auto* player = directory_.chosen(kind);
     if (player == nullptr) {
@@ -31,7 +31,7 @@ void PlayerVolume::read(PlayerKind kind, const Answer& answer)
     });
 }
 
-void PlayerVolume::set(PlayerKind kind, int volume, const Answer& answer)
+void MprisVolume::set(PlayerKind kind, int volume, const Answer& answer)
 {
     const auto* player = playerToSet(kind);
     if (player == nullptr) {
@@ -44,13 +44,13 @@ void PlayerVolume::set(PlayerKind kind, int volume, const Answer& answer)
     });
 }
 
-const Player* PlayerVolume::playerToSet(PlayerKind kind) const
+const Player* MprisVolume::playerToSet(PlayerKind kind) const
 {
     const auto program = lastReadProgram(std::string(nameOf(kind)));
     return program ? directory_.findByName(*program) : directory_.chosen(kind);
 }
 
-std::optional<std::string> PlayerVolume::lastReadProgram(const std::string& player) const
+std::optional<std::string> MprisVolume::lastReadProgram(const std::string& player) const
 {
     const auto lastRead = lastRead_.load();
     if (!lastRead) return std::nullopt;

@@ -3,7 +3,7 @@
 
 #include "platform/linux/players/MprisBus.h"
 #include "platform/linux/players/PlayerDirectory.h"
-#include "platform/linux/players/PlayerScripts.h"
+#include "platform/linux/players/ScriptCommand.h"
 #include "support/Snapshot.h"
 
 #include <functional>
@@ -18,11 +18,11 @@ namespace sonvara::players {
 ///
 /// A name like "Music" may mean another program a moment later. A volume is therefore set on the
 /// program on which it was last read, so that what was lowered is what is raised again.
-class PlayerVolume {
+class MprisVolume {
 public:
     using Answer = std::function<void(ScriptResult)>;
 
-    PlayerVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_(bus), directory_(directory) {}
+    MprisVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_(bus), directory_(directory) {}
 
     void read(PlayerKind kind, const Answer& answer);
     void set(PlayerKind kind, int volume, const Answer& answer);
