@@ -40,10 +40,17 @@ class Screen:
     def open_tray_menu(self, button="3", limit=10.0):
         """Clicks the item in the tray, the only one; returns the area of the menu and the item."""
         others = self._visible()
-        self._desktop.run("xdotool", "mousemove", str(_WIDTH - 12), "15", "click", button)
+        self.click_tray_item(button)
         menu, *_ = wait_until("the menu", lambda: self._visible() - others, limit)
         area = self._area_of(menu)
         return Area(area.left - _MARGIN, 0, _WIDTH, area.bottom + _MARGIN)
+
+    def click_tray_item(self, button):
+        self._desktop.run("xdotool", "mousemove", str(_WIDTH - 12), "15", "click", button)
+
+    def windows_of(self, pid):
+        """The windows of a process that can be seen, those inside of others included."""
+        return self._visible("--pid", str(pid))
 
     def press(self, *keys):
         self._desktop.run("xdotool", "key", *keys)
@@ -67,9 +74,9 @@ class Screen:
     def _find(self, title):
         return self._desktop.run("xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{title}$").split()[0]
 
-    def _visible(self):
+    def _visible(self, *which):
         try:
-            return set(self._desktop.run("xdotool", "search", "--onlyvisible", "--class", ".").split())
+            return set(self._desktop.run("xdotool", "search", "--onlyvisible", *(which or ("--class", "."))).split())
         except subprocess.CalledProcessError:
             return set()  # there is none
 
