@@ -240,6 +240,21 @@ TEST_F(AppDelegateTest, AReleasedDelegateIsSkippedByItsPendingTasks)
     EXPECT_THAT(desktop.voice.lines, IsEmpty());
 }
 
+TEST_F(AppDelegateTest, ADelegateThatIsGoneWhenItsStopIsDueStopsNothing)
+{
+    play("Song 1");
+    launch();
+    desktop.time.advance(1s);
+    ASSERT_TRUE(desktop.voice.isSpeaking());
+    const auto speech = delegate->speechManager;  // somebody else still holds the announcer
+    desktop.time.post([this] {
+        delegate->musicMonitor->isPlaying.set(false);
+        delegate.reset();
+    });
+    desktop.time.run();
+    EXPECT_TRUE(desktop.voice.isSpeaking());
+}
+
 /// Runs the program's entry; returns its exit status, or 1 when something was not as expected.
 int runMain()
 {

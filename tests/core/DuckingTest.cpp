@@ -211,6 +211,16 @@ TEST_F(DuckingTest, ADuckThatEndsAfterTheManagerIsGoneLeavesNoRecord)
     EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35"));
 }
 
+TEST_F(DuckingTest, AManagerThatIsGoneWhenTheEndOfItsLineIsHeardLeavesThePlayer)
+{
+    report("Song 1");
+    desktop.time.run();
+    desktop.voice.finish();
+    manager.reset();
+    desktop.time.advance(5s);
+    EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35"));
+}
+
 TEST_F(DuckingTest, TheBookkeepingIsOfThePlayerThatWasLowered)
 {
     desktop.players.spotify.volume = 60;

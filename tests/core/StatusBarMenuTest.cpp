@@ -115,6 +115,15 @@ TEST_F(StatusBarControllerTest, QuitGoesThroughTheApplication)
     EXPECT_EQ(desktop.application.terminations, 1);
 }
 
+TEST_F(StatusBarControllerTest, AnItemThatOutlivesTheControllerDoesNothing)
+{
+    start();
+    const auto mute = item(6).action;
+    controller.reset();
+    mute();
+    EXPECT_TRUE(desktop.defaults.values.empty());
+}
+
 TEST_F(StatusBarControllerTest, SettingsOpenACentredWindowOfTheirOwnStyle)
 {
     start();

@@ -71,6 +71,7 @@ TEST(TextTrim, KeepsWhatIsNoWhiteSpace)
     EXPECT_EQ(text::trim(" \u3000 "), "");
     EXPECT_EQ(text::trim(" \xff "), "\xff");
     EXPECT_EQ(text::trim("\x80\x80\x80"), "\x80\x80\x80");
+    EXPECT_EQ(text::trim("A \x80"), "A \x80") << "the end of no character; the blank is not at the end";
 }
 
 TEST(TextSplit, KeepsEmptyPiecesAndFindsSeparatorsFromLeftToRight)
