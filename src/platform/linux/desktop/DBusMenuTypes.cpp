@@ -1,6 +1,6 @@
 #include "platform/linux/desktop/DBusMenuTypes.h"
 
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/QtText.h"
 
 #include <QDBusMetaType>
 #include <QDBusVariant>

@@ -2,8 +2,8 @@
 
 #include "platform/linux/desktop/FormComboBox.h"
 #include "platform/linux/desktop/LogDialog.h"
+#include "platform/linux/desktop/QtText.h"
 #include "platform/linux/desktop/SectionCard.h"
-#include "platform/linux/desktop/StylePalette.h"
 #include "platform/linux/desktop/StyledLabel.h"
 
 #include <QCheckBox>

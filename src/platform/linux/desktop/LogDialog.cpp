@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/LogDialog.h"
 
 #include "platform/linux/desktop/LogListView.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/QtText.h"
 #include "platform/linux/desktop/StyledLabel.h"
 
 #include <QPointer>

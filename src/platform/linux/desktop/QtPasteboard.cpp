@@ -1,6 +1,6 @@
 #include "platform/linux/desktop/QtPasteboard.h"
 
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/QtText.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

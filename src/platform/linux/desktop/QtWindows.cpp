@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/QtWindows.h"
 
 #include "platform/linux/desktop/FormWidget.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/QtText.h"
 
 #include <QCloseEvent>
 #include <QCursor>

@@ -6,7 +6,6 @@
 #include <QColor>
 #include <QFont>
 #include <QPalette>
-#include <QString>
 
 namespace sonvara {
 
@@ -29,11 +28,5 @@ struct RoleColors {
 
 /// The user's font for a role. Main thread.
 [[nodiscard]] QFont roleFont(FontRole role);
-
-/// A text of the core for Qt; bytes that are no UTF-8 become replacement characters.
-[[nodiscard]] inline QString toQt(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 }  // namespace sonvara

@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/StyledLabel.h"
 
+#include "platform/linux/desktop/QtText.h"
 #include "platform/linux/desktop/StylePalette.h"
 #include "platform/linux/desktop/ThemeWatcher.h"
 

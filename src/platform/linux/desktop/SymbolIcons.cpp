@@ -1,6 +1,5 @@
 #include "platform/linux/desktop/SymbolIcons.h"
 
-#include <QPen>
 #include <QTransform>
 
 #include <algorithm>

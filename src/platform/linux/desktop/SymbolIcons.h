@@ -1,8 +1,7 @@
 // The symbols that the interface names, as our own vector shapes.
 #pragma once
 
-#include "platform/linux/desktop/StylePalette.h"
-
+#include <QColor>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRectF>

@@ -1,5 +1,7 @@
 #include "platform/linux/desktop/SymbolView.h"
 
+#include "platform/linux/desktop/QtText.h"
+#include "platform/linux/desktop/StylePalette.h"
 #include "platform/linux/desktop/SymbolIcons.h"
 
 #include <QFontMetrics>

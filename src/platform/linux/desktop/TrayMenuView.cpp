@@ -1,7 +1,7 @@
 #include "platform/linux/desktop/TrayMenuView.h"
 
 #include "platform/linux/desktop/Mnemonics.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/desktop/QtText.h"
 #include "platform/linux/desktop/StyledLabel.h"
 
 #include <QStyle>
