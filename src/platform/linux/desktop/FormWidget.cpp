@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/FormWidget.h"
 
+#include "platform/linux/desktop/BoundButton.h"
 #include "platform/linux/desktop/FormComboBox.h"
 #include "platform/linux/desktop/LogDialog.h"
 #include "platform/linux/desktop/QtText.h"
@@ -8,7 +9,6 @@
 
 #include <QCheckBox>
 #include <QEvent>
-#include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
 #include <QSignalBlocker>
@@ -126,17 +126,12 @@ void FormWidget::addRow(SectionCard& card, const Picker& picker)
 
 void FormWidget::addRow(SectionCard& card, const PushButton& button)
 {
-    auto* push = new QPushButton;
+    auto* push = new BoundButton(button, mnemonics_);
     auto* row = new QHBoxLayout;
     row->addWidget(push);
     row->addStretch(1);
     card.addRow(row);
-    const auto key = mnemonics_.pick(toQt(button.title()));
-    refreshers_.emplace_back([push, key, title = button.title, isEnabled = button.isEnabled] {
-        push->setText(withMnemonic(toQt(title()), key));
-        push->setAccessibleName(toQt(title()));
-        push->setEnabled(isEnabled());
-    });
+    refreshers_.emplace_back([push] { push->refresh(); });
     connect(push, &QPushButton::clicked, this, [this, action = button.action] { perform(action); });
 }
 

@@ -1,11 +1,11 @@
 #include "platform/linux/desktop/LogDialog.h"
 
+#include "platform/linux/desktop/BoundButton.h"
 #include "platform/linux/desktop/LogListView.h"
 #include "platform/linux/desktop/QtText.h"
 #include "platform/linux/desktop/StyledLabel.h"
 
 #include <QPointer>
-#include <QPushButton>
 
 namespace sonvara {
 
@@ -62,15 +62,10 @@ LogDialog::LogDialog(LogSheet sheet, QWidget* window)
 
 void LogDialog::addButton(QHBoxLayout& header, const PushButton& button, Mnemonics& mnemonics)
 {
-    auto* push = new QPushButton;
+    auto* push = new BoundButton(button, mnemonics);
     push->setAutoDefault(false);  // Enter presses only what has the keyboard
     header.addWidget(push);
-    const auto key = mnemonics.pick(toQt(button.title()));
-    refreshers_.emplace_back([push, key, title = button.title, isEnabled = button.isEnabled] {
-        push->setText(withMnemonic(toQt(title()), key));
-        push->setAccessibleName(toQt(title()));
-        push->setEnabled(isEnabled());
-    });
+    buttons_.push_back(push);
     connect(push, &QPushButton::clicked, this, [this, action = button.action] {
         const QPointer<LogDialog> self(this);
         action();
@@ -83,7 +78,7 @@ void LogDialog::refresh()
     const auto rows = sheet_.rows();
     list_->setRows(rows);
     pages_->setCurrentWidget(rows.empty() ? empty_ : list_);
-    for (const auto& refresher : refreshers_) refresher();
+    for (auto* button : buttons_) button->refresh();
 }
 
 }  // namespace sonvara

@@ -2,18 +2,18 @@
 #pragma once
 
 #include "platform/Form.h"
-#include "platform/linux/desktop/Mnemonics.h"
 
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QStackedWidget>
 
-#include <functional>
 #include <vector>
 
 namespace sonvara {
 
+class BoundButton;
 class LogListView;
+class Mnemonics;
 
 /// A dialog over one window, which waits until it is dismissed; Escape dismisses it, too. Main thread.
 class LogDialog final : public QDialog {
@@ -30,7 +30,7 @@ private:
     QStackedWidget* pages_;
     QWidget* empty_;
     LogListView* list_;
-    std::vector<std::function<void()>> refreshers_;  ///< one for each button
+    std::vector<BoundButton*> buttons_;
     Subscription changes_;
 };
 

@@ -1,0 +1,23 @@
+#include "platform/linux/desktop/BoundButton.h"
+
+#include "platform/linux/desktop/QtText.h"
+
+namespace sonvara {
+
+BoundButton::BoundButton(const PushButton& button, Mnemonics& mnemonics, QWidget* parent)
+    : QPushButton(parent),
+      button_(button),
+      key_(mnemonics.pick(toQt(button.title())))
+{
+    refresh();
+}
+
+void BoundButton::refresh()
+{
+    const auto title = toQt(button_.title());
+    setText(withMnemonic(title, key_));
+    setAccessibleName(title);
+    setEnabled(button_.isEnabled());
+}
+
+}  // namespace sonvara
