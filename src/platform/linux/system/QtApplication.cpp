@@ -6,12 +6,22 @@
 
 namespace sonvara {
 
+namespace {
+constexpr const char* withoutSharedMemory = "QT_XCB_NO_MITSHM";
+}
+
+QtApplication::SharedMemoryBan::SharedMemoryBan()
+{
+    qputenv(withoutSharedMemory, "1");
+}
+
 QtApplication::QtApplication(const char* programName)
     : programName_(programName),
       arguments_{programName_.data(), nullptr},
       application_(argumentCount_, arguments_.data()),
       signals_([this] { terminate(); })
 {
+    qunsetenv(withoutSharedMemory);  // Qt has read it, and the tools that we start need not see it
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName("Sonvara");  // no display name, which Qt would append to windows' titles
     QApplication::setDesktopFileName(SONVARA_IDENTIFIER);

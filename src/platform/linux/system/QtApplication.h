@@ -28,8 +28,15 @@ public:
     void reopen();
 
 private:
+    /// Has Qt hand its pictures to the display over their connection. In shared memory they would travel as
+    /// descriptors, and when the process has none left, Qt waits for them for ever.
+    struct SharedMemoryBan {
+        SharedMemoryBan();
+    };
+
     void launch();
 
+    SharedMemoryBan sharedMemoryBan_;
     std::string programName_;  // Qt keeps references to these three
     std::array<char*, 2> arguments_;
     int argumentCount_ = 1;
