@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace sonvara::test {
 namespace {

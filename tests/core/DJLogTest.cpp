@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <memory>
 #include <string>
 #include <vector>
 

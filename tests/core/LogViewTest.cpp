@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <memory>
 #include <string>
 
 namespace sonvara::test {

@@ -8,7 +8,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST_F(MusicMonitorTest, ANotificationLeadsToTwoApplicationsItsOwnRecordFirst)
 {

@@ -7,13 +7,9 @@
 
 #include <chrono>
 #include <cstdint>
-#include <map>
 #include <memory>
-#include <optional>
 #include <random>
-#include <set>
 #include <string>
-#include <vector>
 
 namespace sonvara::test {
 namespace {

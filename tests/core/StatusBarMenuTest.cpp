@@ -6,9 +6,7 @@
 namespace sonvara::test {
 namespace {
 
-using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST_F(StatusBarControllerTest, TheMenuHasTenItemsInOrder)
 {

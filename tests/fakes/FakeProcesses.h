@@ -41,7 +41,7 @@ public:
         EXPECT_FALSE(wasLaunched_) << "a child is launched once";
         wasLaunched_ = true;
         if (behaviour_.launchError) return behaviour_.launchError;
-        launchedAt = time_.elapsed();
+        launchedAt_ = time_.elapsed();
         return std::nullopt;
     }
     std::string readOutputToEnd() override
@@ -49,36 +49,36 @@ public:
         EXPECT_TRUE(isRunning());
         time_.blockWorker([this] { return hasEnded(); }, behaviour_.runsFor);
         wasRead_ = true;
-        if (wasTerminated) return {};
+        if (wasTerminated_) return {};
         return behaviour_.answer ? behaviour_.answer(setup) : behaviour_.output;
     }
     int waitUntilExit() override
     {
         EXPECT_FALSE(isRunning());
-        return wasTerminated ? 143 : behaviour_.exitStatus;
+        return wasTerminated_ ? 143 : behaviour_.exitStatus;
     }
-    [[nodiscard]] bool isRunning() const override { return launchedAt && !hasEnded(); }
+    [[nodiscard]] bool isRunning() const override { return launchedAt_ && !hasEnded(); }
     void terminate() override
     {
         ++terminateRequests;
-        if (isRunning() && !behaviour_.ignoresTerminate) wasTerminated = true;
+        if (isRunning() && !behaviour_.ignoresTerminate) wasTerminated_ = true;
     }
 
     ChildProcessSetup setup;
-    std::optional<VirtualTime::Duration> launchedAt;
     int terminateRequests = 0;
-    bool wasTerminated = false;
 
 private:
     [[nodiscard]] bool hasEnded() const
     {
-        return wasRead_ || wasTerminated || time_.elapsed() >= *launchedAt + behaviour_.runsFor;
+        return wasRead_ || wasTerminated_ || time_.elapsed() >= *launchedAt_ + behaviour_.runsFor;
     }
 
     VirtualTime& time_;
     ToolBehaviour behaviour_;
+    std::optional<VirtualTime::Duration> launchedAt_;
     bool wasLaunched_ = false;
     bool wasRead_ = false;
+    bool wasTerminated_ = false;
 };
 
 /// Launches `FakeChild`ren, each with the behaviour that is set at that moment.

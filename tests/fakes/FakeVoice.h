@@ -24,7 +24,6 @@ public:
         SpeechUtterance utterance;
         Ending ending = Ending::none;
         VirtualTime::Duration handedOver{0};
-        bool wasHeard = false;  ///< it was the current line at some time
     };
 
     explicit FakeVoice(VirtualTime& time) : time_(time) {}
@@ -38,9 +37,8 @@ public:
     {
         EXPECT_TRUE(time_.isMainThread());
         if (onSpeak) onSpeak(utterance.line);
-        lines.push_back({std::move(utterance), Ending::none, time_.elapsed(), false});
+        lines.push_back({std::move(utterance), Ending::none, time_.elapsed()});
         waiting_.push_back(lines.size() - 1);
-        lines[waiting_.front()].wasHeard = true;
     }
 
     void stopSpeaking() override
@@ -70,7 +68,6 @@ public:
         ASSERT_TRUE(isSpeaking());
         const auto line = waiting_.front();
         waiting_.pop_front();
-        if (!waiting_.empty()) lines[waiting_.front()].wasHeard = true;
         end(line, Ending::finished);
     }
 

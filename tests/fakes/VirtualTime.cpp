@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <limits>
+#include <condition_variable>
+#include <mutex>
 
 namespace sonvara::test {
 

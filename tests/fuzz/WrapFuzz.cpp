@@ -2,7 +2,6 @@
 #include "Require.h"
 #include "support/Text.h"
 
-#include <algorithm>
 #include <string>
 
 using namespace sonvara;

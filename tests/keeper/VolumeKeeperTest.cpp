@@ -7,7 +7,6 @@ namespace sonvara::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST_F(VolumeKeeperTest, ScriptsAndAnswersPassUnchanged)
 {

@@ -2,15 +2,10 @@
 // later.
 #include "VolumeKeeperFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <random>
 
 namespace sonvara::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST_F(VolumeKeeperTest, OnTheWayOutALoweredPlayerIsPutBack)
 {

@@ -2,7 +2,6 @@
 
 #include "ui/StatusIcon.h"
 
-#include <fstream>
 #include <future>
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "IcnsFile.h"
 
-#include <cstdint>
 #include <string_view>
 
 namespace sonvara {

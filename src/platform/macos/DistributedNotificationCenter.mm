@@ -6,7 +6,6 @@
 #import "platform/macos/Strings.h"
 
 #include <atomic>
-#include <memory>
 #include <utility>
 
 namespace sonvara {

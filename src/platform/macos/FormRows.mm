@@ -4,9 +4,6 @@
 #import "platform/macos/Layout.h"
 #import "platform/macos/Strings.h"
 
-#include <cmath>
-#include <utility>
-
 namespace sonvara {
 
 namespace {

@@ -2,7 +2,6 @@
 // Apple's documentation the adapters broke meanwhile. Any thread, unless told otherwise.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -19,7 +18,6 @@ std::vector<std::string> takeViolations();
 // --- Scripts ---------------------------------------------------------------------------------------
 
 struct ScriptAnswer {
-    bool isScript = true;
     std::optional<std::string> text;
     std::int32_t integer = 0;
     std::optional<int> errorNumber;
