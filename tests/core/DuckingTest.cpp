@@ -1,5 +1,5 @@
 // How far players are lowered, with which commands, and the bookkeeping of it.
-#include "SpeechFixture.h"
+#include "SpeechManagerFixture.h"
 #include "speech/PlayerVolume.h"
 
 #include <gmock/gmock.h>
@@ -68,7 +68,7 @@ TEST(PlayerVolume, ReadingGivesTheNumberOrNothing)
     EXPECT_EQ(PlayerVolume::read(scripts, "Music"), std::nullopt);
 }
 
-using DuckingTest = SpeechFixture;
+using DuckingTest = SpeechManagerFixture;
 
 TEST_F(DuckingTest, ThePlayerIsLoweredWhileTheDJSpeaksAndPutBackAfterwards)
 {

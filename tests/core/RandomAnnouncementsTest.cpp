@@ -1,5 +1,5 @@
 // Random reports, stops and settings against a model of what may be said.
-#include "SpeechFixture.h"
+#include "SpeechManagerFixture.h"
 #include "speech/AnnouncementPolicy.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ struct Track {
 };
 
 /// Drives a speech manager and knows which title, if any, it may speak next.
-class RandomAnnouncements : public SpeechFixture {
+class RandomAnnouncements : public SpeechManagerFixture {
 protected:
     void play(std::uint32_t seed)
     {

@@ -1,5 +1,5 @@
 // From a reported track to a spoken line.
-#include "SpeechFixture.h"
+#include "SpeechManagerFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +17,7 @@ using testing::IsEmpty;
 const std::string skipped = "Skipping announcement — same album playthrough.";
 const std::string suppressed = "Suppressed announcement — superseded by a newer track or a stop.";
 
-class SpeechManagerTest : public SpeechFixture {
+class SpeechManagerTest : public SpeechManagerFixture {
 protected:
     void useAI(VirtualTime::Duration takes, const std::string& line)
     {

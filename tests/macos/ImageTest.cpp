@@ -1,3 +1,4 @@
+// Drawings as pictures of the system, judged by their PNG files.
 #include "platform/macos/CocoaImage.h"
 
 #include "ui/StatusIcon.h"

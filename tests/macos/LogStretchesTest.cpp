@@ -1,3 +1,4 @@
+// How a log message is put into the few formats that the system log is given.
 #include "platform/macos/LogStretches.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// What becomes of the values in a notification of the system.
 #import "platform/macos/NotificationValues.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The main queue, its timer, and the queues for work off the main thread.
 #include "Probe.h"
 #include "platform/macos/DispatchGlobalQueue.h"
 #include "platform/macos/DispatchMainQueue.h"

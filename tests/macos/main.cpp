@@ -1,3 +1,4 @@
+// A GoogleTest program with an application object, which the adapters need.
 #include "Probe.h"
 
 #include <gtest/gtest.h>

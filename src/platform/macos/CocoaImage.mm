@@ -1,7 +1,7 @@
 #include "platform/macos/CocoaImage.h"
 
+#import "platform/macos/CocoaStyle.h"
 #import "platform/macos/NativeImage.h"
-#import "platform/macos/Style.h"
 
 namespace sonvara {
 

@@ -1,8 +1,8 @@
 #include "platform/macos/CocoaStatusBar.h"
 
 #import "platform/macos/CocoaMenu.h"
+#import "platform/macos/CocoaStyle.h"
 #import "platform/macos/NativeImage.h"
-#import "platform/macos/Style.h"
 
 namespace sonvara {
 

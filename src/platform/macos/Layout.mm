@@ -1,7 +1,7 @@
 #import "platform/macos/Layout.h"
 
+#import "platform/macos/CocoaStyle.h"
 #import "platform/macos/Strings.h"
-#import "platform/macos/Style.h"
 
 #include <cmath>
 

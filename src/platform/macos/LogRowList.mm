@@ -1,6 +1,6 @@
 #import "platform/macos/LogRowList.h"
 
-#import "platform/macos/Style.h"
+#import "platform/macos/CocoaStyle.h"
 
 #include <algorithm>
 #include <utility>

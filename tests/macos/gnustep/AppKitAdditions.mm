@@ -1,3 +1,4 @@
+// What include/AppleAdditions.h declares of AppKit, but for the status bar.
 #include "StandIns.h"
 
 #import <AppleAdditions.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Director.h"
-#include "PlayerScripts.h"
+#include "ScriptedPlayers.h"
 #include "StandInTest.h"
 
 namespace sonvara {
@@ -36,7 +36,7 @@ protected:
     /// return. Any other end of the process while a test runs is a failure.
     [[noreturn]] static void quit(std::function<void()> check = {});
 
-    PlayerScripts players_;
+    ScriptedPlayers players_;
 };
 
 }  // namespace sonvara

@@ -1,3 +1,4 @@
+// The classes of GNUstep, made ready for threads.
 #pragma once
 
 namespace sonvara {

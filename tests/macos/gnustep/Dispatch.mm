@@ -1,3 +1,4 @@
+// The dispatch queues: the main one on the run loop, a thread for each task of the others.
 #include <dispatch/dispatch.h>
 
 #import <AppKit/AppKit.h>

@@ -1,3 +1,4 @@
+// The unified log, kept for the tests to read.
 #include "StandIns.h"
 
 #include <os/log.h>

@@ -1,3 +1,4 @@
+// Service management with one login item.
 #include "StandIns.h"
 
 #import <ServiceManagement/ServiceManagement.h>

@@ -1,3 +1,4 @@
+// Scripts on the way to the script component and back.
 #include "Probe.h"
 #include "StandInTest.h"
 #include "platform/macos/AppleScriptRunner.h"

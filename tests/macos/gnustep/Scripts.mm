@@ -1,3 +1,4 @@
+// The script component, which answers what a test tells it to.
 #include "StandIns.h"
 
 #import <AppleAdditions.h>

@@ -1,3 +1,4 @@
+// The speech synthesizer, whose lines end when a test says so.
 #include "StandIns.h"
 
 #import <AVFoundation/AVFoundation.h>

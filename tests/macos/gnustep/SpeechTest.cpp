@@ -1,3 +1,4 @@
+// Lines on the way to the system's voice, and the reports of their ends.
 #include "Probe.h"
 #include "StandInTest.h"
 #include "platform/macos/AppleSpeechSynthesizer.h"

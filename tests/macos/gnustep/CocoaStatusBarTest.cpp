@@ -1,9 +1,10 @@
+// The status item and its menu, with the mouse on them.
+#include "platform/macos/CocoaStatusBar.h"
 #include "Mouse.h"
 #include "Probe.h"
 #include "StandInTest.h"
 #include "StripProbe.h"
 #include "platform/macos/CocoaImage.h"
-#include "platform/macos/CocoaStatusBar.h"
 
 #include <chrono>
 #include <future>
@@ -13,9 +14,9 @@ namespace {
 
 using probe::ShownItem;
 
-class StatusItemTest : public StandInTest {
+class CocoaStatusBarTest : public StandInTest {
 protected:
-    StatusItemTest() { item_->setMenu(*menu_); }
+    CocoaStatusBarTest() { item_->setMenu(*menu_); }
 
     MenuItem action(const std::string& title)
     {
@@ -32,7 +33,7 @@ protected:
     std::vector<std::string> chosen_;
 };
 
-TEST_F(StatusItemTest, ShowsSymbolsAndImages)
+TEST_F(CocoaStatusBarTest, ShowsSymbolsAndImages)
 {
     StatusButton* button = item_->button();
     ASSERT_NE(button, nullptr);
@@ -44,7 +45,7 @@ TEST_F(StatusItemTest, ShowsSymbolsAndImages)
     EXPECT_EQ(probe::statusImage(), (probe::StatusImage{"", 18, 18, true}));
 }
 
-TEST_F(StatusItemTest, ComesAndGoes)
+TEST_F(CocoaStatusBarTest, ComesAndGoes)
 {
     EXPECT_TRUE(probe::hasStatusItem());
     item_->setVisible(false);
@@ -55,7 +56,7 @@ TEST_F(StatusItemTest, ComesAndGoes)
     EXPECT_FALSE(probe::hasStatusItem());
 }
 
-TEST_F(StatusItemTest, ShowsTheMenusItems)
+TEST_F(CocoaStatusBarTest, ShowsTheMenusItems)
 {
     MenuItem header;
     header.title = "A & B_c";
@@ -72,7 +73,7 @@ TEST_F(StatusItemTest, ShowsTheMenusItems)
                                                            {"Mute", true, true, false}}));
 }
 
-TEST_F(StatusItemTest, OpensItsMenuOnAPressAfterItHasBeenRebuiltAndRunsTheChosenItem)
+TEST_F(CocoaStatusBarTest, OpensItsMenuOnAPressAfterItHasBeenRebuiltAndRunsTheChosenItem)
 {
     int opened = 0;
     menu_->setItems({action("old")});

@@ -12,13 +12,13 @@
 
 namespace sonvara::test {
 
-class SpeechFixture : public testing::Test {
+class SpeechManagerFixture : public testing::Test {
 protected:
     FakeDesktop desktop;
     DJLog* log = desktop.log.get();
     std::shared_ptr<SpeechManager> manager = SpeechManager::create(desktop.platform);
 
-    SpeechFixture() { desktop.players.music.isRunning = true; }
+    SpeechManagerFixture() { desktop.players.music.isRunning = true; }
 
     /// The monitor reports this track of an album of its own, in a main-thread turn.
     void report(const std::string& track, const std::string& source = "Music")

@@ -20,12 +20,12 @@ struct Player {
 };
 
 /// Any thread. Answers from the time it is made until it is destroyed.
-class PlayerScripts {
+class ScriptedPlayers {
 public:
-    PlayerScripts();
-    ~PlayerScripts();
-    PlayerScripts(const PlayerScripts&) = delete;
-    PlayerScripts& operator=(const PlayerScripts&) = delete;
+    ScriptedPlayers();
+    ~ScriptedPlayers();
+    ScriptedPlayers(const ScriptedPlayers&) = delete;
+    ScriptedPlayers& operator=(const ScriptedPlayers&) = delete;
 
     void set(const std::string& name, Player player);
     /// From now on, every script that asks about volumes fails with `errorNumber`, and polls answer

@@ -1,4 +1,4 @@
-#import "platform/macos/Style.h"
+#import "platform/macos/CocoaStyle.h"
 
 #import "platform/macos/Strings.h"
 

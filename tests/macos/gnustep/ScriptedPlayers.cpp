@@ -1,4 +1,4 @@
-#include "PlayerScripts.h"
+#include "ScriptedPlayers.h"
 
 #include <utility>
 
@@ -18,63 +18,63 @@ std::string playerIn(const std::string& source)
 
 }  // namespace
 
-PlayerScripts::PlayerScripts()
+ScriptedPlayers::ScriptedPlayers()
 {
     standins::setScripts([this](const std::string& source) { return answer(source); });
 }
 
-PlayerScripts::~PlayerScripts()
+ScriptedPlayers::~ScriptedPlayers()
 {
     standins::setScripts(nullptr);
 }
 
-void PlayerScripts::set(const std::string& name, Player player)
+void ScriptedPlayers::set(const std::string& name, Player player)
 {
     const std::lock_guard lock(mutex_);
     players_[name] = std::move(player);
 }
 
-void PlayerScripts::deny(int errorNumber)
+void ScriptedPlayers::deny(int errorNumber)
 {
     const std::lock_guard lock(mutex_);
     denial_ = errorNumber;
 }
 
-void PlayerScripts::hold()
+void ScriptedPlayers::hold()
 {
     volumeGate_.lock();
 }
 
-void PlayerScripts::release()
+void ScriptedPlayers::release()
 {
     volumeGate_.unlock();
 }
 
-int PlayerScripts::volume(const std::string& name)
+int ScriptedPlayers::volume(const std::string& name)
 {
     const std::lock_guard lock(mutex_);
     return players_[name].volume;
 }
 
-int PlayerScripts::polls()
+int ScriptedPlayers::polls()
 {
     const std::lock_guard lock(mutex_);
     return polls_;
 }
 
-std::vector<int> PlayerScripts::volumesSet()
+std::vector<int> ScriptedPlayers::volumesSet()
 {
     const std::lock_guard lock(mutex_);
     return volumesSet_;
 }
 
-ScriptAnswer PlayerScripts::answer(const std::string& source)
+ScriptAnswer ScriptedPlayers::answer(const std::string& source)
 {
     const std::string name = playerIn(source);
     return source.find("sound volume") == std::string::npos ? poll(name) : volumeScript(name, source);
 }
 
-ScriptAnswer PlayerScripts::poll(const std::string& name)
+ScriptAnswer ScriptedPlayers::poll(const std::string& name)
 {
     const std::lock_guard lock(mutex_);
     ++polls_;
@@ -87,7 +87,7 @@ ScriptAnswer PlayerScripts::poll(const std::string& name)
     return {.text = fields};
 }
 
-ScriptAnswer PlayerScripts::volumeScript(const std::string& name, const std::string& source)
+ScriptAnswer ScriptedPlayers::volumeScript(const std::string& name, const std::string& source)
 {
     const std::lock_guard wait(volumeGate_);
     const std::lock_guard lock(mutex_);
