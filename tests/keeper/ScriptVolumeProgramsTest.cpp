@@ -1,4 +1,4 @@
-// Volumes by scripts that never start an application.
+// Volumes by scripts that never start an application and never wait long for one.
 #include "platform/keeper/ScriptVolumePrograms.h"
 
 #include "platform/ScriptRunner.h"
@@ -21,7 +21,7 @@ struct Recorder : ScriptRunner {
     }
 };
 
-TEST(ScriptVolumeProgramsTest, AsksAndSetsOnlyWhatRuns)
+TEST(ScriptVolumeProgramsTest, AsksAndSetsOnlyWhatRunsAndAnswersSoon)
 {
     Recorder scripts;
     ScriptVolumePrograms programs(scripts);
@@ -29,11 +29,16 @@ TEST(ScriptVolumeProgramsTest, AsksAndSetsOnlyWhatRuns)
     scripts.result.integer = 35;
     EXPECT_EQ(programs.volume("Music"), 35);
     EXPECT_TRUE(programs.setVolume("Music", 100));
-    EXPECT_THAT(scripts.scripts,
-                testing::ElementsAre(
-                    "if application \"Music\" is running then tell application \"Music\" to get sound volume",
-                    "if application \"Music\" is running then tell application \"Music\" to set sound volume "
-                    "to 100"));
+    EXPECT_THAT(
+        scripts.scripts,
+        testing::ElementsAre(
+            "with timeout of 2 seconds\n"
+            "    if application \"Music\" is running then tell application \"Music\" to get sound volume\n"
+            "end timeout",
+            "with timeout of 2 seconds\n"
+            "    if application \"Music\" is running then tell application \"Music\" to set sound volume to "
+            "100\n"
+            "end timeout"));
     EXPECT_EQ(programs.programOf("Spotify"), "Spotify");
 }
 

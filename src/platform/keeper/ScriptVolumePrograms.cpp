@@ -6,11 +6,13 @@
 namespace sonvara {
 namespace {
 
-/// A bare command would start an application that does not run. Without an answer the number is 0, so
-/// the text tells whether there was one.
+/// A bare command would start an application that does not run, and wait two minutes for one that hangs: too
+/// long on the way out, where these scripts run on the main thread. Without an answer the number is 0, so the
+/// text tells whether there was one.
 std::string ifRunning(const std::string& program, const std::string& command)
 {
-    return "if application \"" + program + "\" is running then " + command;
+    return "with timeout of 2 seconds\n    if application \"" + program + "\" is running then " + command +
+           "\nend timeout";
 }
 
 }  // namespace
