@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 #include "fakes/FakeDesktop.h"
 #include "monitor/NowPlaying.h"
+#include "speech/PlayerVolume.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 
 namespace sonvara::test {
@@ -113,15 +115,24 @@ private:
         }
     }
 
-    /// Every write is either the ducked value of some read before it, or a value read before it.
+    /// Every write is the ducked value of a read before it, or puts a value back that was read before it.
     void checkVolumeCommands() const
     {
         for (const std::string name : {"Music", "Spotify"}) {
+            int volume = FakePlayers::Player().volume;
+            std::set<int> expected;
             std::size_t reads = 0;
             std::size_t writes = 0;
             for (const auto& command : desktop_.players.volumeCommands) {
                 if (!command.starts_with(name)) continue;
-                command.back() == '?' ? ++reads : ++writes;
+                if (command.back() == '?') {
+                    ++reads;
+                    expected.insert({volume, PlayerVolume::ducked(volume)});
+                } else {
+                    ++writes;
+                    volume = std::stoi(command.substr(name.size() + 1));
+                    EXPECT_TRUE(expected.contains(volume)) << command;
+                }
                 EXPECT_LE(writes, 2 * reads) << "one duck and at most one restore for each read";
             }
         }

@@ -84,7 +84,7 @@ TEST_F(PatientVoiceTest, LinesThatWaitEndWithTheirOwnEnds)
     EXPECT_THAT(listener->heard, ElementsAre("finished", "cancelled"));
 }
 
-TEST_F(PatientVoiceTest, ALineDoesNotWaitForItsSecondToBeginToCount)
+TEST_F(PatientVoiceTest, ALineIsHandedOverBeforeItsSecondBegins)
 {
     voice.onSpeak = [this](const std::string&) { EXPECT_EQ(time.pendingWork(), 0U); };
     speak("one");

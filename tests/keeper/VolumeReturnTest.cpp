@@ -136,11 +136,21 @@ TEST_F(VolumeKeeperTest, AtAnyMomentOfDeathTheNextStartFindsTheWayBack)
         desktop.running["player one"] = original;
         store.text.reset();
         start();
-        // Death at a random step of a playing session; the effect of the last command may or may not be seen.
         for (int steps = draw(6); steps > 0; --steps) {
             duck();
             if (draw(2) == 0) (void)set(original);
         }
+        // Death in the middle of the last command: it may or may not have reached the player.
+        const int before = volume();
+        std::optional<std::string> lastNotes = store.text;
+        desktop.whileSetting = [&] { lastNotes = store.text; };
+        if (draw(2) == 0)
+            duck();
+        else
+            (void)set(original);
+        desktop.whileSetting = nullptr;
+        store.text = lastNotes;
+        if (draw(2) == 0) desktop.running["player one"] = before;
         start();
         poll();
         ASSERT_EQ(volume(), original) << "round " << round;
