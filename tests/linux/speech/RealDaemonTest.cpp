@@ -86,7 +86,7 @@ protected:
     const std::string sentence =
         "This is a sentence that takes several seconds to speak, whatever the voice.";
 
-    /// Returns once a line is surely on its way to the loudspeaker.
+    /// Speaks a short line to its end: daemon and sound server run then, and the next line begins at once.
     void speakOne()
     {
         const std::string before = ears->ends();

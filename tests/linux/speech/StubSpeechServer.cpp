@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -251,12 +250,6 @@ std::vector<std::string> StubSpeechServer::commands() const
 {
     const std::lock_guard lock(mutex_);
     return commands_;
-}
-
-int StubSpeechServer::connections() const
-{
-    const std::lock_guard lock(mutex_);
-    return open_;
 }
 
 bool StubSpeechServer::waitFor(const std::function<bool()>& condition) const

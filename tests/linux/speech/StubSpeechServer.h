@@ -14,7 +14,7 @@
 namespace sonvara::test {
 
 /// Speaks the server's side of the Speech Synthesis Interface Protocol and keeps what it was told.
-/// All operations may be called from any thread.
+/// All operations are for the test's own thread.
 class StubSpeechServer {
 public:
     enum class Endings {
@@ -46,13 +46,13 @@ public:
     /// Stays there but takes no more connections: connecting hangs.
     void stopAccepting();
 
-    /// Sends an event of the line that is being spoken: "702 END", "703 CANCELED" or any other.
+    /// Sends an event of the line that it was given last, which must have come on a connection that is
+    /// still open: "702 END", "703 CANCELED" or any other.
     void tell(const std::string& event);
 
     // What it has seen so far, and waiting for more; the wait ends after ten seconds.
     [[nodiscard]] std::vector<std::string> lines() const;
     [[nodiscard]] std::vector<std::string> commands() const;
-    [[nodiscard]] int connections() const;
     [[nodiscard]] bool waitForLines(std::size_t count) const;
     [[nodiscard]] bool waitForCommand(const std::string& prefix) const;
     [[nodiscard]] bool waitForConnections(int open) const;
@@ -78,12 +78,12 @@ private:
     bool waitFor(const std::function<bool()>& condition) const;
 
     const std::string path_;
-    mutable std::mutex mutex_;
-    mutable std::condition_variable changed_;
     FileDescriptor listener_;
     std::thread accepting_;
-    std::list<Client> clients_;
     std::vector<FileDescriptor> fillers_;
+    mutable std::mutex mutex_;  // guards what follows
+    mutable std::condition_variable changed_;
+    std::list<Client> clients_;
     Endings endings_ = Endings::byTest;
     std::string hangAt_;
     std::string hangUpAt_;
