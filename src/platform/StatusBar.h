@@ -40,6 +40,7 @@ public:
 class StatusButton {
 public:
     virtual ~StatusButton() = default;
+    /// `image` comes from the platform's own renderer and is not null.
     virtual void setImage(std::shared_ptr<const Image> image) = 0;
     virtual void setSymbol(const Symbol& symbol) = 0;
 };

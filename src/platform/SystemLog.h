@@ -32,7 +32,7 @@ public:
     virtual void write(const LogMessage& message) = 0;
 };
 
-/// Writes one component's messages under its name.
+/// Writes one component's messages under its name, to a log that outlives it. Any thread.
 class Logger {
 public:
     Logger(SystemLog& log, std::string category) : log_(&log), category_(std::move(category)) {}

@@ -9,7 +9,7 @@ namespace sonvara {
 
 /// A file at `path`, whose folder is made when it is needed. A new text is written beside the old one,
 /// flushed to the disk and put in its place.
-class PosixNoteStore : public NoteStore {
+class PosixNoteStore final : public NoteStore {
 public:
     explicit PosixNoteStore(std::string path) : path_(std::move(path)) {}
 

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] RoleColors colors() const;
 
 Q_SIGNALS:
+    /// `colors` may give others now.
     void changed();
 
 private Q_SLOTS:

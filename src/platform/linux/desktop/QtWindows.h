@@ -17,6 +17,7 @@ class FormWindow final : public QMainWindow {
 public:
     explicit FormWindow(const WindowSetup& setup);
 
+    /// Called once, when the window closes.
     std::function<void()> closing;
 
 protected:

@@ -20,6 +20,7 @@ struct RoleColors {
 
     /// Colours that read well on `background`, with `text` as its usual text colour.
     [[nodiscard]] static RoleColors on(const QColor& background, const QColor& text);
+    /// The same for what a theme shows in its windows.
     [[nodiscard]] static RoleColors of(const QPalette& palette);
 };
 

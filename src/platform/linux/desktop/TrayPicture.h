@@ -11,7 +11,7 @@
 
 namespace sonvara {
 
-/// An image of ours, a symbol, or nothing. A value.
+/// An image of ours (not null), a symbol, or nothing. A value.
 using TrayPicture = std::variant<std::monostate, std::shared_ptr<const QtImage>, Symbol>;
 
 /// Paints the picture as large as fits into `target`.

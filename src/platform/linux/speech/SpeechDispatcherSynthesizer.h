@@ -12,6 +12,7 @@ namespace sonvara {
 /// The destructor cancels what is under way and blocks for at most half a second.
 class SpeechDispatcherSynthesizer final : public SpeechSynthesizer {
 public:
+    /// Throws as the queue does. Both references outlive the synthesizer.
     SpeechDispatcherSynthesizer(SystemLog& log, const Environment& environment, SpeechTimes times = {})
         : environment_(environment),
           queue_(log, times)

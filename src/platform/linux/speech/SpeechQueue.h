@@ -26,6 +26,7 @@ struct SpeechTimes {
 /// and sees to it that each comes to exactly one end, whatever the daemon does.
 class SpeechQueue {
 public:
+    /// Throws std::system_error if there can be no more descriptors or threads. `log` outlives the queue.
     SpeechQueue(SystemLog& log, SpeechTimes times);
 
     /// Cancels all lines. Blocks for the quit limit at most.

@@ -16,6 +16,7 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 /// Tasks are run in order of posting, by the one thread that calls `wait`.
 class TaskLoop {
 public:
+    /// Throws std::system_error if there can be no more descriptors.
     TaskLoop();
 
     /// Any thread; never blocks.
