@@ -5,7 +5,6 @@
 #include "platform/Style.h"
 #include "support/Subscription.h"
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <variant>

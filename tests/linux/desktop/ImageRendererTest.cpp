@@ -2,7 +2,6 @@
 
 #include "ui/StatusIcon.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include <cstdlib>

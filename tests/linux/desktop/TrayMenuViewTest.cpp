@@ -4,7 +4,6 @@
 #include "helpers/EventLoop.h"
 
 #include <QLabel>
-#include <QSignalSpy>
 #include <QWidgetAction>
 #include <gtest/gtest.h>
 

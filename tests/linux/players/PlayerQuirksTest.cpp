@@ -3,7 +3,6 @@
 
 #include "support/PlayerScripts.h"
 
-#include <QDBusObjectPath>
 #include <QTimer>
 
 namespace sonvara::test {

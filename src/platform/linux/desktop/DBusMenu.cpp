@@ -1,7 +1,5 @@
 #include "platform/linux/desktop/DBusMenu.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QGuiApplication>
 
 #include <algorithm>

@@ -4,7 +4,6 @@
 #include "platform/linux/speech/SpeechdConnection.h"
 #include "platform/linux/speech/TaskLoop.h"
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>

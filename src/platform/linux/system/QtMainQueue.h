@@ -3,7 +3,6 @@
 
 #include "platform/MainQueue.h"
 
-#include <QObject>
 #include <memory>
 #include <set>
 
