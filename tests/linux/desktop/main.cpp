@@ -1,3 +1,4 @@
+// The main function of tests that draw: no screen, and one style whatever the desktop is.
 #include <QApplication>
 #include <QStyleFactory>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The main function of test programs that need Qt's event loop, and no screen.
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
