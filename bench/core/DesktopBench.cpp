@@ -59,10 +59,7 @@ public:
         music.title = "Track " + number;
         music.artist = "Artist";
         music.album = "Album " + number;
-        desktop_.notifications.deliver({musicNotification, UserInfo{{"Player State", std::string("Playing")},
-                                                                    {"Name", music.title},
-                                                                    {"Artist", music.artist},
-                                                                    {"Album", music.album}}});
+        desktop_.notifications.deliver(FakePlayers::notificationOf(music, musicNotification));
         desktop_.time.run();
     }
 

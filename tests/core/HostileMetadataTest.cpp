@@ -80,10 +80,7 @@ protected:
         music.title = title;
         music.artist = artist;
         music.album = album;
-        desktop.notifications.deliver({musicNotification, UserInfo{{"Player State", std::string("Playing")},
-                                                                   {"Name", title},
-                                                                   {"Artist", artist},
-                                                                   {"Album", album}}});
+        desktop.notifications.deliver(FakePlayers::notificationOf(music, musicNotification));
         desktop.time.advance(7s);
         while (desktop.voice.isSpeaking()) {
             desktop.voice.finish();

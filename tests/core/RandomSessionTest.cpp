@@ -94,11 +94,7 @@ private:
     {
         if (player().title.empty()) return;
         desktop_.notifications.deliver(
-            {usesSpotify_ ? spotifyNotification : musicNotification,
-             UserInfo{{"Player State", std::string(player().isPlaying ? "Playing" : "Paused")},
-                      {"Name", player().title},
-                      {"Artist", player().artist},
-                      {"Album", player().album}}});
+            FakePlayers::notificationOf(player(), usesSpotify_ ? spotifyNotification : musicNotification));
     }
 
     /// A generation is used up by each new track, so there can be no more lines than changes of the title.

@@ -70,10 +70,7 @@ private:
         music.title = "Track " + std::to_string(number);
         music.artist = "Artist";
         music.album = "Album " + std::to_string(number / 3);
-        desktop_.notifications.deliver({musicNotification, UserInfo{{"Player State", std::string("Playing")},
-                                                                    {"Name", music.title},
-                                                                    {"Artist", music.artist},
-                                                                    {"Album", music.album}}});
+        desktop_.notifications.deliver(FakePlayers::notificationOf(music, musicNotification));
         desktop_.time.advance(2s);
         if (number % 5 != 0 && desktop_.voice.isSpeaking()) desktop_.voice.finish();
         desktop_.time.advance(2s);

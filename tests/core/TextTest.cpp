@@ -1,10 +1,8 @@
 // The rules for Unicode text.
 #include "support/Text.h"
-#include "support/Uuid.h"
 
 #include <gmock/gmock.h>
 
-#include <set>
 #include <string>
 
 namespace sonvara {
@@ -137,30 +135,6 @@ TEST(TextWrap, WidthIsCountedInUserPerceivedCharacters)
     const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
     EXPECT_EQ(text::wrap(family + " " + family, 3), family + " " + family);
     EXPECT_EQ(text::wrap(family + " " + family, 2), family + "\n" + family);
-}
-
-TEST(Uuid, IsRandomAndOfVersionFour)
-{
-    std::set<std::string> seen;
-    for (int i = 0; i < 100; ++i) {
-        const auto uuid = makeUuid();
-        EXPECT_THAT(uuid, testing::MatchesRegex(
-                              "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
-        seen.insert(uuid);
-    }
-    EXPECT_EQ(seen.size(), 100U);
-}
-
-TEST(Uuid, EveryOtherPlaceVaries)
-{
-    const auto first = makeUuid();
-    std::string varied(first.size(), '-');
-    for (int i = 0; i < 100; ++i) {
-        const auto uuid = makeUuid();
-        for (std::size_t place = 0; place < uuid.size(); ++place)
-            if (uuid[place] != first[place]) varied[place] = 'x';
-    }
-    EXPECT_EQ(varied, "xxxxxxxx-xxxx--xxx-xxxx-xxxxxxxxxxxx");
 }
 
 }  // namespace

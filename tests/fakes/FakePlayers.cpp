@@ -18,6 +18,14 @@ ScriptResult FakePlayers::run(const std::string& source)
     return ScriptResult::ofError("unknown script");
 }
 
+Notification FakePlayers::notificationOf(const Player& player, const std::string& name)
+{
+    return {name, UserInfo{{"Player State", std::string(player.isPlaying ? "Playing" : "Paused")},
+                           {"Name", player.title},
+                           {"Artist", player.artist},
+                           {"Album", player.album}}};
+}
+
 ScriptResult FakePlayers::poll(const Player& player, bool hasLoved)
 {
     if (player.pollResult) return *player.pollResult;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fakes/VirtualTime.h"
+#include "platform/NotificationCenter.h"
 #include "platform/ScriptRunner.h"
 
 #include <gtest/gtest.h>
@@ -32,6 +33,9 @@ public:
     explicit FakePlayers(VirtualTime& time) : time_(time) {}
 
     [[nodiscard]] ScriptResult run(const std::string& source) override;
+
+    /// What `player` posts of its track and state in a notification called `name`.
+    [[nodiscard]] static Notification notificationOf(const Player& player, const std::string& name);
 
     Player music;
     Player spotify;

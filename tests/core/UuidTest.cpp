@@ -1,0 +1,38 @@
+// Identifiers that nobody else has.
+#include "support/Uuid.h"
+
+#include <gmock/gmock.h>
+
+#include <cstddef>
+#include <set>
+#include <string>
+
+namespace sonvara {
+namespace {
+
+TEST(Uuid, IsRandomAndOfVersionFour)
+{
+    std::set<std::string> seen;
+    for (int i = 0; i < 100; ++i) {
+        const auto uuid = makeUuid();
+        EXPECT_THAT(uuid, testing::MatchesRegex(
+                              "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
+        seen.insert(uuid);
+    }
+    EXPECT_EQ(seen.size(), 100U);
+}
+
+TEST(Uuid, EveryOtherPlaceVaries)
+{
+    const auto first = makeUuid();
+    std::string varied(first.size(), '-');
+    for (int i = 0; i < 100; ++i) {
+        const auto uuid = makeUuid();
+        for (std::size_t place = 0; place < uuid.size(); ++place)
+            if (uuid[place] != first[place]) varied[place] = 'x';
+    }
+    EXPECT_EQ(varied, "xxxxxxxx-xxxx--xxx-xxxx-xxxxxxxxxxxx");
+}
+
+}  // namespace
+}  // namespace sonvara
