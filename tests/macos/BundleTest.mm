@@ -1,13 +1,15 @@
 // What the bundle tells the system of the program.
+#include "BigEndian.h"
 #include "Command.h"
+#include "helpers/TemporaryFolder.h"
 #include "platform/macos/Strings.h"
 
 #import <Foundation/Foundation.h>
 
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <map>
 
 namespace sonvara {
 namespace {
@@ -42,22 +44,16 @@ TEST(BundleTest, IsEntitledToSendAppleEvents)
 
 TEST(BundleTest, IconHoldsEveryPictureInItsSize)
 {
-    const auto path = std::filesystem::temp_directory_path() / "sonvara-test.icns";
-    ASSERT_TRUE(runCommand(std::string(ICON_MAKER) + " '" + path.string() + "'"));
+    const test::TemporaryFolder folder;
+    const std::string path = folder.file("Sonvara.icns");
+    ASSERT_TRUE(runCommand(std::string(ICON_MAKER) + " '" + path + "'"));
     std::ifstream file(path, std::ios::binary);
     const std::string icns{std::istreambuf_iterator<char>(file), {}};
-    std::filesystem::remove(path);
-    const auto numberAt = [&icns](std::size_t offset) {
-        std::size_t number = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            number = number << 8 | static_cast<unsigned char>(icns.at(offset + i));
-        return number;
-    };
     ASSERT_EQ(icns.substr(0, 4), "icns");
-    ASSERT_EQ(numberAt(4), icns.size());
+    ASSERT_EQ(bigEndianAt(icns, 4), icns.size());
     std::map<std::string, std::size_t> widths;
-    for (std::size_t at = 8; at < icns.size(); at += numberAt(at + 4))
-        widths[icns.substr(at, 4)] = numberAt(at + 8 + 16);
+    for (std::size_t at = 8; at < icns.size(); at += bigEndianAt(icns, at + 4))
+        widths[icns.substr(at, 4)] = bigEndianAt(icns, at + 8 + 16);
     const std::map<std::string, std::size_t> expected{{"ic07", 128},  {"ic08", 256}, {"ic09", 512},
                                                       {"ic10", 1024}, {"ic11", 32},  {"ic12", 64},
                                                       {"ic13", 256},  {"ic14", 512}};

@@ -1,6 +1,7 @@
 // Drawings as pictures of the system, judged by their PNG files.
 #include "platform/macos/CocoaImage.h"
 
+#include "BigEndian.h"
 #include "ui/StatusIcon.h"
 
 #include <future>
@@ -11,15 +12,6 @@ namespace {
 
 constexpr std::string_view pngSignature = "\x89PNG\r\n\x1a\n";
 
-/// The big-endian number at `offset`; a PNG's width and height stand at 16 and 20.
-unsigned numberAt(const std::string& data, std::size_t offset)
-{
-    unsigned number = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        number = number << 8 | static_cast<unsigned char>(data.at(offset + i));
-    return number;
-}
-
 TEST(CocoaImageTest, DrawsTheStatusIconsInTheirSize)
 {
     CocoaImageRenderer renderer;
@@ -28,8 +20,9 @@ TEST(CocoaImageTest, DrawsTheStatusIconsInTheirSize)
         ASSERT_NE(image, nullptr);
         const std::string png = pngData(*image);
         ASSERT_EQ(png.substr(0, pngSignature.size()), pngSignature);
-        EXPECT_EQ(numberAt(png, 16) % 18, 0U);  // a whole number of pixels for each point
-        EXPECT_EQ(numberAt(png, 16), numberAt(png, 20));
+        const std::size_t width = bigEndianAt(png, 16);
+        EXPECT_EQ(width % 18, 0U);  // a whole number of pixels for each point
+        EXPECT_EQ(width, bigEndianAt(png, 20)) << "the height";
     }
 }
 
