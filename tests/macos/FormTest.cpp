@@ -157,7 +157,11 @@ TEST_F(FormTest, TellsEachTimeItComesOnScreen)
 {
     EXPECT_EQ(model_.appeared, 1);
     closed_->window->makeKeyAndOrderFront();
-    EXPECT_EQ(model_.appeared, 1);
+    EXPECT_EQ(model_.appeared, 1) << "it was there";
+    probe::miniaturize(title);
+    ASSERT_TRUE(probe::runUntil([this] { return !closed_->window->isVisible(); }));
+    closed_->window->makeKeyAndOrderFront();
+    EXPECT_EQ(model_.appeared, 2);
 }
 
 TEST_F(FormTest, TogglesWriteAndFollowTheirBindings)
