@@ -20,8 +20,6 @@ namespace sonvara::test {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 class PosixChildProcessTest : public testing::Test {
 protected:
     ChildProcessSetup setup(std::vector<std::string> arguments) const
@@ -265,6 +263,15 @@ TEST_F(PosixChildProcessTest, FiftyRunSideBySide)
     EXPECT_TRUE(std::ranges::all_of(sleepers, [](const auto& child) { return child->isRunning(); }));
     launcher_.terminateAll();
     for (auto& end : ends) EXPECT_EQ(end.get(), 128 + SIGTERM);
+    expectNoChildren();
+}
+
+TEST_F(PosixChildProcessTest, NoneIsLaunchedAnyMoreWhenAllHaveBeenTerminated)
+{
+    const auto before = launcher_.make(setup({"sleep"}));
+    launcher_.terminateAll();
+    EXPECT_EQ(before->launch(), std::strerror(ECANCELED));
+    EXPECT_EQ(launcher_.make(setup({"sleep"}))->launch(), std::strerror(ECANCELED));
     expectNoChildren();
 }
 

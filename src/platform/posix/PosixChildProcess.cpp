@@ -88,6 +88,7 @@ int PosixChildProcess::spawn()
     if (const int error = makePipe(pipe)) return error;
 
     const std::lock_guard lock(mutex_);
+    if (isForbidden_) return ECANCELED;
     pid_t pid = -1;
     if (const int error = spawnProgram(setup_, pipe.writing.get(), pid)) return error;
     pid_ = pid;
@@ -156,6 +157,15 @@ void PosixChildProcess::terminate()
 {
     const std::lock_guard lock(mutex_);
     if (pid_) ::kill(-*pid_, SIGTERM);  // the whole session's first group
+}
+
+void PosixChildProcess::forbid()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        isForbidden_ = true;
+    }
+    terminate();
 }
 
 }  // namespace sonvara

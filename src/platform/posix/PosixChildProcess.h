@@ -32,6 +32,9 @@ public:
     [[nodiscard]] bool isRunning() const override;
     void terminate() override;
 
+    /// Any thread: as `terminate`, but a program that has not been launched yet fails to be.
+    void forbid();
+
 private:
     int spawn();
     [[nodiscard]] bool waitForOutput(std::chrono::milliseconds limit) const;
@@ -40,6 +43,7 @@ private:
     const ChildProcessSetup setup_;
     FileDescriptor output_;
     mutable std::mutex mutex_;  // guards what follows
+    bool isForbidden_ = false;
     std::optional<pid_t> pid_;  // absent once reaped: the number may then be another process's
     int status_ = 0;            // of the reaped program
 };
