@@ -1,5 +1,6 @@
 #include "platform/posix/Descriptors.h"
 
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 
@@ -7,8 +8,8 @@ namespace sonvara {
 
 int makePipe(PipeEnds& ends)
 {
-    int numbers[2];
-    if (::pipe2(numbers, O_CLOEXEC) != 0) return errno;
+    std::array<int, 2> numbers{};
+    if (::pipe2(numbers.data(), O_CLOEXEC) != 0) return errno;
     ends = {FileDescriptor(numbers[0]), FileDescriptor(numbers[1])};
     return 0;
 }

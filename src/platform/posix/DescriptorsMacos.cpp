@@ -1,5 +1,6 @@
 #include "platform/posix/Descriptors.h"
 
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 
@@ -9,8 +10,8 @@ namespace sonvara {
 // else in our own children makes up for the moment between the two steps.
 int makePipe(PipeEnds& ends)
 {
-    int numbers[2];
-    if (::pipe(numbers) != 0) return errno;
+    std::array<int, 2> numbers{};
+    if (::pipe(numbers.data()) != 0) return errno;
     ends = {FileDescriptor(numbers[0]), FileDescriptor(numbers[1])};
     for (const int number : numbers)
         if (::fcntl(number, F_SETFD, FD_CLOEXEC) != 0) return errno;

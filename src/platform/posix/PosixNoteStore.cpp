@@ -13,7 +13,7 @@
 namespace sonvara {
 namespace {
 
-constexpr std::size_t mostBytes = 64 * 1024;  // far more than any notes; what is larger is not ours
+constexpr std::size_t mostBytes = std::size_t{64} * 1024;  // far more than any notes; what is larger is not ours
 
 bool writeAll(int file, std::string_view text)
 {

@@ -37,6 +37,7 @@ private:
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (auto& text : texts) result.push_back(text.data());
     result.push_back(nullptr);
     return result;
@@ -52,7 +53,7 @@ std::vector<std::string> argumentList(const ChildProcessSetup& setup)
 std::vector<std::string> environmentList(const Variables& variables)
 {
     std::vector<std::string> list;
-    for (const auto& [name, value] : variables) list.push_back(name + "=" + value);
+    for (const auto& [name, value] : variables) list.emplace_back(name).append("=").append(value);
     return list;
 }
 

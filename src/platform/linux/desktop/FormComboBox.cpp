@@ -11,15 +11,15 @@ class FormComboBoxReader final : public QAccessibleWidget {
 public:
     explicit FormComboBoxReader(FormComboBox* box) : QAccessibleWidget(box, QAccessible::ComboBox) {}
 
-    QString text(QAccessible::Text kind) const override
+    [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
         if (kind == QAccessible::Value) return box()->currentText();
         return QAccessibleWidget::text(kind);
     }
 
     // The only part of interest is the list of choices, which is there also while it is closed.
-    int childCount() const override { return 1; }
-    QAccessibleInterface* child(int index) const override
+    [[nodiscard]] int childCount() const override { return 1; }
+    [[nodiscard]] QAccessibleInterface* child(int index) const override
     {
         return index == 0 ? QAccessible::queryAccessibleInterface(box()->view()) : nullptr;
     }
@@ -27,7 +27,7 @@ public:
     {
         return child != nullptr && child->object() == box()->view() ? 0 : -1;
     }
-    QAccessibleInterface* childAt(int x, int y) const override
+    [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override
     {
         return box()->view()->isVisible() &&
                        box()->view()->rect().contains(box()->view()->mapFromGlobal(QPoint(x, y)))
@@ -35,7 +35,7 @@ public:
                    : nullptr;
     }
 
-    QAccessible::State state() const override
+    [[nodiscard]] QAccessible::State state() const override
     {
         auto state = QAccessibleWidget::state();
         state.expandable = true;
@@ -44,7 +44,7 @@ public:
         return state;
     }
 
-    QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
+    [[nodiscard]] QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
     void doAction(const QString& name) override
     {
         if (name != showMenuAction() && name != pressAction()) return;

@@ -38,7 +38,7 @@ private:
     void addRow(SectionCard& card, const Toggle& toggle);
     void addRow(SectionCard& card, const Picker& picker);
     void addRow(SectionCard& card, const PushButton& button);
-    void addRow(SectionCard& card, const StyledText& text);
+    static void addRow(SectionCard& card, const StyledText& text);
 
     /// Does what the user asked for, then shows what has come of it.
     void perform(const std::function<void()>& change);

@@ -8,12 +8,14 @@
 
 #include <QTimer>
 
+#include <array>
+
 namespace sonvara {
 
 namespace {
 
 /// In pixels: the usual sizes of panels (16, 18, 22, 24 and 32) at one, one and a half, two and three times.
-constexpr int pictureSizes[] = {16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
+constexpr std::array pictureSizes{16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
 
 NotifierImageList notifierImages(const TrayPicture& picture, const RoleColors& colors)
 {

@@ -18,7 +18,8 @@ void shorten(std::string& text)
     auto end = longestText;
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
         --end;  // not within a character
-    text.replace(end, std::string::npos, "…");
+    text.resize(end);
+    text += "…";
 }
 
 /// Whether choosing `b` does what choosing `a` did, as far as can be seen.

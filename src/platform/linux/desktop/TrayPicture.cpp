@@ -11,9 +11,9 @@ namespace {
 
 class PictureEngine final : public QIconEngine {
 public:
-    PictureEngine(TrayPicture picture, RoleColors colors)
+    PictureEngine(TrayPicture picture, const RoleColors& colors)
         : picture_(std::move(picture)),
-          colors_(std::move(colors))
+          colors_(colors)
     {}
 
     // An item in the tray is never greyed out, so mode and state do not matter.
@@ -25,7 +25,7 @@ public:
     {
         return QPixmap::fromImage(rasterize(picture_, std::min(size.width(), size.height()), colors_));
     }
-    QIconEngine* clone() const override { return new PictureEngine(picture_, colors_); }
+    [[nodiscard]] QIconEngine* clone() const override { return new PictureEngine(picture_, colors_); }
 
 private:
     TrayPicture picture_;

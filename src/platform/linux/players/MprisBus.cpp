@@ -90,14 +90,14 @@ void MprisBus::askVolume(const std::string& owner, const Answer& answer)
 {
     auto question = propertiesCall(owner, QStringLiteral("Get"));
     question.setArguments({playerInterface, volumeProperty});
-    ask(std::move(question), argumentsTo(answer));
+    ask(question, argumentsTo(answer));
 }
 
 void MprisBus::setVolume(const std::string& owner, double volume, const std::function<void(bool)>& done)
 {
     auto question = propertiesCall(owner, QStringLiteral("Set"));
     question.setArguments({playerInterface, volumeProperty, QVariant::fromValue(QDBusVariant(volume))});
-    ask(std::move(question), [done](const QDBusMessage& message) { done(isReply(message)); });
+    ask(question, [done](const QDBusMessage& message) { done(isReply(message)); });
 }
 
 void MprisBus::takePropertiesChanged(const QDBusMessage& message)
@@ -125,14 +125,14 @@ void MprisBus::askDaemon(const QString& method, const std::string& name, const A
 {
     auto question = QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, method);
     question.setArguments({QString::fromStdString(name)});
-    ask(std::move(question), argumentsTo(answer));
+    ask(question, argumentsTo(answer));
 }
 
 void MprisBus::askProperties(const std::string& owner, const QString& interface, const Answer& answer)
 {
     auto question = propertiesCall(owner, QStringLiteral("GetAll"));
     question.setArguments({interface});
-    ask(std::move(question), argumentsTo(answer));
+    ask(question, argumentsTo(answer));
 }
 
 }  // namespace sonvara::players

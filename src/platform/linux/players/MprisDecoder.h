@@ -12,11 +12,11 @@
 
 namespace sonvara::players {
 
-/// The string-keyed map in `value`, as it comes over the bus; absent if it is something else.
-[[nodiscard]] std::optional<QVariantMap> decodeMap(const QVariant& value);
+/// The string-keyed map in `wrapped`, as it comes over the bus; absent if it is something else.
+[[nodiscard]] std::optional<QVariantMap> decodeMap(const QVariant& wrapped);
 
-/// A text as valid UTF-8; empty if `value` is none.
-[[nodiscard]] std::string decodeText(const QVariant& value);
+/// A text as valid UTF-8; empty if `wrapped` is none.
+[[nodiscard]] std::string decodeText(const QVariant& wrapped);
 
 /// The track described by the map `metadata`.
 [[nodiscard]] Track decodeTrack(const QVariantMap& metadata);

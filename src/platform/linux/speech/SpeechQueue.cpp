@@ -70,7 +70,7 @@ void SpeechQueue::run()
     }
 }
 
-void SpeechQueue::add(SpeechUtterance utterance)
+void SpeechQueue::add(const SpeechUtterance& utterance)
 {
     waiting_.push_back({++lastNumber_, spokenText(utterance.line), mannerOf(utterance)});
     startNext();

@@ -57,7 +57,7 @@ private:
     };
 
     void run();
-    void add(SpeechUtterance utterance);
+    void add(const SpeechUtterance& utterance);
     void stopAll();
     void quit();
 

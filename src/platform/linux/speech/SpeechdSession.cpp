@@ -72,7 +72,7 @@ private:
     void say(SpeechdConnection& connection, const Command& command);
     void hear(MessageEvent heard);
     void pass(const MessageEvent& heard) const;
-    void tell(SessionEvent event) const;
+    void tell(const SessionEvent& event) const;
 
     const SpeechdManner manner_;
     const Listener listener_;
@@ -172,7 +172,7 @@ void SpeechdSession::Worker::pass(const MessageEvent& heard) const
     if (heard.message == message_) tell({kindOf(heard.event), line_, {}});
 }
 
-void SpeechdSession::Worker::tell(SessionEvent event) const
+void SpeechdSession::Worker::tell(const SessionEvent& event) const
 {
     if (!abandoned_) listener_(event);
 }

@@ -22,7 +22,7 @@ bool sendToJournal(const LogMessage& message)
                       std::string("SYSLOG_IDENTIFIER=sonvara"),
                       std::string("SONVARA_SUBSYSTEM=" SONVARA_IDENTIFIER),
                       "SONVARA_CATEGORY=" + escapedForLog(message.category)};
-    std::array<iovec, fields.size()> parts;
+    std::array<iovec, fields.size()> parts{};
     for (std::size_t i = 0; i < fields.size(); ++i) parts[i] = {fields[i].data(), fields[i].size()};
     return ::sd_journal_sendv(parts.data(), static_cast<int>(parts.size())) == 0;
 }

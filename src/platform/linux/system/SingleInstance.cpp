@@ -23,8 +23,8 @@ QString objectPath()
 
 }  // namespace
 
-SingleInstance::SingleInstance(const QDBusConnection& bus, std::function<void()> activated)
-    : bus_(bus),
+SingleInstance::SingleInstance(QDBusConnection bus, std::function<void()> activated)
+    : bus_(std::move(bus)),
       activated_(std::move(activated))
 {}
 

@@ -14,7 +14,7 @@ namespace sonvara {
 class SingleInstance final : public QDBusVirtualObject {
 public:
     /// `activated` is called on the main thread when the user has started the program again.
-    SingleInstance(const QDBusConnection& bus, std::function<void()> activated);
+    SingleInstance(QDBusConnection bus, std::function<void()> activated);
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
     /// Gives the name up.

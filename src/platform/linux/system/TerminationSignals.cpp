@@ -39,7 +39,7 @@ TerminationSignals::TerminationSignals(std::function<void()> handler)
     for (std::size_t i = 0; i < caughtSignals.size(); ++i) catchSignal(caughtSignals[i], previous_[i]);
 }
 
-void TerminationSignals::catchSignal(int number, struct sigaction& previous) const
+void TerminationSignals::catchSignal(int number, struct sigaction& previous)
 {
     ::sigaction(number, nullptr, &previous);
     if (previous.sa_handler == SIG_IGN) return;

@@ -20,7 +20,7 @@ public:
     ~TerminationSignals();
 
 private:
-    void catchSignal(int number, struct sigaction& previous) const;
+    static void catchSignal(int number, struct sigaction& previous);
 
     std::array<int, 2> pipe_{-1, -1};
     std::unique_ptr<QSocketNotifier> notifier_;
