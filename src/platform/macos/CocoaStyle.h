@@ -1,4 +1,5 @@
-// The system's fonts and colours for the roles. For Objective-C++ sources only.
+// The system's fonts and colours for the roles: colours on any thread, the rest on the main thread.
+// For Objective-C++ sources only.
 #pragma once
 
 #include "platform/Style.h"

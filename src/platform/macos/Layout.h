@@ -1,4 +1,5 @@
-// Views placed by fixed frames from top to bottom. For Objective-C++ sources only.
+// Views placed by fixed frames from top to bottom. Main thread only; sizes in points.
+// For Objective-C++ sources only.
 #pragma once
 
 #include "platform/Form.h"

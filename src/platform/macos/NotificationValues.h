@@ -1,4 +1,4 @@
-// A notification of the system as the port's. For Objective-C++ sources only.
+// A notification of the system as the port's. Any thread. For Objective-C++ sources only.
 #pragma once
 
 #include "platform/NotificationCenter.h"

@@ -1,4 +1,4 @@
-// Texts across the border between C++ and Objective-C. For Objective-C++ sources only.
+// Texts across the border between C++ and Objective-C. Any thread. For Objective-C++ sources only.
 #pragma once
 
 #import <Foundation/Foundation.h>
