@@ -28,15 +28,15 @@ class Tray(unittest.TestCase):
     def start(self, desktop):
         return desktop.start("sample", [SAMPLE, *TITLES])
 
-    def open_menu(self, desktop, button, is_open=lambda: True):
-        """Clicks until the menu opens: the item may come into the tray a moment after its program."""
+    def click_until(self, desktop, button, is_open):
+        """Clicks until the menu is open: an item that comes into the tray has its place a moment later."""
         def attempt():
+            Screen(desktop).click_tray_item(button)
             try:
-                Screen(desktop).open_tray_menu(button, limit=2)
-                return wait_until("the opening", is_open, limit=2)
+                return wait_until("the opening", is_open, limit=3)
             except Timeout:
                 return None
-        wait_until("the open menu", attempt, 20)
+        wait_until("the open menu", attempt, 30)
 
     def openings(self, item):
         return int(item.menu()[-1].text.removeprefix("Opened "))
@@ -54,10 +54,10 @@ class Tray(unittest.TestCase):
         item = TrayItem(desktop, sample.pid)
         for button in ("1", "3"):
             before = self.openings(item)
-            self.open_menu(desktop, button, lambda: self.openings(item) > before)
+            self.click_until(desktop, button, lambda: self.openings(item) > before)
             Screen(desktop).press("Escape")
         before = self.openings(item)
-        self.open_menu(desktop, "3", lambda: self.openings(item) > before)
+        self.click_until(desktop, "3", lambda: self.openings(item) > before)
         Screen(desktop).press("Up", "Return")
         self.assertEqual(sample.wait(10), 0)
         self.assertRegex(desktop.log("sample"), r"Opened \d+")
@@ -90,8 +90,7 @@ class Tray(unittest.TestCase):
         screen = Screen(desktop)
         chosen = desktop.log("sample").count("Opened")
         icon = wait_until("the icon", lambda: screen.windows_of(sample.pid), 20)
-        screen.click_tray_item(button)
-        wait_until("the menu", lambda: screen.windows_of(sample.pid) - icon, 20)
+        self.click_until(desktop, button, lambda: screen.windows_of(sample.pid) - icon)
         # The menu hears the keyboard a moment after it has come up.
         wait_until("the end", lambda: screen.press("Up", "Return") or sample.poll() is not None)
         self.assertEqual(sample.poll(), 0)

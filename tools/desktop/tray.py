@@ -55,7 +55,11 @@ def _find(bus, pid):
     if not has_owner(bus, _WATCHER):
         return None
     watcher = Remote(bus, _WATCHER, "/StatusNotifierWatcher")
-    for entry in watcher.get(_WATCHER, "RegisteredStatusNotifierItems"):
+    try:
+        entries = watcher.get(_WATCHER, "RegisteredStatusNotifierItems")
+    except GLib.Error:
+        return None  # the panel has the name before it has the object
+    for entry in entries:
         owner, slash, path = entry.partition("/")
         if process_of(bus, owner) == pid:
             return Remote(bus, owner, slash + path if slash else "/StatusNotifierItem")
