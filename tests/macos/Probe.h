@@ -39,6 +39,8 @@ void pressEscape(const std::string& place);
 [[nodiscard]] bool hasText(const std::string& place, const std::string& text);
 /// Whether a text has room for all its lines where it stands.
 [[nodiscard]] bool isWhole(const std::string& place, const std::string& text);
+/// How far below the upper edge of the scrolling view around it a text begins, in points.
+[[nodiscard]] double placeInSight(const std::string& place, const std::string& text);
 [[nodiscard]] bool isSelectable(const std::string& place, const std::string& text);
 
 struct ButtonState {

@@ -161,6 +161,14 @@ bool isWhole(const std::string& place, const std::string& text)
     return label != nil && needed.height <= given.height && needed.width <= given.width;
 }
 
+double placeInSight(const std::string& place, const std::string& text)
+{
+    NSTextField* label = labelAt(place, text);
+    NSScrollView* scroll = [label enclosingScrollView];
+    const NSRect inDocument = [label convertRect:[label bounds] toView:[scroll documentView]];
+    return NSMinY(inDocument) - NSMinY([scroll documentVisibleRect]);
+}
+
 bool isSelectable(const std::string& place, const std::string& text)
 {
     return [labelAt(place, text) isSelectable];

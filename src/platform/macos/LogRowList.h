@@ -7,6 +7,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace sonvara {
@@ -23,7 +25,8 @@ public:
 
     [[nodiscard]] NSView* view() const { return scroll_.get(); }
 
-    /// Shows `rows` from top to bottom; a row that was shown before stays as it was.
+    /// Shows `rows` from top to bottom. A row that was shown before stays as it was, and a reader who has
+    /// scrolled keeps their place.
     void show(std::vector<LogRow> rows);
 
 private:
@@ -34,6 +37,14 @@ private:
         ObjcPtr<SNVFlippedView> view;  // none until it is in sight
     };
 
+    struct Place {
+        std::string id;     // of the first row in sight
+        double offset = 0;  // of its top to the upper edge; negative when it is cut
+    };
+
+    [[nodiscard]] std::optional<Place> readersPlace() const;
+    void restore(const Place& place);
+    void update(std::vector<LogRow> rows);
     [[nodiscard]] Entry takeOrMake(LogRow row);
     [[nodiscard]] double messageLeft(const LogRow& row) const;
     void placeAll();

@@ -52,14 +52,39 @@ LogRowList::~LogRowList()
 
 void LogRowList::show(std::vector<LogRow> rows)
 {
+    const auto place = readersPlace();
+    update(std::move(rows));
+    placeAll();
+    if (place) restore(*place);
+    fillVisible();
+    [document_.get() setNeedsDisplay:YES];  // a view that only moves is not drawn anew
+}
+
+/// Absent for a reader at the top, who sees what comes.
+std::optional<LogRowList::Place> LogRowList::readersPlace() const
+{
+    const double top = NSMinY([scroll_.get() documentVisibleRect]);
+    if (top <= 0) return std::nullopt;
+    const auto first = std::find_if(entries_.begin(), entries_.end(),
+                                    [top](const Entry& entry) { return entry.top + entry.height > top; });
+    if (first == entries_.end()) return std::nullopt;
+    return Place{first->row.id, first->top - top};
+}
+
+void LogRowList::restore(const Place& place)
+{
+    const auto first = std::find_if(entries_.begin(), entries_.end(),
+                                    [&place](const Entry& entry) { return entry.row.id == place.id; });
+    if (first != entries_.end()) [document_.get() scrollPoint:NSMakePoint(0, first->top - place.offset)];
+}
+
+void LogRowList::update(std::vector<LogRow> rows)
+{
     std::vector<Entry> next;
     next.reserve(rows.size());
     for (LogRow& row : rows) next.push_back(takeOrMake(std::move(row)));
     for (const Entry& gone : entries_) [gone.view.get() removeFromSuperview];
     entries_ = std::move(next);
-    placeAll();
-    fillVisible();
-    [document_.get() setNeedsDisplay:YES];  // a view that only moves is not drawn anew
 }
 
 LogRowList::Entry LogRowList::takeOrMake(LogRow row)
