@@ -20,6 +20,7 @@ class Volume(Trial):
             with self.subTest(number):
                 self.start_quickly()
                 self.speak_with_lowered_player()
+                self.wait_for_look()  # the player's answer comes before it; without one, the note would stay
                 self.program.send_signal(number)
                 self.assertEqual(self.program.wait(2), 0)
                 self.assertEqual(self.player.volume(), VOLUME)

@@ -89,6 +89,13 @@ class Trial(unittest.TestCase):
     def wait_for_line(self, title, limit=10.0):
         wait_until("the line about " + title[:50], lambda: self.announced(title), limit)
 
+    def wait_for_look(self):
+        """Until the program has looked at the player once more, as it does every three seconds."""
+        def looks():
+            return self.log().count("Now playing via")
+        before = looks()
+        wait_until("a look at the player", lambda: looks() > before)
+
     def kill(self):
         if self.program and self.program.poll() is None:
             self.program.send_signal(signal.SIGKILL)
