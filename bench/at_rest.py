@@ -2,7 +2,7 @@
 
 import time
 
-from desktop.processes import private_memory
+from desktop.processes import private_memory, rest
 from desktop.scripted_player import ScriptedPlayer
 from desktop.tray import TrayItem
 
@@ -43,7 +43,7 @@ def measure_rest(desktop, scale):
     with Running(desktop, SONVARA, speech) as sonvara, Running(desktop, PLAYERCTL) as playerctl:
         TrayItem(desktop, sonvara.pid)
         players = start_players(desktop, speech, 2)
-        ours, beside = rest((sonvara.pid, playerctl.pid), seconds)
+        ours, beside = costs_at_rest((sonvara.pid, playerctl.pid), seconds)
         leave(players)
     peer = "playerctl --follow"
     return [Row(f"processor time, share of one core over {seconds} s", percent(ours[0]), f"{percent(beside[0])} {peer}",
@@ -61,16 +61,16 @@ def start_players(desktop, speech, count):
         for track in ("First", "Second", "Third"):
             player.play(f"{track} Song of {number}")
             time.sleep(0.1)  # further apart than a few tracks at once, which would be told late
-    time.sleep(SETTLING)
+    rest(SETTLING)
     speech.take_lines()
     return players
 
 
-def rest(pids, seconds):
+def costs_at_rest(pids, seconds):
     """For each process (share of one core, wake-ups a second) over that time."""
     before = [(processor_time(pid), WakeUps(pid)) for pid in pids]
     began = time.monotonic()
-    time.sleep(seconds)
+    rest(seconds)
     used = [(processor_time(pid) - seen[0], seen[1].stop()) for pid, seen in zip(pids, before)]
     passed = time.monotonic() - began
     return [(cpu / passed, waits / passed) for cpu, waits in used]

@@ -3,10 +3,10 @@
 import statistics
 import time
 
-from desktop.processes import private_memory
+from desktop.processes import private_memory, rest
 from desktop.tray import TrayItem
 
-from at_rest import leave, rest, start_players
+from at_rest import costs_at_rest, leave, start_players
 from contenders import SONVARA, Running
 from latency import REST, change_tracks
 from process_figures import processor_time
@@ -28,7 +28,7 @@ def measure_players(desktop, scale):
             TrayItem(desktop, program.pid)
             players = start_players(desktop, speech, count)
             private = private_memory(program.pid)
-            share, waits = rest((program.pid,), round(60 * scale))[0]
+            share, waits = costs_at_rest((program.pid,), round(60 * scale))[0]
             latency = statistics.median(change_tracks(players[-1], speech, max(5, round(30 * scale))))
             leave(players)
         found[count] = latency, private, share, waits
@@ -74,10 +74,10 @@ def _change_at(rate, seconds, pid, player, speech):
     told, before = {}, processor_time(pid)
     began = time.monotonic()
     for number in range(rate * seconds):
-        time.sleep(max(0.0, began + number / rate - time.monotonic()))
+        rest(max(0.0, began + number / rate - time.monotonic()))
         title = f"Song {number:06}"
         told[title] = player.play(title)
-    time.sleep(REST)
+    rest(REST)
     used = processor_time(pid) - before
     lines = speech.take_lines()
     latencies = [came - told[title] for came, text in lines for title in _titles_in(text) if title in told]

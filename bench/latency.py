@@ -1,9 +1,8 @@
 """(1) From a player's signal to the line in speech-dispatcher's hands."""
 
 import statistics
-import time
 
-from desktop.processes import Timeout
+from desktop.processes import Timeout, rest
 from desktop.scripted_player import ScriptedPlayer
 
 from contenders import FLOOR, PIPELINE, SONVARA, Running, await_line
@@ -26,7 +25,7 @@ def measure(desktop, scale):
         for command, latencies in found.items():
             with Running(desktop, command, speech):
                 await_line(player, speech)
-                time.sleep(REST)
+                rest(REST)
                 speech.take_lines()
                 latencies += change_tracks(player, speech, round(300 * scale / rounds))
                 if command == SONVARA:
@@ -45,7 +44,7 @@ def _change_track(player, speech, title):
     told = player.play(title)
     while (line := speech.next_line(5)) is not None:
         if title in line[1]:
-            time.sleep(REST)
+            rest(REST)
             return line[0] - told
     raise Timeout(f"no line about {title}")
 

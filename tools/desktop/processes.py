@@ -6,6 +6,7 @@ import os
 import signal
 import subprocess
 import sys
+import threading
 import time
 
 _PR_SET_PDEATHSIG = 1
@@ -22,12 +23,19 @@ def wait_until(what, condition, limit=10.0, pause=0.02):
     """Returns the first true value of condition(); raises Timeout, naming `what`, after `limit` seconds."""
     deadline = time.monotonic() + limit
     while True:
+        _obey()
         value = condition()
         if value:
             return value
         if time.monotonic() > deadline:
             raise Timeout(f"{what}: not within {limit:g} seconds")
         time.sleep(pause)
+
+
+def rest(seconds):
+    """Waits that long, or until this program is asked to end."""
+    _request.wait(seconds)
+    _obey()
 
 
 class Processes:
@@ -60,16 +68,32 @@ class Processes:
 
 
 def end_orderly():
-    """From now on a request to end unwinds this program, so that contexts close; so does the end of its parent."""
+    """From now on a request to end unwinds this program, so that contexts close; so does the end of its parent. It does
+    so at the next wait_until() or rest()."""
     for number in _REQUESTS_TO_END:
-        signal.signal(number, _unwind)
+        signal.signal(number, _request.take)
     _die_with_parent()
 
 
-def _unwind(number, _):
-    for other in _REQUESTS_TO_END:  # one is enough: a second one must not cut the closing short
-        signal.signal(other, signal.SIG_IGN)
-    sys.exit(128 + number)
+class _Request(threading.Event):
+    """To end. An exception of the signal's own could come while an object is being destroyed, and be lost."""
+
+    number = None
+
+    def take(self, number, _):
+        for other in _REQUESTS_TO_END:  # one is enough: a second one must not cut the closing short
+            signal.signal(other, signal.SIG_IGN)
+        self.number = number
+        self.set()
+
+
+_request = _Request()
+
+
+def _obey():
+    if _request.is_set():
+        _request.clear()
+        sys.exit(128 + _request.number)
 
 
 @contextlib.contextmanager
