@@ -18,7 +18,7 @@ class SpeechServer:
         self._listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
         self._listener.bind(self._path)
         self._listener.listen(16)
-        self._lines = queue.SimpleQueue()
+        self._lines = queue.Queue()  # a SimpleQueue can wait beyond its limit, for ever
         threading.Thread(target=self._accept, daemon=True).start()
 
     @property
