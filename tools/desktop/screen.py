@@ -37,11 +37,11 @@ class Screen:
         self._desktop.run("xdotool", "windowactivate", "--sync", window, "key", "--clearmodifiers", "alt+F4")
         wait_until("the window's end", lambda: window not in self._visible())
 
-    def open_tray_menu(self, button="3", limit=10.0):
+    def open_tray_menu(self):
         """Clicks the item in the tray, the only one; returns the area of the menu and the item."""
         others = self._visible()
-        self.click_tray_item(button)
-        menu, *_ = wait_until("the menu", lambda: self._visible() - others, limit)
+        self.click_tray_item("3")
+        menu, *_ = wait_until("the menu", lambda: self._visible() - others)
         area = self._area_of(menu)
         return Area(area.left - _MARGIN, 0, _WIDTH, area.bottom + _MARGIN)
 
@@ -74,9 +74,9 @@ class Screen:
     def _find(self, title):
         return self._desktop.run("xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{title}$").split()[0]
 
-    def _visible(self, *which):
+    def _visible(self, by="--class", what="."):
         try:
-            return set(self._desktop.run("xdotool", "search", "--onlyvisible", *(which or ("--class", "."))).split())
+            return set(self._desktop.run("xdotool", "search", "--onlyvisible", by, what).split())
         except subprocess.CalledProcessError:
             return set()  # there is none
 

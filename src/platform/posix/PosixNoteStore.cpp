@@ -13,7 +13,8 @@
 namespace sonvara {
 namespace {
 
-constexpr std::size_t mostBytes = std::size_t{64} * 1024;  // far more than any notes; what is larger is not ours
+// Far more than any notes; what is larger is not ours.
+constexpr std::size_t mostBytes = std::size_t{64} * 1024;
 
 bool writeAll(int file, std::string_view text)
 {
