@@ -36,10 +36,10 @@ struct FakeDesktop {
                       launcher,    players, notifications, voice,      defaults,    systemLog,
                       statusBar,   images,  windows,       pasteboard, loginItem};
 
-    FakeDesktop() = default;
+    FakeDesktop();
     FakeDesktop(const FakeDesktop&) = delete;
     FakeDesktop& operator=(const FakeDesktop&) = delete;
-    ~FakeDesktop() { time.end(); }
+    ~FakeDesktop();
 };
 
 }  // namespace sonvara::test
