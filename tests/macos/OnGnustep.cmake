@@ -14,6 +14,10 @@ if(NOT SONVARA_CLANGXX OR NOT SONVARA_GNUSTEP)
   return()
 endif()
 
+# C++ without Cocoa fits, whichever of our compilers made it, and need not be compiled again.
+set(portable ${CMAKE_CURRENT_BINARY_DIR}/portable.cmake)
+export(TARGETS sonvara_options sonvara_core sonvara_keeper sonvara_posix FILE ${portable})
+
 include(ExternalProject)
 set(macos_tests ${CMAKE_CURRENT_BINARY_DIR}/macos)
 ExternalProject_Add(macos_on_gnustep
@@ -25,11 +29,13 @@ ExternalProject_Add(macos_on_gnustep
     -DCMAKE_OBJCXX_COMPILER=${SONVARA_CLANGXX}
     -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
     -DCMAKE_OBJCXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
-    -DSONVARA_SANITIZE=${SONVARA_SANITIZE}
+    -DCMAKE_CXX_FLAGS_SANITIZE=${CMAKE_CXX_FLAGS_SANITIZE}
+    -DCMAKE_OBJCXX_FLAGS_SANITIZE=${CMAKE_CXX_FLAGS_SANITIZE}
+    -DSONVARA_PORTABLE=${portable}
     -DSONVARA_IDENTIFIER=${SONVARA_IDENTIFIER}
     -DSONVARA_VERSION=${PROJECT_VERSION}
     -DCMAKE_OSX_DEPLOYMENT_TARGET=${CMAKE_OSX_DEPLOYMENT_TARGET}
-  DEPENDS sonvara_posix sonvara_keeper  # ccache then has what both projects compile
+  DEPENDS sonvara_posix sonvara_keeper sonvara_core
   BUILD_ALWAYS ON
   USES_TERMINAL_BUILD ON
   INSTALL_COMMAND "")
