@@ -5,12 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
 namespace sonvara::test {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 TEST(StatusMenu, RunsTheChosenAction)
 {
@@ -60,18 +63,30 @@ TEST(StatusMenu, NeverLetsALateClickRunAnotherAction)
     menu.choose(mute);
 }
 
-TEST(StatusMenu, TellsOfSeveralChangesOnceAndOfTheLast)
+TEST(StatusMenu, TellsOfTheStepsOfOneChangeOnceAndOfTheLast)
 {
-    QtStatusMenu menu;
+    QtStatusMenu menu(1h);
     std::vector<std::string> told;
     QObject::connect(&menu, &QtStatusMenu::itemsChanged, &menu,
                      [&] { told.push_back(menu.entries()[0].item.title); });
     menu.setItems({text("Song 1")});
-    menu.setItems({text("Song 2")});
-    EXPECT_TRUE(told.empty()) << "whoever changes the items has more urgent things to do";
-    ASSERT_TRUE(eventually([&] { return !told.empty(); }));
     runEvents();
+    menu.setItems({text("Song 2")});
+    runEvents();
+    EXPECT_TRUE(told.empty()) << "whoever changes the items has more urgent things to do";
+    menu.publish();
     EXPECT_EQ(told, std::vector<std::string>{"Song 2"});
+}
+
+TEST(StatusMenu, TellsOfAStreamOfChangesWhileItFlows)
+{
+    QtStatusMenu menu(50ms);
+    bool isTold = false;
+    QObject::connect(&menu, &QtStatusMenu::itemsChanged, &menu, [&] { isTold = true; });
+    EXPECT_TRUE(eventually([&] {
+        menu.setItems({text("Another song")});
+        return isTold;
+    }));
 }
 
 TEST(StatusMenu, HasToldOfAllWhenItOpens)

@@ -32,9 +32,10 @@ bool meansTheSame(const MenuItem& a, const MenuItem& b)
 
 }  // namespace
 
-QtStatusMenu::QtStatusMenu()
+QtStatusMenu::QtStatusMenu(std::chrono::milliseconds gathering)
 {
-    publishing_.setSingleShot(true);  // with no time to wait, it comes after all that waits already
+    publishing_.setSingleShot(true);
+    publishing_.setInterval(gathering);
     connect(&publishing_, &QTimer::timeout, this, &QtStatusMenu::itemsChanged);
 }
 
@@ -49,7 +50,8 @@ void QtStatusMenu::setItems(std::vector<MenuItem> items)
         entries.push_back({id, std::move(item)});
     }
     entries_ = std::move(entries);
-    publishing_.start();
+    if (!publishing_.isActive())
+        publishing_.start();  // anew for each change, a stream of them would never be told
 }
 
 void QtStatusMenu::publish()

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <vector>
 
 namespace sonvara {
@@ -23,9 +24,12 @@ public:
         MenuItem item;
     };
 
-    QtStatusMenu();
+    /// `gathering` is for how long after a change more may come before the views hear of all. A new track
+    /// changes the items in several steps; each that is told makes the tray host work, just while the line is
+    /// on its way.
+    explicit QtStatusMenu(std::chrono::milliseconds gathering = std::chrono::milliseconds(50));
 
-    /// The views hear of it when nothing more urgent is left to do, once for several changes.
+    /// The views hear of it after `gathering` at the latest, once for several changes.
     void setItems(std::vector<MenuItem> items) override;
     [[nodiscard]] Subscription onWillOpen(std::function<void()> handler) override;
 
