@@ -25,6 +25,8 @@ struct StyledText {
     std::string text;
     FontRole font = FontRole::body;
     ColorRole color = ColorRole::label;
+
+    friend bool operator==(const StyledText&, const StyledText&) = default;
 };
 
 /// A picture from the system's own set, by its symbol name.

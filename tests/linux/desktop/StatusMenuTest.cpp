@@ -78,13 +78,48 @@ TEST(StatusMenu, TellsOfTheStepsOfOneChangeOnceAndOfTheLast)
     EXPECT_EQ(told, std::vector<std::string>{"Song 2"});
 }
 
+TEST(StatusMenu, DoesNotTellOfItemsThatLookAsBefore)
+{
+    QtStatusMenu menu;
+    int told = 0;
+    QObject::connect(&menu, &QtStatusMenu::itemsChanged, &menu, [&] { ++told; });
+    int runs = 0;
+    const auto items = [&](int newRuns) {
+        MenuItem styled = text("");
+        styled.attributedTitle = StyledText{"Song", FontRole::headline, ColorRole::label};
+        return std::vector{styled, action("Mute", [&runs, newRuns] { runs = newRuns; })};
+    };
+    menu.setItems(items(1));
+    menu.publish();
+    menu.setItems(items(2));
+    menu.publish();
+    EXPECT_EQ(told, 1) << "every look at the players sets the items anew";
+    menu.choose(menu.entries()[1].id);
+    EXPECT_EQ(runs, 2) << "the action is the new one nevertheless";
+
+    auto changed = items(2);
+    changed[0].attributedTitle->color = ColorRole::secondaryLabel;
+    menu.setItems(changed);
+    menu.publish();
+    EXPECT_EQ(told, 2);
+    changed[1].isChecked = true;
+    menu.setItems(changed);
+    menu.publish();
+    EXPECT_EQ(told, 3);
+    changed[1].isEnabled = false;
+    menu.setItems(changed);
+    menu.publish();
+    EXPECT_EQ(told, 4);
+}
+
 TEST(StatusMenu, TellsOfAStreamOfChangesWhileItFlows)
 {
     QtStatusMenu menu(50ms);
     bool isTold = false;
+    int number = 0;
     QObject::connect(&menu, &QtStatusMenu::itemsChanged, &menu, [&] { isTold = true; });
     EXPECT_TRUE(eventually([&] {
-        menu.setItems({text("Another song")});
+        menu.setItems({text("Song " + std::to_string(++number))});
         return isTold;
     }));
 }

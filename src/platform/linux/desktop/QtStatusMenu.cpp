@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <tuple>
 
 namespace sonvara {
 
@@ -30,6 +31,17 @@ bool meansTheSame(const MenuItem& a, const MenuItem& b)
     return a.action && b.action && a.title == b.title;
 }
 
+/// Whether a view that shows `a` would show `b` alike. Items that mean something else have other ids.
+bool looksTheSame(const QtStatusMenu::Entry& a, const QtStatusMenu::Entry& b)
+{
+    const auto look = [](const QtStatusMenu::Entry& entry) {
+        const MenuItem& item = entry.item;
+        return std::tie(entry.id, item.isSeparator, item.title, item.attributedTitle, item.isEnabled,
+                        item.isChecked);
+    };
+    return look(a) == look(b);
+}
+
 }  // namespace
 
 QtStatusMenu::QtStatusMenu(std::chrono::milliseconds gathering)
@@ -49,9 +61,10 @@ void QtStatusMenu::setItems(std::vector<MenuItem> items)
         if (item.attributedTitle) shorten(item.attributedTitle->text);
         entries.push_back({id, std::move(item)});
     }
+    const bool isNews = !std::ranges::equal(entries_, entries, looksTheSame);
     entries_ = std::move(entries);
-    if (!publishing_.isActive())
-        publishing_.start();  // anew for each change, a stream of them would never be told
+    // Anew for each change, a stream of them would never be told.
+    if (isNews && !publishing_.isActive()) publishing_.start();
 }
 
 void QtStatusMenu::publish()

@@ -29,7 +29,8 @@ public:
     /// on its way.
     explicit QtStatusMenu(std::chrono::milliseconds gathering = std::chrono::milliseconds(50));
 
-    /// The views hear of it after `gathering` at the latest, once for several changes.
+    /// The views hear of it after `gathering` at the latest, once for several changes, unless all looks as
+    /// before.
     void setItems(std::vector<MenuItem> items) override;
     [[nodiscard]] Subscription onWillOpen(std::function<void()> handler) override;
 
