@@ -12,6 +12,7 @@ from report import Row, mebibytes, percent, times
 from speech_server import SpeechServer
 
 SETTLING = 15  # seconds after the last track: lines end, volumes come back, idle workers leave
+CLOSING = 25  # seconds more: 30 after a line the connection to the speech daemon is closed, which is no rest yet
 
 MEMORY_TITLE = "Memory while a player plays"
 REST_TITLE = "Processor and wake-ups while two players play and nothing changes"
@@ -43,6 +44,7 @@ def measure_rest(desktop, scale):
     with Running(desktop, SONVARA, speech) as sonvara, Running(desktop, PLAYERCTL) as playerctl:
         TrayItem(desktop, sonvara.pid)
         players = start_players(desktop, speech, 2)
+        rest(CLOSING)
         ours, beside = costs_at_rest((sonvara.pid, playerctl.pid), seconds)
         leave(players)
     peer = "playerctl --follow"
