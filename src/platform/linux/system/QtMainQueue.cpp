@@ -15,8 +15,11 @@ class QtMainQueue::Receiver final : public QObject {
 public:
     void add(Task task)
     {
-        const std::lock_guard lock(mutex_);
-        tasks_.push_back(std::move(task));
+        {
+            const std::lock_guard lock(mutex_);
+            tasks_.push_back(std::move(task));
+        }
+        // Without the lock: the main thread wakes at once, and would have to wait for it.
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
 
