@@ -1,3 +1,4 @@
+#include "helpers/AfterOpening.h"
 #include "helpers/EventLoop.h"
 #include "helpers/RecordingLog.h"
 
@@ -223,6 +224,35 @@ TEST_F(IniUserDefaultsTest, TwoProcessesLoseNothingOfEachOther)
         EXPECT_TRUE(defaults->hasObject("other" + std::to_string(i))) << i;
         EXPECT_TRUE(content().contains("own" + QByteArray::number(i) + "=")) << i;
     }
+}
+
+TEST_F(IniUserDefaultsTest, AFileReplacedWhileItIsReadIsReadAgain)
+{
+    open();
+    replace("[General]\naiProvider=first\n");
+    afterOpening(path().toStdString(), [&] { replace("[General]\naiProvider=the second\n"); });
+    const auto defaults = open();
+    ASSERT_FALSE(isOpeningAwaited());
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "the second");
+    afterOpening(path().toStdString(), [&] { replace("[General]\naiProvider=the very fourth\n"); });
+    replace("[General]\naiProvider=and the third\n");
+    EXPECT_TRUE(eventually([&] { return defaults->stringForKey("aiProvider") == "the very fourth"; }));
+    EXPECT_FALSE(isOpeningAwaited());
+}
+
+TEST_F(IniUserDefaultsTest, AWriteKeepsAChangeOfTheSameSizeAndTime)
+{
+    const auto defaults = open();
+    defaults->setString("aiProvider", "claudeCLI");
+    const auto time = QFileInfo(path()).lastModified();
+    overwrite("[General]\naiProvider=geminiCLI\n");
+    QFile file(path());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(time, QFileDevice::FileModificationTime));
+    file.close();
+    defaults->setBool("aiIntros", true);
+    EXPECT_TRUE(content().contains("aiProvider=geminiCLI"));
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
 }
 
 TEST_F(IniUserDefaultsTest, OtherThreadsReadWhileTheMainThreadWrites)

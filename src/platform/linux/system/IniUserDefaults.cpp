@@ -3,11 +3,13 @@
 #include "platform/SystemLog.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QStringList>
 #include <QVariant>
 #include <chrono>
+#include <sys/stat.h>
 
 namespace sonvara {
 
@@ -27,14 +29,18 @@ bool isTrue(const std::string& value)
 
 IniUserDefaults::IniUserDefaults(const std::string& path, SystemLog& log)
     : log_(log),
+      path_(path),
+      beforeReading_(state()),
       settings_(QString::fromStdString(path), QSettings::IniFormat)
 {
     QDir().mkpath(QFileInfo(settings_.fileName()).path());
+    readUntilUnchanged();
     values_.store(read());
     settling_.setSingleShot(true);
     settling_.setInterval(settlingTime);
     QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] {
-        settings_.sync();
+        readAgain();
+        readUntilUnchanged();
         refresh();
     });
     const auto look = [this] { settling_.start(); };
@@ -57,6 +63,39 @@ void IniUserDefaults::watch()
     if (file.isSymLink()) paths << QFileInfo(file.canonicalFilePath()).path();
     for (const auto& path : std::as_const(paths))
         if (QFileInfo::exists(path)) watcher_.addPath(path);
+}
+
+IniUserDefaults::State IniUserDefaults::state() const
+{
+    struct stat status {};
+    if (::stat(path_.c_str(), &status) != 0) return {};
+    const auto changed =
+        std::chrono::seconds(status.st_ctim.tv_sec) + std::chrono::nanoseconds(status.st_ctim.tv_nsec);
+    return {status.st_dev, status.st_ino, status.st_size, changed.count()};
+}
+
+void IniUserDefaults::readAgain()
+{
+    beforeReading_ = state();
+    settings_.sync();
+}
+
+// QSettings opens the file first and notes its size and time then. If the file is replaced in between, it
+// has the old content and takes the new one for read; the next write would then drop the other's change.
+void IniUserDefaults::readUntilUnchanged()
+{
+    while (state() != beforeReading_) {
+        touch();
+        readAgain();
+    }
+}
+
+// Has the file look changed to QSettings, which compares its size and its time in milliseconds.
+void IniUserDefaults::touch()
+{
+    constexpr auto modified = QFileDevice::FileModificationTime;
+    QFile file(settings_.fileName());
+    if (file.open(QIODevice::ReadOnly)) file.setFileTime(file.fileTime(modified).addMSecs(1), modified);
 }
 
 IniUserDefaults::Values IniUserDefaults::read() const
@@ -84,6 +123,7 @@ void IniUserDefaults::refresh()
 
 void IniUserDefaults::write(const std::string& key, const QVariant& value)
 {
+    touch();  // the change of another process may have the size and the time of our last one
     settings_.setValue(QString::fromStdString(key), value);
     settings_.sync();
     if (settings_.status() == QSettings::AccessError) reportFailure();

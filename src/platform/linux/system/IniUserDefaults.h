@@ -8,8 +8,10 @@
 #include <QFileSystemWatcher>
 #include <QSettings>
 #include <QTimer>
+#include <cstdint>
 #include <map>
 #include <string>
+#include <sys/types.h>
 
 namespace sonvara {
 
@@ -38,13 +40,29 @@ private:
     /// A stored value; absent for one that is not a text.
     using Values = std::map<std::string, std::optional<std::string>>;
 
+    /// A state of the file; another file or another content differs in something.
+    struct State {
+        dev_t device = 0;
+        ino_t file = 0;
+        off_t size = 0;
+        std::int64_t changed = 0;  // ns since 1970; no program can set it
+
+        bool operator==(const State&) const = default;
+    };
+
+    [[nodiscard]] State state() const;
     [[nodiscard]] Values read() const;
+    void readAgain();
+    void readUntilUnchanged();
+    void touch();
     void write(const std::string& key, const QVariant& value);
     void refresh();
     void watch();
     void reportFailure();
 
     SystemLog& log_;
+    const std::string path_;
+    State beforeReading_;  // read before `settings_` is made, which reads the file
     QSettings settings_;
     Snapshot<Values> values_;  // what the other threads read
     Callbacks<> changed_;
