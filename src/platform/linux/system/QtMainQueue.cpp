@@ -9,8 +9,7 @@
 
 namespace sonvara {
 
-// Holds the tasks; each posted event stands for one of them, whichever is the first by then. The lock
-// of our own orders everything between the threads, also for tools that do not see Qt's locks.
+// Holds the tasks; each posted event stands for one of them, whichever is the first by then.
 class QtMainQueue::Receiver final : public QObject {
 public:
     void add(Task task)
