@@ -38,7 +38,8 @@ class Scenario:
         try:
             if self._settings:
                 self.desktop.write_setting("sonvara/sonvara.conf", self._settings)
-            self.program = self.desktop.start("sonvara", self._command(), {"PULSE_SINK": "speech"})
+            self.program = self.desktop.start("sonvara", self._command(), {
+                "PULSE_SINK": "speech", "QT_LOGGING_RULES": "sonvara.*.debug=true"})
             self.tray = TrayItem(self.desktop, self.program.pid)
             self.recorder = Recorder(self.desktop)
         except BaseException:

@@ -40,11 +40,17 @@ class Playlist(unittest.TestCase):
     def _expect_duck(self, line, undisturbed):
         level = self.recorder.level_between
         expected = undisturbed + self.player.decibels(DUCKED) - self.player.decibels(VOLUME)
-        self.assertAlmostEqual(level(MUSIC, line.start, line.end), expected, delta=1.0)
+        self.assertAlmostEqual(level(MUSIC, line.start, line.end), expected, delta=1.0, msg=self._course(line))
         # From shortly after the first word to the last one, nothing was louder.
         loudest = max(self.recorder.levels(MUSIC)[round((line.start + 0.5) / STEP):round(line.end / STEP)])
         self.assertLess(loudest, expected + 3)
         self.assertAlmostEqual(level(MUSIC, line.end + 1.5, line.end + 2.5), undisturbed, delta=1.0)
+
+    def _course(self, line):
+        level = self.recorder.level_between
+        times = (line.start + step / 2 for step in range(-4, round(2 * line.seconds) + 6))
+        levels = " ".join(f"{level(MUSIC, time, time + 0.5):.0f}" for time in times if time > 0)
+        return f"the line from {line.start:.1f} to {line.end:.1f} s; the music from 2 s before, each half second: {levels}"
 
     def _track_at(self, time):
         pitch = self.recorder.pitch_between(time, time + 0.2)

@@ -97,6 +97,31 @@ TEST_F(PlayerQuirks, StrawberrySendsTheTrackTwiceBeforeItPlays)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
 }
 
+TEST_F(PlayerQuirks, StrawberryTakesAVolumeBackWhileItBeginsATrack)
+{
+    auto player = makePlayer({"strawberry"});
+    playsFirst(player);
+    EXPECT_EQ(run(getMusicVolume).integer, 100);
+    EXPECT_FALSE(run(setMusicVolume + "35").error);
+    player.change({{"Volume", 0.35}});  // so it answers the command
+    player.change({{"Volume", 1.0}});   // and this comes from its new stream
+    EXPECT_TRUE(eventually([&] { return player.property("Volume") == QVariant(0.35); }));
+    EXPECT_FALSE(run(setMusicVolume + "100").error);
+    EXPECT_EQ(player.property("Volume"), QVariant(1.0));
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
+}
+
+TEST_F(PlayerQuirks, AVolumeThatAUserMovesStaysWhereItIs)
+{
+    auto player = makePlayer({"strawberry"});
+    playsFirst(player);
+    EXPECT_EQ(run(getMusicVolume).integer, 100);
+    EXPECT_FALSE(run(setMusicVolume + "35").error);
+    player.change({{"Volume", 0.6}});
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
+    EXPECT_EQ(run(getMusicVolume).integer, 60);
+}
+
 TEST_F(PlayerQuirks, RhythmboxClearsEverythingBeforeTheNextTrack)
 {
     auto player = makePlayer({"rhythmbox"});

@@ -2,10 +2,13 @@
 
 #include "platform/linux/players/MprisDecoder.h"
 
+#include <chrono>
 #include <utility>
 
 namespace sonvara::players {
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 ScriptResult notRunning(PlayerKind kind)
 {
@@ -13,6 +16,11 @@ ScriptResult notRunning(PlayerKind kind)
 }
 
 }  // namespace
+
+MprisVolume::MprisVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_(bus), directory_(directory)
+{
+    connect(&bus, &MprisBus::stateSignalled, this, &MprisVolume::takeSignal);
+}
 
 void MprisVolume::read(PlayerKind kind, const Answer& answer)
 {
@@ -24,8 +32,9 @@ void MprisVolume::read(PlayerKind kind, const Answer& answer)
     auto lastRead = lastRead_.load() ? *lastRead_.load() : Programs();
     lastRead[std::string(nameOf(kind))] = player->names.front();
     lastRead_.store(std::move(lastRead));
-    bus_.askVolume(player->owner, [answer, kind](const QVariantList& arguments) {
+    bus_.askVolume(player->owner, [this, answer, kind, owner = player->owner](const QVariantList& arguments) {
         const auto volume = decodeVolume(arguments.value(0));
+        if (volume) holds_[kind].learn(owner, *volume);
         answer(volume ? volumeAnswer(*volume)
                       : ScriptResult::ofError(std::string(nameOf(kind)) + " tells no volume"));
     });
@@ -38,10 +47,24 @@ void MprisVolume::set(PlayerKind kind, int volume, const Answer& answer)
         answer(notRunning(kind));
         return;
     }
+    holds_[kind].set(player->owner, volume, Clock::now());
     bus_.setVolume(player->owner, volume / 100.0, [answer, kind](bool accepted) {
         answer(accepted ? ScriptResult{}
                         : ScriptResult::ofError(std::string(nameOf(kind)) + " accepts no volume"));
     });
+}
+
+void MprisVolume::takeSignal(const std::string& owner, const QVariantList& arguments)
+{
+    const auto now = Clock::now();
+    for (auto& [kind, hold] : holds_) {
+        if (!hold.isOpen(owner, now)) continue;
+        const auto changed = decodeMap(arguments.value(1)).value_or(QVariantMap());
+        const auto volume = decodeVolume(changed.value(QStringLiteral("Volume")));
+        if (!volume) continue;
+        if (const auto again = hold.hear(owner, *volume, now))
+            bus_.setVolume(owner, *again / 100.0, [](bool) {});
+    }
 }
 
 const Player* MprisVolume::playerToSet(PlayerKind kind) const

@@ -4,7 +4,11 @@
 #include "platform/linux/players/MprisBus.h"
 #include "platform/linux/players/PlayerDirectory.h"
 #include "platform/linux/players/ScriptCommand.h"
+#include "platform/linux/players/VolumeHold.h"
 #include "support/Snapshot.h"
+
+#include <QObject>
+#include <QVariantList>
 
 #include <functional>
 #include <map>
@@ -17,12 +21,13 @@ namespace sonvara::players {
 /// thread; answers come later or at once, exactly once.
 ///
 /// A name like "Music" may mean another program a moment later. A volume is therefore set on the
-/// program on which it was last read, so that what was lowered is what is raised again.
-class MprisVolume {
+/// program on which it was last read, so that what was lowered is what is raised again. A program that
+/// undoes it at once is told once more.
+class MprisVolume : public QObject {
 public:
     using Answer = std::function<void(ScriptResult)>;
 
-    MprisVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_(bus), directory_(directory) {}
+    MprisVolume(MprisBus& bus, const PlayerDirectory& directory);
 
     void read(PlayerKind kind, const Answer& answer);
     void set(PlayerKind kind, int volume, const Answer& answer);
@@ -34,10 +39,12 @@ private:
     using Programs = std::map<std::string, std::string>;  // the program's name on the bus by the player's
 
     [[nodiscard]] const Player* playerToSet(PlayerKind kind) const;
+    void takeSignal(const std::string& owner, const QVariantList& arguments);
 
     MprisBus& bus_;
     const PlayerDirectory& directory_;
     Snapshot<Programs> lastRead_;  // by name, so that a player started anew is the same
+    std::map<PlayerKind, VolumeHold> holds_;
 };
 
 }  // namespace sonvara::players
