@@ -55,6 +55,7 @@ class Voice(Trial):
     def test_a_daemon_that_is_killed_while_it_speaks(self):
         self.start_quickly()
         self.speak_with_lowered_player()
+        self._wait_for_voice()  # else another daemon is started, and says the line
         end_processes(DAEMON)
         self.player.wait_for_volume(VOLUME, limit=3)
         self.player.play("After the Daemon's Death")
@@ -66,6 +67,7 @@ class Voice(Trial):
     def test_a_daemon_that_hangs_while_it_speaks(self):
         self.start_quickly()
         self.speak_with_lowered_player()
+        self._wait_for_voice()
         send(signal.SIGSTOP, DAEMON)
         self.addCleanup(send, signal.SIGCONT, DAEMON)
         self.player.pause()
@@ -95,6 +97,10 @@ class Voice(Trial):
         self.player.wait_for_volume(VOLUME, limit=20)
         wait_until("the message", lambda: "is a sound server running?" in self.log())
         self.end()
+
+    def _wait_for_voice(self):
+        """Until something plays sound; the player of these tests is silent."""
+        wait_until("the voice", lambda: "protocol-native" in self.desktop.run("pactl", "list", "short", "sink-inputs"))
 
 
 class Players(Trial):

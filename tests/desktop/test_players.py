@@ -53,7 +53,7 @@ class Playlist(unittest.TestCase):
         return f"the line from {line.start:.1f} to {line.end:.1f} s; the music from 2 s before, each half second: {levels}"
 
     def _track_at(self, time):
-        pitch = self.recorder.pitch_between(time, time + 0.2)
+        pitch = self.recorder.pitch_between(time, time + 1)
         return min(range(len(TRACKS)), key=lambda index: abs(TRACKS[index].pitch - pitch))
 
 
