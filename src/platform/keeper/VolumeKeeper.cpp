@@ -5,19 +5,11 @@
 #include "support/PlayerScripts.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 #include <vector>
 
 namespace sonvara {
 namespace {
-
-constexpr int tolerance = 2;  // players round what they are set to
-
-bool isAbout(int volume, int other)
-{
-    return std::abs(volume - other) <= tolerance;
-}
 
 /// Makes a volume that we have set ourselves the one that the user had chosen before.
 void liftToUsers(ScriptResult& volume, const VolumeNote& note)

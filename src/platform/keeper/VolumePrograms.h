@@ -1,10 +1,18 @@
 // The programs whose volume is changed, by a name under which they are found again.
 #pragma once
 
+#include <cstdlib>
 #include <optional>
 #include <string>
 
 namespace sonvara {
+
+/// Whether a player that tells one volume may have been set to the other, 0 to 100: players round.
+inline bool isAbout(int volume, int other)
+{
+    constexpr int tolerance = 2;
+    return std::abs(volume - other) <= tolerance;
+}
 
 /// Reads and sets the volume of particular programs. Worker threads, and the main thread when the event
 /// loop has ended; calls block, but only shortly.

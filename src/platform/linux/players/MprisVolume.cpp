@@ -8,8 +8,6 @@
 namespace sonvara::players {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 ScriptResult notRunning(PlayerKind kind)
 {
     return ScriptResult::ofError(std::string(nameOf(kind)) + " is not running");
@@ -47,7 +45,7 @@ void MprisVolume::set(PlayerKind kind, int volume, const Answer& answer)
         answer(notRunning(kind));
         return;
     }
-    holds_[kind].set(player->owner, volume, Clock::now());
+    holds_[kind].set(player->owner, volume, std::chrono::steady_clock::now());
     bus_.setVolume(player->owner, volume / 100.0, [answer, kind](bool accepted) {
         answer(accepted ? ScriptResult{}
                         : ScriptResult::ofError(std::string(nameOf(kind)) + " accepts no volume"));
@@ -56,7 +54,7 @@ void MprisVolume::set(PlayerKind kind, int volume, const Answer& answer)
 
 void MprisVolume::takeSignal(const std::string& owner, const QVariantList& arguments)
 {
-    const auto now = Clock::now();
+    const auto now = std::chrono::steady_clock::now();
     for (auto& [kind, hold] : holds_) {
         if (!hold.isOpen(owner, now)) continue;
         const auto changed = decodeMap(arguments.value(1)).value_or(QVariantMap());

@@ -1,18 +1,8 @@
 #include "platform/linux/players/VolumeHold.h"
 
-#include <cstdlib>
+#include "platform/keeper/VolumePrograms.h"
 
 namespace sonvara::players {
-namespace {
-
-constexpr int tolerance = 2;  // players round, some more than once
-
-bool isNear(int one, int other)
-{
-    return std::abs(one - other) <= tolerance;
-}
-
-}  // namespace
 
 void VolumeHold::learn(const std::string& owner, int volume)
 {
@@ -38,7 +28,7 @@ bool VolumeHold::isOpen(const std::string& owner, Time now) const
 
 std::optional<int> VolumeHold::hear(const std::string& owner, int volume, Time now)
 {
-    if (!isOpen(owner, now) || isNear(volume, volume_) || !isNear(volume, *before_)) return std::nullopt;
+    if (!isOpen(owner, now) || isAbout(volume, volume_) || !isAbout(volume, *before_)) return std::nullopt;
     ++repeats_;
     return volume_;
 }

@@ -29,8 +29,7 @@ bool isTrue(const std::string& value)
 
 IniUserDefaults::IniUserDefaults(const std::string& path, SystemLog& log)
     : log_(log),
-      path_(path),
-      beforeReading_(state()),
+      beforeReading_(stateOf(QString::fromStdString(path))),
       settings_(QString::fromStdString(path), QSettings::IniFormat)
 {
     QDir().mkpath(QFileInfo(settings_.fileName()).path());
@@ -65,10 +64,10 @@ void IniUserDefaults::watch()
         if (QFileInfo::exists(path)) watcher_.addPath(path);
 }
 
-IniUserDefaults::State IniUserDefaults::state() const
+IniUserDefaults::State IniUserDefaults::stateOf(const QString& path)
 {
     struct stat status {};
-    if (::stat(path_.c_str(), &status) != 0) return {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
     const auto changed =
         std::chrono::seconds(status.st_ctim.tv_sec) + std::chrono::nanoseconds(status.st_ctim.tv_nsec);
     return {status.st_dev, status.st_ino, status.st_size, changed.count()};
@@ -76,7 +75,7 @@ IniUserDefaults::State IniUserDefaults::state() const
 
 void IniUserDefaults::readAgain()
 {
-    beforeReading_ = state();
+    beforeReading_ = stateOf(settings_.fileName());
     settings_.sync();
 }
 
@@ -84,7 +83,7 @@ void IniUserDefaults::readAgain()
 // has the old content and takes the new one for read; the next write would then drop the other's change.
 void IniUserDefaults::readUntilUnchanged()
 {
-    while (state() != beforeReading_) {
+    while (stateOf(settings_.fileName()) != beforeReading_) {
         touch();
         readAgain();
     }

@@ -50,7 +50,7 @@ private:
         bool operator==(const State&) const = default;
     };
 
-    [[nodiscard]] State state() const;
+    [[nodiscard]] static State stateOf(const QString& path);
     [[nodiscard]] Values read() const;
     void readAgain();
     void readUntilUnchanged();
@@ -61,8 +61,7 @@ private:
     void reportFailure();
 
     SystemLog& log_;
-    const std::string path_;
-    State beforeReading_;  // read before `settings_` is made, which reads the file
+    State beforeReading_;  // taken before `settings_` is made, which reads the file
     QSettings settings_;
     Snapshot<Values> values_;  // what the other threads read
     Callbacks<> changed_;
