@@ -21,6 +21,7 @@ QtApplication::QtApplication(const char* programName)
       application_(argumentCount_, arguments_.data()),
       signals_([this] { terminate(); })
 {
+    displayCheck_.reset();
     qunsetenv(withoutSharedMemory);  // Qt has read it, and the tools that we start need not see it
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName("Sonvara");  // no display name, which Qt would append to windows' titles

@@ -2,18 +2,20 @@
 #pragma once
 
 #include "platform/Application.h"
+#include "platform/linux/system/DisplayCheck.h"
 #include "platform/linux/system/TerminationSignals.h"
 
 #include <QApplication>
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace sonvara {
 
-/// To be made before any other object of Qt that needs a screen. The program takes no command line:
-/// nothing of it reaches Qt. Closing the last window does not end the program. The signals that ask
-/// for its end act like `terminate`.
+/// To be made before any other object of Qt that needs a screen; without a display the process ends
+/// there (see DisplayCheck). The program takes no command line: nothing of it reaches Qt. Closing the
+/// last window does not end the program. The signals that ask for its end act like `terminate`.
 class QtApplication final : public Application {
 public:
     explicit QtApplication(const char* programName);
@@ -40,6 +42,7 @@ private:
     std::string programName_;  // Qt keeps references to these three
     std::array<char*, 2> arguments_;
     int argumentCount_ = 1;
+    std::optional<DisplayCheck> displayCheck_{std::in_place};  // until Qt has found its display
     QApplication application_;
     TerminationSignals signals_;
     std::weak_ptr<ApplicationDelegate> delegate_;
