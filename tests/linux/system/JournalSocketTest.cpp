@@ -26,9 +26,13 @@ constexpr const char* socketPath = "/run/systemd/journal/socket";
 std::string makeRunPrivate()
 {
     const auto user = ::geteuid();
+    const auto group = ::getegid();
     if (::unshare(CLONE_NEWNS) != 0) {
         if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return std::strerror(errno);
         std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+        // Files have a group, too: nobody whose own is unknown can make one. The system wants the first line.
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
     }
     if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return std::strerror(errno);
     if (::mount("none", "/run", "tmpfs", 0, nullptr) != 0) return std::strerror(errno);
