@@ -1,11 +1,11 @@
 #include "ai/AIDJ.h"
 
 #include "ai/IntroText.h"
-#include "platform/ChildProcess.h"
-#include "platform/FileManager.h"
-#include "platform/GlobalQueue.h"
-#include "platform/Platform.h"
-#include "platform/UserDefaults.h"
+#include "ports/ChildProcess.h"
+#include "ports/FileManager.h"
+#include "ports/GlobalQueue.h"
+#include "ports/Platform.h"
+#include "ports/UserDefaults.h"
 #include "support/Text.h"
 
 #include <chrono>

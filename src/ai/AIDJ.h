@@ -3,7 +3,7 @@
 
 #include "ai/AIProvider.h"
 #include "log/DJLog.h"
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <array>
 #include <functional>

@@ -2,9 +2,9 @@
 
 #include "log/DJLog.h"
 #include "monitor/MusicMonitor.h"
-#include "platform/Environment.h"
-#include "platform/MainQueue.h"
-#include "platform/Platform.h"
+#include "ports/Environment.h"
+#include "ports/MainQueue.h"
+#include "ports/Platform.h"
 #include "speech/SpeechManager.h"
 #include "ui/StatusBarController.h"
 

@@ -1,7 +1,7 @@
 // Creates the long-lived objects at launch and connects them.
 #pragma once
 
-#include "platform/Application.h"
+#include "ports/Application.h"
 #include "support/Subscription.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "log/DJLog.h"
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "log/DJLog.h"
 
-#include "platform/MainQueue.h"
+#include "ports/MainQueue.h"
 #include "support/Uuid.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The activity log: what the application did recently, for the user to read.
 #pragma once
 
-#include "platform/Clock.h"
+#include "ports/Clock.h"
 #include "support/Observable.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #include "monitor/MusicMonitor.h"
 
-#include "platform/GlobalQueue.h"
-#include "platform/Platform.h"
-#include "platform/ScriptRunner.h"
+#include "ports/GlobalQueue.h"
+#include "ports/Platform.h"
+#include "ports/ScriptRunner.h"
 #include "support/PlayerScripts.h"
 
 #include <chrono>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "monitor/NowPlaying.h"
-#include "platform/MainQueue.h"
-#include "platform/SystemLog.h"
+#include "ports/MainQueue.h"
+#include "ports/SystemLog.h"
 #include "support/Observable.h"
 #include "support/Snapshot.h"
 #include "support/Subscription.h"

@@ -1,7 +1,7 @@
 // One observation of one player, and how it is read from what the players report.
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "ports/NotificationCenter.h"
 #include "support/Players.h"
 
 #include <cstddef>

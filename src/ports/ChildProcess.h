@@ -1,7 +1,7 @@
 // Port: running another program.
 #pragma once
 
-#include "platform/Environment.h"
+#include "ports/Environment.h"
 
 #include <memory>
 #include <optional>

@@ -2,7 +2,7 @@
 // value and keeps what it shows equal to the bindings.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 #include "support/Subscription.h"
 
 #include <functional>

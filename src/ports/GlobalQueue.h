@@ -1,7 +1,7 @@
 // Port: concurrent background work by quality of service.
 #pragma once
 
-#include "platform/Task.h"
+#include "ports/Task.h"
 
 #include <chrono>
 #include <memory>

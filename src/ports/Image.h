@@ -1,7 +1,7 @@
 // Port: pictures drawn from vector shapes.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 
 #include <memory>
 #include <variant>

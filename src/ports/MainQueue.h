@@ -1,7 +1,7 @@
 // Port: work on the main thread, and its repeating timer.
 #pragma once
 
-#include "platform/Task.h"
+#include "ports/Task.h"
 
 #include <chrono>
 #include <memory>

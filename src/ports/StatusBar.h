@@ -1,8 +1,8 @@
 // Port: the item in the system's status bar, and its menu.
 #pragma once
 
-#include "platform/Image.h"
-#include "platform/Style.h"
+#include "ports/Image.h"
+#include "ports/Style.h"
 #include "support/Subscription.h"
 
 #include <functional>

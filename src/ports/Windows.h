@@ -1,7 +1,7 @@
 // Port: windows that host a form.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 
 #include <memory>
 #include <string>

@@ -1,8 +1,8 @@
 // The speech manager's ducking: the player is lowered while the DJ speaks and put back afterwards.
 // The bookkeeping stays on the main thread; the commands, which block, run on workers.
-#include "platform/GlobalQueue.h"
-#include "platform/MainQueue.h"
-#include "platform/Platform.h"
+#include "ports/GlobalQueue.h"
+#include "ports/MainQueue.h"
+#include "ports/Platform.h"
 #include "speech/PlayerVolume.h"
 #include "speech/SpeechManager.h"
 

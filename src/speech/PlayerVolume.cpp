@@ -1,6 +1,6 @@
 #include "speech/PlayerVolume.h"
 
-#include "platform/ScriptRunner.h"
+#include "ports/ScriptRunner.h"
 #include "support/PlayerScripts.h"
 
 #include <algorithm>

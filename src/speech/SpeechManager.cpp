@@ -2,9 +2,9 @@
 
 #include "ai/AIDJ.h"
 #include "log/DJLog.h"
-#include "platform/MainQueue.h"
-#include "platform/Platform.h"
-#include "platform/UserDefaults.h"
+#include "ports/MainQueue.h"
+#include "ports/Platform.h"
+#include "ports/UserDefaults.h"
 #include "speech/AnnouncementPolicy.h"
 #include "speech/DJStyle.h"
 

@@ -1,8 +1,8 @@
 // Turns reported tracks into spoken announcements.
 #pragma once
 
-#include "platform/SpeechSynthesizer.h"
-#include "platform/SystemLog.h"
+#include "ports/SpeechSynthesizer.h"
+#include "ports/SystemLog.h"
 #include "speech/Generation.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "system/LaunchAtLoginHelper.h"
 
-#include "platform/LoginItem.h"
+#include "ports/LoginItem.h"
 
 #include <iostream>
 

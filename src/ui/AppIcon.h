@@ -1,7 +1,7 @@
 // The application's icon, made from the status icon's own drawing.
 #pragma once
 
-#include "platform/Image.h"
+#include "ports/Image.h"
 
 namespace sonvara {
 

@@ -1,6 +1,6 @@
 #include "ui/ChangeSignal.h"
 
-#include "platform/MainQueue.h"
+#include "ports/MainQueue.h"
 
 #include <utility>
 

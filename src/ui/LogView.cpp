@@ -1,8 +1,8 @@
 #include "ui/LogView.h"
 
 #include "log/DJLog.h"
-#include "platform/Pasteboard.h"
-#include "platform/Platform.h"
+#include "ports/Pasteboard.h"
+#include "ports/Platform.h"
 #include "ui/ChangeSignal.h"
 
 #include <algorithm>

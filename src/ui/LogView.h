@@ -1,7 +1,7 @@
 // The diagnostics log as the user reads it.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 
 #include <functional>
 

@@ -2,8 +2,8 @@
 
 #include "ai/AIProvider.h"
 #include "log/DJLog.h"
-#include "platform/Platform.h"
-#include "platform/UserDefaults.h"
+#include "ports/Platform.h"
+#include "ports/UserDefaults.h"
 #include "ui/ChangeSignal.h"
 #include "ui/LogView.h"
 

@@ -1,7 +1,7 @@
 // The settings form: the only place where the user changes how the DJ behaves.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 #include "support/Observable.h"
 #include "system/LaunchAtLoginHelper.h"
 

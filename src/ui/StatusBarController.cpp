@@ -1,10 +1,10 @@
 #include "ui/StatusBarController.h"
 
-#include "platform/Application.h"
-#include "platform/GlobalQueue.h"
-#include "platform/MainQueue.h"
-#include "platform/Platform.h"
-#include "platform/UserDefaults.h"
+#include "ports/Application.h"
+#include "ports/GlobalQueue.h"
+#include "ports/MainQueue.h"
+#include "ports/Platform.h"
+#include "ports/UserDefaults.h"
 #include "ui/SettingsView.h"
 #include "ui/StatusIcon.h"
 

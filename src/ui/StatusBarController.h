@@ -1,9 +1,9 @@
 // The application's permanent face: the item in the status bar, its icon and its menu.
 #pragma once
 
-#include "platform/StatusBar.h"
-#include "platform/SystemLog.h"
-#include "platform/Windows.h"
+#include "ports/StatusBar.h"
+#include "ports/SystemLog.h"
+#include "ports/Windows.h"
 #include "support/Subscription.h"
 
 #include <memory>

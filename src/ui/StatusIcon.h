@@ -1,7 +1,7 @@
 // The status icon: a record with a tone arm, drawn from vector shapes.
 #pragma once
 
-#include "platform/Image.h"
+#include "ports/Image.h"
 
 namespace sonvara {
 

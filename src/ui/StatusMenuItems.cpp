@@ -1,8 +1,8 @@
 // What the status menu shows.
 #include "log/DJLog.h"
 #include "monitor/MusicMonitor.h"
-#include "platform/Platform.h"
-#include "platform/UserDefaults.h"
+#include "ports/Platform.h"
+#include "ports/UserDefaults.h"
 #include "support/Text.h"
 #include "ui/StatusBarController.h"
 

@@ -1,6 +1,6 @@
-#include "platform/keeper/PatientVoice.h"
+#include "volume/PatientVoice.h"
 
-#include "platform/GlobalQueue.h"
+#include "ports/GlobalQueue.h"
 
 #include <algorithm>
 #include <chrono>

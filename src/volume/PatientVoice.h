@@ -1,7 +1,7 @@
 // A voice whose lines do not end before the player has been lowered for them.
 #pragma once
 
-#include "platform/SpeechSynthesizer.h"
+#include "ports/SpeechSynthesizer.h"
 
 #include <memory>
 

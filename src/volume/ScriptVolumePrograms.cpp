@@ -1,6 +1,6 @@
-#include "platform/keeper/ScriptVolumePrograms.h"
+#include "volume/ScriptVolumePrograms.h"
 
-#include "platform/ScriptRunner.h"
+#include "ports/ScriptRunner.h"
 #include "support/PlayerScripts.h"
 
 namespace sonvara {

@@ -1,7 +1,7 @@
 // Programs whose volume is read and set by scripts of our own.
 #pragma once
 
-#include "platform/keeper/VolumePrograms.h"
+#include "volume/VolumePrograms.h"
 
 namespace sonvara {
 

@@ -1,8 +1,8 @@
-#include "platform/keeper/VolumeKeeper.h"
+#include "volume/VolumeKeeper.h"
 
-#include "platform/keeper/NoteStore.h"
-#include "platform/keeper/VolumePrograms.h"
 #include "support/PlayerScripts.h"
+#include "volume/NoteStore.h"
+#include "volume/VolumePrograms.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 // Sees to it that a player that was lowered gets its volume back, whatever happens to us.
 #pragma once
 
-#include "platform/ScriptRunner.h"
-#include "platform/keeper/VolumeNotes.h"
+#include "ports/ScriptRunner.h"
+#include "volume/VolumeNotes.h"
 
 #include <cstdint>
 #include <map>

@@ -1,4 +1,4 @@
-#include "platform/keeper/VolumeNotes.h"
+#include "volume/VolumeNotes.h"
 
 #include <charconv>
 #include <cstddef>

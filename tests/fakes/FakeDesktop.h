@@ -8,7 +8,7 @@
 #include "fakes/FakeVoice.h"
 #include "fakes/VirtualTime.h"
 #include "log/DJLog.h"
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 
 #include <memory>
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "fakes/VirtualTime.h"
-#include "platform/Image.h"
-#include "platform/StatusBar.h"
-#include "platform/Windows.h"
+#include "ports/Image.h"
+#include "ports/StatusBar.h"
+#include "ports/Windows.h"
 #include "support/Callbacks.h"
 
 #include <gtest/gtest.h>

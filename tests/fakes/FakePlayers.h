@@ -2,8 +2,8 @@
 #pragma once
 
 #include "fakes/VirtualTime.h"
-#include "platform/NotificationCenter.h"
-#include "platform/ScriptRunner.h"
+#include "ports/NotificationCenter.h"
+#include "ports/ScriptRunner.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "fakes/VirtualTime.h"
-#include "platform/ChildProcess.h"
-#include "platform/FileManager.h"
+#include "ports/ChildProcess.h"
+#include "ports/FileManager.h"
 
 #include <gtest/gtest.h>
 

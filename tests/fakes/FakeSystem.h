@@ -2,13 +2,13 @@
 #pragma once
 
 #include "fakes/VirtualTime.h"
-#include "platform/Application.h"
-#include "platform/Environment.h"
-#include "platform/LoginItem.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Pasteboard.h"
-#include "platform/SystemLog.h"
-#include "platform/UserDefaults.h"
+#include "ports/Application.h"
+#include "ports/Environment.h"
+#include "ports/LoginItem.h"
+#include "ports/NotificationCenter.h"
+#include "ports/Pasteboard.h"
+#include "ports/SystemLog.h"
+#include "ports/UserDefaults.h"
 #include "support/Callbacks.h"
 
 #include <gtest/gtest.h>

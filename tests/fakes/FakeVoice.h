@@ -2,7 +2,7 @@
 #pragma once
 
 #include "fakes/VirtualTime.h"
-#include "platform/SpeechSynthesizer.h"
+#include "ports/SpeechSynthesizer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // Main queue, global queue and clock in one: time moves only when the test says so.
 #pragma once
 
-#include "platform/Clock.h"
-#include "platform/GlobalQueue.h"
-#include "platform/MainQueue.h"
+#include "ports/Clock.h"
+#include "ports/GlobalQueue.h"
+#include "ports/MainQueue.h"
 
 #include <chrono>
 #include <cstdint>

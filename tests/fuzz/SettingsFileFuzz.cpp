@@ -1,7 +1,7 @@
 // A settings file with anything in it.
 #include "Require.h"
-#include "platform/SystemLog.h"
 #include "platform/linux/system/IniUserDefaults.h"
+#include "ports/SystemLog.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 // The file with the notes about lowered players.
 #include "Require.h"
-#include "platform/keeper/VolumeNotes.h"
+#include "volume/VolumeNotes.h"
 
 using namespace sonvara;
 using fuzz::require;

@@ -1,7 +1,7 @@
 // A system log that keeps what it is told, on any thread.
 #pragma once
 
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <mutex>
 #include <string>

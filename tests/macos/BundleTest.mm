@@ -2,7 +2,7 @@
 #include "BigEndian.h"
 #include "Command.h"
 #include "helpers/TemporaryFolder.h"
-#include "platform/macos/Strings.h"
+#include "platform/macos/system/Strings.h"
 
 #import <Foundation/Foundation.h>
 

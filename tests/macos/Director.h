@@ -2,7 +2,7 @@
 // is inside its tracking loop and cannot run a test.
 #pragma once
 
-#include "platform/macos/DispatchTask.h"
+#include "platform/macos/system/DispatchTask.h"
 
 #include <chrono>
 #include <functional>

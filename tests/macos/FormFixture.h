@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Probe.h"
-#include "platform/macos/CocoaWindows.h"
+#include "platform/macos/windows/CocoaWindows.h"
 #include "support/Callbacks.h"
 
 #include <gtest/gtest.h>

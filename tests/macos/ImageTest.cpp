@@ -1,5 +1,5 @@
 // Drawings as pictures of the system, judged by their PNG files.
-#include "platform/macos/CocoaImage.h"
+#include "platform/macos/windows/CocoaImage.h"
 
 #include "BigEndian.h"
 #include "ui/StatusIcon.h"

@@ -1,5 +1,5 @@
 // How a log message is put into the few formats that the system log is given.
-#include "platform/macos/LogStretches.h"
+#include "platform/macos/system/LogStretches.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Notifications that another process posts.
 #include "Command.h"
 #include "Probe.h"
-#include "platform/macos/DistributedNotificationCenter.h"
+#include "platform/macos/players/DistributedNotificationCenter.h"
 
 #include <gtest/gtest.h>
 #include <thread>

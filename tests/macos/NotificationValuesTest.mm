@@ -1,5 +1,5 @@
 // What becomes of the values in a notification of the system.
-#import "platform/macos/NotificationValues.h"
+#import "platform/macos/players/NotificationValues.h"
 
 #include <gtest/gtest.h>
 

@@ -16,7 +16,7 @@ endif()
 
 # C++ without Cocoa fits, whichever of our compilers made it, and need not be compiled again.
 set(portable ${CMAKE_CURRENT_BINARY_DIR}/portable.cmake)
-export(TARGETS sonvara_options sonvara_core sonvara_keeper sonvara_posix FILE ${portable})
+export(TARGETS sonvara_options sonvara_core sonvara_volume sonvara_posix FILE ${portable})
 
 include(ExternalProject)
 set(macos_tests ${CMAKE_CURRENT_BINARY_DIR}/macos)
@@ -35,7 +35,7 @@ ExternalProject_Add(macos_on_gnustep
     -DSONVARA_IDENTIFIER=${SONVARA_IDENTIFIER}
     -DSONVARA_VERSION=${PROJECT_VERSION}
     -DCMAKE_OSX_DEPLOYMENT_TARGET=${CMAKE_OSX_DEPLOYMENT_TARGET}
-  DEPENDS sonvara_posix sonvara_keeper sonvara_core
+  DEPENDS sonvara_posix sonvara_volume sonvara_core
   BUILD_ALWAYS ON
   USES_TERMINAL_BUILD ON
   INSTALL_COMMAND "")

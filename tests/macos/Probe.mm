@@ -1,6 +1,6 @@
 #include "Probe.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 #import <AppKit/AppKit.h>
 

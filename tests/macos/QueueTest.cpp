@@ -1,7 +1,7 @@
 // The main queue, its timer, and the queues for work off the main thread.
 #include "Probe.h"
-#include "platform/macos/DispatchGlobalQueue.h"
-#include "platform/macos/DispatchMainQueue.h"
+#include "platform/macos/system/DispatchGlobalQueue.h"
+#include "platform/macos/system/DispatchMainQueue.h"
 
 #include <atomic>
 #include <future>

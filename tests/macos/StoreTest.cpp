@@ -1,7 +1,7 @@
 // Settings and the pasteboard.
 #include "Probe.h"
-#include "platform/macos/CocoaPasteboard.h"
-#include "platform/macos/CocoaUserDefaults.h"
+#include "platform/macos/system/CocoaPasteboard.h"
+#include "platform/macos/system/CocoaUserDefaults.h"
 
 #include <gtest/gtest.h>
 

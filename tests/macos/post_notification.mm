@@ -1,6 +1,6 @@
 // post_notification NAME [KEY=VALUE...]  Posts a distributed notification, as a player does. A value is a
 // truth value (true, false), a number, or else a string. Without any pair there is no user info.
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 // A voice whose lines end no sooner than players are lowered, in virtual time.
-#include "platform/keeper/PatientVoice.h"
+#include "volume/PatientVoice.h"
 
 #include "fakes/FakeVoice.h"
 #include "fakes/VirtualTime.h"

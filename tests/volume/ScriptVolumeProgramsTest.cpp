@@ -1,7 +1,7 @@
 // Volumes by scripts that never start an application and never wait long for one.
-#include "platform/keeper/ScriptVolumePrograms.h"
+#include "volume/ScriptVolumePrograms.h"
 
-#include "platform/ScriptRunner.h"
+#include "ports/ScriptRunner.h"
 
 #include <gmock/gmock.h>
 

@@ -1,11 +1,11 @@
 // The keeper of the volume, with programs that come and go and users who move what we have set.
 #pragma once
 
-#include "platform/keeper/VolumeKeeper.h"
+#include "volume/VolumeKeeper.h"
 
-#include "platform/keeper/NoteStore.h"
-#include "platform/keeper/VolumePrograms.h"
 #include "support/PlayerScripts.h"
+#include "volume/NoteStore.h"
+#include "volume/VolumePrograms.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The text in which lowered players are written down.
-#include "platform/keeper/VolumeNotes.h"
+#include "volume/VolumeNotes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The core's vector pictures in the format SVG.
 #pragma once
 
-#include "platform/Image.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
+#include "ports/Image.h"
 
 #include <string>
 

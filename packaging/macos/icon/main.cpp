@@ -1,7 +1,7 @@
 // sonvara_icon FILE  Writes the application's icon.
 #include "IcnsFile.h"
-#include "platform/macos/CocoaApplication.h"
-#include "platform/macos/CocoaImage.h"
+#include "platform/macos/system/CocoaApplication.h"
+#include "platform/macos/windows/CocoaImage.h"
 #include "ui/AppIcon.h"
 
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // Child processes by posix_spawn.
 #pragma once
 
-#include "platform/ChildProcess.h"
 #include "platform/posix/FileDescriptor.h"
+#include "ports/ChildProcess.h"
 
 #include <chrono>
 #include <cstddef>

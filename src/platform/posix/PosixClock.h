@@ -1,7 +1,7 @@
 // The wall clock of the C library.
 #pragma once
 
-#include "platform/Clock.h"
+#include "ports/Clock.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
 // The environment of this process.
 #pragma once
 
-#include "platform/Environment.h"
+#include "ports/Environment.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
 // Files through the POSIX calls.
 #pragma once
 
-#include "platform/FileManager.h"
+#include "ports/FileManager.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
 // A note in a file of the user's.
 #pragma once
 
-#include "platform/keeper/NoteStore.h"
+#include "volume/NoteStore.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // Makes child processes and knows which ones are still running.
 #pragma once
 
-#include "platform/ChildProcess.h"
+#include "ports/ChildProcess.h"
 
 #include <memory>
 #include <mutex>

@@ -1,7 +1,7 @@
 // Starting a program without a shell.
 #pragma once
 
-#include "platform/ChildProcess.h"
+#include "ports/ChildProcess.h"
 
 #include <sys/types.h>
 

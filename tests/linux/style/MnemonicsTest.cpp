@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/Mnemonics.h"
+#include "platform/linux/style/Mnemonics.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/SymbolIcons.h"
+#include "platform/linux/style/SymbolIcons.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/AutostartLoginItem.h"
+#include "platform/linux/system/AutostartLoginItem.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/QtPasteboard.h"
+#include "platform/linux/system/QtPasteboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

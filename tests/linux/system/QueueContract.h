@@ -5,8 +5,8 @@
 // `shutDown()`, which ends the queues.
 #pragma once
 
-#include "platform/GlobalQueue.h"
-#include "platform/MainQueue.h"
+#include "ports/GlobalQueue.h"
+#include "ports/MainQueue.h"
 
 #include <atomic>
 #include <chrono>

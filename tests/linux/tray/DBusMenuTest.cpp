@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/DBusMenu.h"
+#include "platform/linux/tray/DBusMenu.h"
 
 #include "MenuItems.h"
 #include "helpers/EventLoop.h"

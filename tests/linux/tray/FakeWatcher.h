@@ -2,7 +2,7 @@
 #pragma once
 
 #include "helpers/EventLoop.h"
-#include "platform/linux/desktop/StatusNotifierTypes.h"
+#include "platform/linux/tray/StatusNotifierTypes.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,7 +1,7 @@
 // Items for the menus of the tests.
 #pragma once
 
-#include "platform/StatusBar.h"
+#include "ports/StatusBar.h"
 
 #include <functional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/PanelColors.h"
+#include "platform/linux/tray/PanelColors.h"
 
 #include "helpers/EventLoop.h"
 

@@ -1,9 +1,9 @@
-#include "platform/linux/desktop/QtStatusBar.h"
+#include "platform/linux/tray/QtStatusBar.h"
 
 #include "FakeWatcher.h"
 #include "MenuItems.h"
 #include "helpers/EventLoop.h"
-#include "platform/linux/desktop/QtImageRenderer.h"
+#include "platform/linux/style/QtImageRenderer.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/QtStatusMenu.h"
+#include "platform/linux/tray/QtStatusMenu.h"
 
 #include "MenuItems.h"
 #include "helpers/EventLoop.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/TrayMenuView.h"
+#include "platform/linux/tray/TrayMenuView.h"
 
 #include "MenuItems.h"
 #include "helpers/EventLoop.h"

@@ -1,8 +1,8 @@
 // A tray item with a menu of given titles, for tests with real tray hosts: tray_sample TITLE...
 // The first title stands as a styled text, too. Each opening is counted in the last item, which prints its
 // title and ends the program when it is chosen.
-#include "platform/linux/desktop/QtImageRenderer.h"
-#include "platform/linux/desktop/QtStatusBar.h"
+#include "platform/linux/style/QtImageRenderer.h"
+#include "platform/linux/tray/QtStatusBar.h"
 #include "ui/StatusIcon.h"
 
 #include <QApplication>

@@ -1,10 +1,10 @@
-#include "platform/linux/desktop/FormWidget.h"
+#include "platform/linux/windows/FormWidget.h"
 
 #include "SampleForm.h"
 #include "helpers/EventLoop.h"
-#include "platform/linux/desktop/FormComboBox.h"
-#include "platform/linux/desktop/LogDialog.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
+#include "platform/linux/windows/FormComboBox.h"
+#include "platform/linux/windows/LogDialog.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,9 +1,9 @@
-#include "platform/linux/desktop/LogDialog.h"
+#include "platform/linux/windows/LogDialog.h"
 
 #include "SampleForm.h"
 #include "helpers/EventLoop.h"
-#include "platform/linux/desktop/LogListView.h"
-#include "platform/linux/desktop/LogMessageView.h"
+#include "platform/linux/windows/LogListView.h"
+#include "platform/linux/windows/LogMessageView.h"
 
 #include <QElapsedTimer>
 #include <QLabel>

@@ -1,7 +1,7 @@
 // A form with one control of each kind, bound to plain values.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 #include "support/Callbacks.h"
 
 #include <memory>

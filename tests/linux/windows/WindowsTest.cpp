@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/QtWindows.h"
+#include "platform/linux/windows/QtWindows.h"
 
 #include "SampleForm.h"
 #include "helpers/EventLoop.h"

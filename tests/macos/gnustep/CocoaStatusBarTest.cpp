@@ -1,10 +1,10 @@
 // The status item and its menu, with the mouse on them.
-#include "platform/macos/CocoaStatusBar.h"
+#include "platform/macos/windows/CocoaStatusBar.h"
 #include "Mouse.h"
 #include "Probe.h"
 #include "StandInTest.h"
 #include "StripProbe.h"
-#include "platform/macos/CocoaImage.h"
+#include "platform/macos/windows/CocoaImage.h"
 
 #include <chrono>
 #include <future>

@@ -1,6 +1,6 @@
 // Scripts on the way to the script component and back.
 #include "StandInTest.h"
-#include "platform/macos/AppleScriptRunner.h"
+#include "platform/macos/players/AppleScriptRunner.h"
 
 #include <atomic>
 #include <future>

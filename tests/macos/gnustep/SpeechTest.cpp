@@ -1,7 +1,7 @@
 // Lines on the way to the system's voice, and the reports of their ends.
 #include "Probe.h"
 #include "StandInTest.h"
-#include "platform/macos/AppleSpeechSynthesizer.h"
+#include "platform/macos/speech/AppleSpeechSynthesizer.h"
 
 #include <atomic>
 

@@ -1,6 +1,6 @@
 #include "StripProbe.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,7 +1,7 @@
 // The login item and the log.
 #include "StandInTest.h"
-#include "platform/macos/ServiceLoginItem.h"
-#include "platform/macos/UnifiedLog.h"
+#include "platform/macos/system/ServiceLoginItem.h"
+#include "platform/macos/system/UnifiedLog.h"
 
 namespace sonvara {
 namespace {

@@ -1,9 +1,9 @@
 // The music players of a Linux desktop: those that speak MPRIS on the session bus.
 #pragma once
 
-#include "platform/NotificationCenter.h"
-#include "platform/ScriptRunner.h"
-#include "platform/SystemLog.h"
+#include "ports/NotificationCenter.h"
+#include "ports/ScriptRunner.h"
+#include "ports/SystemLog.h"
 
 #include <QDBusConnection>
 

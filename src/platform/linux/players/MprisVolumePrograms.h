@@ -1,7 +1,7 @@
 // The volume of particular players, for putting it back when nobody else can any more.
 #pragma once
 
-#include "platform/keeper/VolumePrograms.h"
+#include "volume/VolumePrograms.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,10 +1,10 @@
 // Turns the changing picture of one of the two players into the notifications that it posts.
 #pragma once
 
-#include "platform/NotificationCenter.h"
 #include "platform/linux/players/PlayerIdentity.h"
 #include "platform/linux/players/PlayerState.h"
 #include "platform/linux/players/Settler.h"
+#include "ports/NotificationCenter.h"
 
 #include <chrono>
 #include <optional>

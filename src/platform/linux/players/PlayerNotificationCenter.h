@@ -1,7 +1,7 @@
 // The observers of the players' notifications.
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "ports/NotificationCenter.h"
 
 #include <atomic>
 #include <memory>

@@ -1,8 +1,8 @@
 // Brings scripts from the worker threads to the main thread, and the answers back.
 #pragma once
 
-#include "platform/ScriptRunner.h"
 #include "platform/linux/players/ScriptCommand.h"
+#include "ports/ScriptRunner.h"
 
 #include <QObject>
 

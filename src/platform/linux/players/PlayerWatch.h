@@ -1,13 +1,13 @@
 // Keeps the picture of the players up to date from what is heard and asked on the bus.
 #pragma once
 
-#include "platform/NotificationCenter.h"
-#include "platform/SystemLog.h"
 #include "platform/linux/players/MprisBus.h"
 #include "platform/linux/players/PictureFeed.h"
 #include "platform/linux/players/PlayerDirectory.h"
 #include "platform/linux/players/PollBoard.h"
 #include "platform/linux/players/ScriptCommand.h"
+#include "ports/NotificationCenter.h"
+#include "ports/SystemLog.h"
 
 #include <QObject>
 #include <QTimer>

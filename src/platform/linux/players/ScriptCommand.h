@@ -1,9 +1,9 @@
 // The script texts that are understood, and what running them answers.
 #pragma once
 
-#include "platform/ScriptRunner.h"
 #include "platform/linux/players/PlayerIdentity.h"
 #include "platform/linux/players/PlayerState.h"
+#include "ports/ScriptRunner.h"
 
 #include <optional>
 #include <string>

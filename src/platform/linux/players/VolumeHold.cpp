@@ -1,6 +1,6 @@
 #include "platform/linux/players/VolumeHold.h"
 
-#include "platform/keeper/VolumePrograms.h"
+#include "volume/VolumePrograms.h"
 
 namespace sonvara::players {
 

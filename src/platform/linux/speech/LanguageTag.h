@@ -1,7 +1,7 @@
 // The language in which the user runs the session, from the locale's variables.
 #pragma once
 
-#include "platform/Environment.h"
+#include "ports/Environment.h"
 
 #include <string>
 #include <string_view>

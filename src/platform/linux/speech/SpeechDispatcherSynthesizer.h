@@ -1,9 +1,9 @@
 // The system's voice on Linux: speech-dispatcher.
 #pragma once
 
-#include "platform/Environment.h"
-#include "platform/SpeechSynthesizer.h"
 #include "platform/linux/speech/SpeechQueue.h"
+#include "ports/Environment.h"
+#include "ports/SpeechSynthesizer.h"
 
 namespace sonvara {
 

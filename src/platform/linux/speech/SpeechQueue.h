@@ -1,10 +1,10 @@
 // The book of lines: which one is at the speech daemon, which wait, and when one counts as ended.
 #pragma once
 
-#include "platform/SpeechSynthesizer.h"
-#include "platform/SystemLog.h"
 #include "platform/linux/speech/LineText.h"
 #include "platform/linux/speech/SpeechdSession.h"
+#include "ports/SpeechSynthesizer.h"
+#include "ports/SystemLog.h"
 
 #include <chrono>
 #include <deque>

@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/ApplicationIcon.h"
+#include "platform/linux/style/ApplicationIcon.h"
 
-#include "platform/linux/desktop/TrayPicture.h"
+#include "platform/linux/style/TrayPicture.h"
 
 namespace sonvara {
 

@@ -1,8 +1,8 @@
 // The application's icon as windows and icon files show it.
 #pragma once
 
-#include "platform/Image.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
+#include "ports/Image.h"
 
 #include <QIcon>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/QtImageRenderer.h"
+#include "platform/linux/style/QtImageRenderer.h"
 
 #include <QPen>
 

@@ -1,8 +1,8 @@
 // Draws the core's vector pictures with QPainter.
 #pragma once
 
-#include "platform/Image.h"
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
+#include "ports/Image.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
 
 #include <QApplication>
 #include <QFontDatabase>

@@ -1,7 +1,7 @@
 // Maps the interface's font and colour roles to the user's theme.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 
 #include <QColor>
 #include <QFont>

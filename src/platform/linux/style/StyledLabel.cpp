@@ -1,8 +1,8 @@
-#include "platform/linux/desktop/StyledLabel.h"
+#include "platform/linux/style/StyledLabel.h"
 
-#include "platform/linux/desktop/QtText.h"
-#include "platform/linux/desktop/StylePalette.h"
-#include "platform/linux/desktop/ThemeWatcher.h"
+#include "platform/linux/style/QtText.h"
+#include "platform/linux/style/StylePalette.h"
+#include "platform/linux/style/ThemeWatcher.h"
 
 #include <QApplication>
 #include <QEvent>

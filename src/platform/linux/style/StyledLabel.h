@@ -1,7 +1,7 @@
 // A label in the interface's own roles of font and colour.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 
 #include <QLabel>
 

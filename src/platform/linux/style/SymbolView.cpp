@@ -1,8 +1,8 @@
-#include "platform/linux/desktop/SymbolView.h"
+#include "platform/linux/style/SymbolView.h"
 
-#include "platform/linux/desktop/QtText.h"
-#include "platform/linux/desktop/StylePalette.h"
-#include "platform/linux/desktop/SymbolIcons.h"
+#include "platform/linux/style/QtText.h"
+#include "platform/linux/style/StylePalette.h"
+#include "platform/linux/style/SymbolIcons.h"
 
 #include <QFontMetrics>
 

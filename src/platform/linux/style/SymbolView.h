@@ -1,7 +1,7 @@
 // A symbol beside a text.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 
 #include <QWidget>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/ThemeWatcher.h"
+#include "platform/linux/style/ThemeWatcher.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/TrayPicture.h"
+#include "platform/linux/style/TrayPicture.h"
 
-#include "platform/linux/desktop/SymbolIcons.h"
+#include "platform/linux/style/SymbolIcons.h"
 
 #include <QIconEngine>
 #include <QPixmap>

@@ -1,7 +1,7 @@
 // What the tray item shows at the moment.
 #pragma once
 
-#include "platform/linux/desktop/QtImageRenderer.h"
+#include "platform/linux/style/QtImageRenderer.h"
 
 #include <QIcon>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/AutostartEntry.h"
+#include "platform/linux/system/AutostartEntry.h"
 
 #include <QHash>
 #include <QList>

@@ -1,8 +1,8 @@
 // Launch at login by an autostart entry of the desktop.
 #pragma once
 
-#include "platform/LoginItem.h"
-#include "platform/linux/desktop/AutostartEntry.h"
+#include "platform/linux/system/AutostartEntry.h"
+#include "ports/LoginItem.h"
 
 namespace sonvara {
 

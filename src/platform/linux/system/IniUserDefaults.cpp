@@ -1,6 +1,6 @@
 #include "platform/linux/system/IniUserDefaults.h"
 
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 // The user's settings in an INI file.
 #pragma once
 
-#include "platform/UserDefaults.h"
+#include "ports/UserDefaults.h"
 #include "support/Callbacks.h"
 #include "support/Snapshot.h"
 

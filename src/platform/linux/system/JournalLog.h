@@ -1,7 +1,7 @@
 // The system log in the journal of systemd, and on standard error for who starts the program in a terminal.
 #pragma once
 
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <QLoggingCategory>
 #include <functional>

@@ -1,7 +1,7 @@
 // How a log message reads.
 #pragma once
 
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <string>
 #include <string_view>

@@ -1,9 +1,9 @@
 // The application object of Qt.
 #pragma once
 
-#include "platform/Application.h"
 #include "platform/linux/system/DisplayCheck.h"
 #include "platform/linux/system/TerminationSignals.h"
+#include "ports/Application.h"
 
 #include <QApplication>
 #include <array>

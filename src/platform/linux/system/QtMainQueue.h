@@ -1,7 +1,7 @@
 // The main queue on Qt's event loop.
 #pragma once
 
-#include "platform/MainQueue.h"
+#include "ports/MainQueue.h"
 
 #include <memory>
 #include <set>

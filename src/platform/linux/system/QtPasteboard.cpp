@@ -1,6 +1,4 @@
-#include "platform/linux/desktop/QtPasteboard.h"
-
-#include "platform/linux/desktop/QtText.h"
+#include "platform/linux/system/QtPasteboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -14,7 +12,7 @@ void QtPasteboard::clearContents()
 
 void QtPasteboard::setString(const std::string& text)
 {
-    QGuiApplication::clipboard()->setText(toQt(text));
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
 }
 
 }  // namespace sonvara

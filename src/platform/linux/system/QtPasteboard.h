@@ -1,7 +1,7 @@
 // The clipboard of the desktop.
 #pragma once
 
-#include "platform/Pasteboard.h"
+#include "ports/Pasteboard.h"
 
 namespace sonvara {
 

@@ -1,8 +1,8 @@
 // The global queues on worker threads.
 #pragma once
 
-#include "platform/GlobalQueue.h"
 #include "platform/linux/system/DelayTimer.h"
+#include "ports/GlobalQueue.h"
 
 #include <chrono>
 #include <cstddef>

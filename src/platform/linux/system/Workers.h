@@ -1,7 +1,7 @@
 // The threads of the worker pool and the tasks that wait for them.
 #pragma once
 
-#include "platform/GlobalQueue.h"
+#include "ports/GlobalQueue.h"
 
 #include <array>
 #include <chrono>

@@ -1,8 +1,8 @@
 // Offers a menu to the tray host over com.canonical.dbusmenu; the host draws it.
 #pragma once
 
-#include "platform/linux/desktop/DBusMenuTypes.h"
-#include "platform/linux/desktop/QtStatusMenu.h"
+#include "platform/linux/tray/DBusMenuTypes.h"
+#include "platform/linux/tray/QtStatusMenu.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusVariant>

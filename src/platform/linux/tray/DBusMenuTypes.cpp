@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/DBusMenuTypes.h"
+#include "platform/linux/tray/DBusMenuTypes.h"
 
-#include "platform/linux/desktop/QtText.h"
+#include "platform/linux/style/QtText.h"
 
 #include <QDBusMetaType>
 #include <QDBusVariant>

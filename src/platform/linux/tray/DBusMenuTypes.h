@@ -1,7 +1,7 @@
 // The values that com.canonical.dbusmenu sends, and how a title becomes a label there.
 #pragma once
 
-#include "platform/StatusBar.h"
+#include "ports/StatusBar.h"
 
 #include <QDBusArgument>
 #include <QList>

@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/PanelColors.h"
+#include "platform/linux/tray/PanelColors.h"
 
-#include "platform/linux/desktop/ThemeWatcher.h"
+#include "platform/linux/style/ThemeWatcher.h"
 
 #include <QApplication>
 #include <QDBusConnection>

@@ -1,7 +1,7 @@
 // The colours of the panel that the tray item sits on.
 #pragma once
 
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
 
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>

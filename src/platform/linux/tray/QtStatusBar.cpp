@@ -1,7 +1,7 @@
-#include "platform/linux/desktop/QtStatusBar.h"
+#include "platform/linux/tray/QtStatusBar.h"
 
-#include "platform/linux/desktop/QtStatusItem.h"
-#include "platform/linux/desktop/QtStatusMenu.h"
+#include "platform/linux/tray/QtStatusItem.h"
+#include "platform/linux/tray/QtStatusMenu.h"
 
 namespace sonvara {
 

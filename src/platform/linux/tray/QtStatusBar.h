@@ -1,9 +1,9 @@
 // The desktop's tray as a status bar.
 #pragma once
 
-#include "platform/StatusBar.h"
-#include "platform/linux/desktop/PanelColors.h"
-#include "platform/linux/desktop/TrayHostWatcher.h"
+#include "platform/linux/tray/PanelColors.h"
+#include "platform/linux/tray/TrayHostWatcher.h"
+#include "ports/StatusBar.h"
 
 #include <functional>
 

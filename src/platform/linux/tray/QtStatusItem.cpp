@@ -1,10 +1,10 @@
-#include "platform/linux/desktop/QtStatusItem.h"
+#include "platform/linux/tray/QtStatusItem.h"
 
-#include "platform/linux/desktop/PanelColors.h"
-#include "platform/linux/desktop/QtStatusMenu.h"
-#include "platform/linux/desktop/StatusNotifierItem.h"
-#include "platform/linux/desktop/TrayHostWatcher.h"
-#include "platform/linux/desktop/XEmbedIcon.h"
+#include "platform/linux/tray/PanelColors.h"
+#include "platform/linux/tray/QtStatusMenu.h"
+#include "platform/linux/tray/StatusNotifierItem.h"
+#include "platform/linux/tray/TrayHostWatcher.h"
+#include "platform/linux/tray/XEmbedIcon.h"
 
 #include <QTimer>
 

@@ -1,8 +1,8 @@
 // The tray item, in whatever kind of tray the desktop has at the moment.
 #pragma once
 
-#include "platform/StatusBar.h"
-#include "platform/linux/desktop/TrayPicture.h"
+#include "platform/linux/style/TrayPicture.h"
+#include "ports/StatusBar.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 // The menu's items, and who is told of them; drawn by the tray host or by a menu of ours.
 #pragma once
 
-#include "platform/StatusBar.h"
+#include "ports/StatusBar.h"
 #include "support/Callbacks.h"
 
 #include <QObject>

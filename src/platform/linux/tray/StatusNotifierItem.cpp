@@ -1,8 +1,8 @@
-#include "platform/linux/desktop/StatusNotifierItem.h"
+#include "platform/linux/tray/StatusNotifierItem.h"
 
-#include "platform/linux/desktop/DBusMenu.h"
-#include "platform/linux/desktop/TrayHostWatcher.h"
-#include "platform/linux/desktop/TrayMenuView.h"
+#include "platform/linux/tray/DBusMenu.h"
+#include "platform/linux/tray/TrayHostWatcher.h"
+#include "platform/linux/tray/TrayMenuView.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>

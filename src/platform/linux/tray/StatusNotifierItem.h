@@ -1,7 +1,7 @@
 // The tray item as a StatusNotifierItem on the session bus.
 #pragma once
 
-#include "platform/linux/desktop/StatusNotifierTypes.h"
+#include "platform/linux/tray/StatusNotifierTypes.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/TrayHostWatcher.h"
+#include "platform/linux/tray/TrayHostWatcher.h"
 
 #include <QDBusConnectionInterface>
 #include <QSystemTrayIcon>

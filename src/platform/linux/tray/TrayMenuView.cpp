@@ -1,8 +1,8 @@
-#include "platform/linux/desktop/TrayMenuView.h"
+#include "platform/linux/tray/TrayMenuView.h"
 
-#include "platform/linux/desktop/Mnemonics.h"
-#include "platform/linux/desktop/QtText.h"
-#include "platform/linux/desktop/StyledLabel.h"
+#include "platform/linux/style/Mnemonics.h"
+#include "platform/linux/style/QtText.h"
+#include "platform/linux/style/StyledLabel.h"
 
 #include <QStyle>
 #include <QTextBoundaryFinder>

@@ -1,7 +1,7 @@
 // The tray menu drawn by ourselves, for a tray that does not draw menus.
 #pragma once
 
-#include "platform/linux/desktop/QtStatusMenu.h"
+#include "platform/linux/tray/QtStatusMenu.h"
 
 #include <QMenu>
 #include <QPoint>

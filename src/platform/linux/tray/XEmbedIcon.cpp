@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/XEmbedIcon.h"
+#include "platform/linux/tray/XEmbedIcon.h"
 
-#include "platform/linux/desktop/TrayMenuView.h"
+#include "platform/linux/tray/TrayMenuView.h"
 
 #include <QCursor>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 // The tray item as an X window inside the panel, for a tray of the older kind.
 #pragma once
 
-#include "platform/linux/desktop/TrayPicture.h"
+#include "platform/linux/style/TrayPicture.h"
 
 #include <QSystemTrayIcon>
 

@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/BoundButton.h"
+#include "platform/linux/windows/BoundButton.h"
 
-#include "platform/linux/desktop/QtText.h"
+#include "platform/linux/style/QtText.h"
 
 namespace sonvara {
 

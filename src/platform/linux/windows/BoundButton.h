@@ -1,8 +1,8 @@
 // A push button of the core's, in a form or a log.
 #pragma once
 
-#include "platform/Form.h"
-#include "platform/linux/desktop/Mnemonics.h"
+#include "platform/linux/style/Mnemonics.h"
+#include "ports/Form.h"
 
 #include <QPushButton>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/desktop/FormComboBox.h"
+#include "platform/linux/windows/FormComboBox.h"
 
 #include <QAbstractItemView>
 #include <QAccessibleWidget>

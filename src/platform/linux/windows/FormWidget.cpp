@@ -1,11 +1,11 @@
-#include "platform/linux/desktop/FormWidget.h"
+#include "platform/linux/windows/FormWidget.h"
 
-#include "platform/linux/desktop/BoundButton.h"
-#include "platform/linux/desktop/FormComboBox.h"
-#include "platform/linux/desktop/LogDialog.h"
-#include "platform/linux/desktop/QtText.h"
-#include "platform/linux/desktop/SectionCard.h"
-#include "platform/linux/desktop/StyledLabel.h"
+#include "platform/linux/style/QtText.h"
+#include "platform/linux/style/StyledLabel.h"
+#include "platform/linux/windows/BoundButton.h"
+#include "platform/linux/windows/FormComboBox.h"
+#include "platform/linux/windows/LogDialog.h"
+#include "platform/linux/windows/SectionCard.h"
 
 #include <QCheckBox>
 #include <QEvent>

@@ -1,8 +1,8 @@
 // Draws a settings form.
 #pragma once
 
-#include "platform/Form.h"
-#include "platform/linux/desktop/Mnemonics.h"
+#include "platform/linux/style/Mnemonics.h"
+#include "ports/Form.h"
 
 #include <QPointer>
 #include <QScrollArea>

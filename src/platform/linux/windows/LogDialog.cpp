@@ -1,9 +1,9 @@
-#include "platform/linux/desktop/LogDialog.h"
+#include "platform/linux/windows/LogDialog.h"
 
-#include "platform/linux/desktop/BoundButton.h"
-#include "platform/linux/desktop/LogListView.h"
-#include "platform/linux/desktop/QtText.h"
-#include "platform/linux/desktop/StyledLabel.h"
+#include "platform/linux/style/QtText.h"
+#include "platform/linux/style/StyledLabel.h"
+#include "platform/linux/windows/BoundButton.h"
+#include "platform/linux/windows/LogListView.h"
 
 #include <QPointer>
 

@@ -1,7 +1,7 @@
 // Draws a log sheet.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 
 #include <QDialog>
 #include <QHBoxLayout>

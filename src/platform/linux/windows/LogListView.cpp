@@ -1,8 +1,8 @@
-#include "platform/linux/desktop/LogListView.h"
+#include "platform/linux/windows/LogListView.h"
 
-#include "platform/linux/desktop/LogMessageView.h"
-#include "platform/linux/desktop/StyledLabel.h"
-#include "platform/linux/desktop/SymbolView.h"
+#include "platform/linux/style/StyledLabel.h"
+#include "platform/linux/style/SymbolView.h"
+#include "platform/linux/windows/LogMessageView.h"
 
 #include <QScrollBar>
 

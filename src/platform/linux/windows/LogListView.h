@@ -1,7 +1,7 @@
 // The scrolling rows of a log.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 
 #include <QPointer>
 #include <QScrollArea>

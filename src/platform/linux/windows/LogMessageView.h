@@ -1,7 +1,7 @@
 // A message of the log whose text can be selected.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 
 #include <QTextEdit>
 

@@ -1,7 +1,7 @@
-#include "platform/linux/desktop/QtWindows.h"
+#include "platform/linux/windows/QtWindows.h"
 
-#include "platform/linux/desktop/FormWidget.h"
-#include "platform/linux/desktop/QtText.h"
+#include "platform/linux/style/QtText.h"
+#include "platform/linux/windows/FormWidget.h"
 
 #include <QCloseEvent>
 #include <QCursor>

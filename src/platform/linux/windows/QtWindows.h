@@ -1,7 +1,7 @@
 // Native windows that host a form.
 #pragma once
 
-#include "platform/Windows.h"
+#include "ports/Windows.h"
 
 #include <QMainWindow>
 #include <QPointer>

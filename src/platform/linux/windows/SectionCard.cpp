@@ -1,6 +1,6 @@
-#include "platform/linux/desktop/SectionCard.h"
+#include "platform/linux/windows/SectionCard.h"
 
-#include "platform/linux/desktop/StylePalette.h"
+#include "platform/linux/style/StylePalette.h"
 
 #include <QPainter>
 

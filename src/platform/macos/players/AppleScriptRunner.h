@@ -1,7 +1,7 @@
 // Scripts run by the system's AppleScript component.
 #pragma once
 
-#include "platform/ScriptRunner.h"
+#include "ports/ScriptRunner.h"
 
 namespace sonvara {
 

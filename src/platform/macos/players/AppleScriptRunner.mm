@@ -1,7 +1,7 @@
-#include "platform/macos/AppleScriptRunner.h"
+#include "platform/macos/players/AppleScriptRunner.h"
 
-#import "platform/macos/ObjcPtr.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/ObjcPtr.h"
+#import "platform/macos/system/Strings.h"
 
 #include <chrono>
 #include <mutex>

@@ -1,7 +1,7 @@
 // Notifications that other programs post through the system's distributed notification centre.
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "ports/NotificationCenter.h"
 
 namespace sonvara {
 

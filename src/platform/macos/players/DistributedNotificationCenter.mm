@@ -1,9 +1,9 @@
-#include "platform/macos/DistributedNotificationCenter.h"
+#include "platform/macos/players/DistributedNotificationCenter.h"
 
-#include "platform/macos/DispatchTask.h"
-#import "platform/macos/NotificationValues.h"
-#import "platform/macos/ObjcPtr.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/players/NotificationValues.h"
+#include "platform/macos/system/DispatchTask.h"
+#import "platform/macos/system/ObjcPtr.h"
+#import "platform/macos/system/Strings.h"
 
 #include <atomic>
 #include <utility>

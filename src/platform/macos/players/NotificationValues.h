@@ -1,7 +1,7 @@
 // A notification of the system as the port's. Any thread. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "ports/NotificationCenter.h"
 
 #import <Foundation/Foundation.h>
 

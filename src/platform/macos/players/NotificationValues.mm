@@ -1,6 +1,6 @@
-#import "platform/macos/NotificationValues.h"
+#import "platform/macos/players/NotificationValues.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
 // The system's voice.
 #pragma once
 
-#include "platform/SpeechSynthesizer.h"
+#include "ports/SpeechSynthesizer.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
-#include "platform/macos/AppleSpeechSynthesizer.h"
+#include "platform/macos/speech/AppleSpeechSynthesizer.h"
 
-#import "platform/macos/ObjcPtr.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/ObjcPtr.h"
+#import "platform/macos/system/Strings.h"
 
 #import <AVFoundation/AVFoundation.h>
 

@@ -1,7 +1,7 @@
 // The shared application object.
 #pragma once
 
-#include "platform/Application.h"
+#include "ports/Application.h"
 
 #include <functional>
 

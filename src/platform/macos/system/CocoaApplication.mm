@@ -1,6 +1,6 @@
-#include "platform/macos/CocoaApplication.h"
+#include "platform/macos/system/CocoaApplication.h"
 
-#import "platform/macos/ObjcPtr.h"
+#import "platform/macos/system/ObjcPtr.h"
 
 #import <AppKit/AppKit.h>
 

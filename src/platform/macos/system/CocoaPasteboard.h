@@ -1,7 +1,7 @@
 // The general pasteboard.
 #pragma once
 
-#include "platform/Pasteboard.h"
+#include "ports/Pasteboard.h"
 
 namespace sonvara {
 

@@ -1,6 +1,6 @@
-#include "platform/macos/CocoaPasteboard.h"
+#include "platform/macos/system/CocoaPasteboard.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,7 +1,7 @@
 // The standard user-defaults store.
 #pragma once
 
-#include "platform/UserDefaults.h"
+#include "ports/UserDefaults.h"
 
 #include <memory>
 

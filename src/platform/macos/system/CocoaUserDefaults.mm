@@ -1,8 +1,8 @@
-#include "platform/macos/CocoaUserDefaults.h"
+#include "platform/macos/system/CocoaUserDefaults.h"
 
-#include "platform/macos/DispatchTask.h"
-#import "platform/macos/ObjcPtr.h"
-#import "platform/macos/Strings.h"
+#include "platform/macos/system/DispatchTask.h"
+#import "platform/macos/system/ObjcPtr.h"
+#import "platform/macos/system/Strings.h"
 #include "support/Callbacks.h"
 
 #include <atomic>

@@ -1,6 +1,6 @@
-#include "platform/macos/DispatchGlobalQueue.h"
+#include "platform/macos/system/DispatchGlobalQueue.h"
 
-#include "platform/macos/DispatchTask.h"
+#include "platform/macos/system/DispatchTask.h"
 
 #include <dispatch/dispatch.h>
 

@@ -1,7 +1,7 @@
 // Background work on the global dispatch queues.
 #pragma once
 
-#include "platform/GlobalQueue.h"
+#include "ports/GlobalQueue.h"
 
 namespace sonvara {
 

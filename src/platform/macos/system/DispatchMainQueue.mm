@@ -1,7 +1,7 @@
-#include "platform/macos/DispatchMainQueue.h"
+#include "platform/macos/system/DispatchMainQueue.h"
 
-#include "platform/macos/DispatchTask.h"
-#import "platform/macos/ObjcPtr.h"
+#include "platform/macos/system/DispatchTask.h"
+#import "platform/macos/system/ObjcPtr.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // How the dispatch queues run a C++ closure.
 #pragma once
 
-#include "platform/Task.h"
+#include "ports/Task.h"
 
 namespace sonvara {
 

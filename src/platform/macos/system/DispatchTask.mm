@@ -1,4 +1,4 @@
-#include "platform/macos/DispatchTask.h"
+#include "platform/macos/system/DispatchTask.h"
 
 #import <Foundation/Foundation.h>
 #include <dispatch/dispatch.h>

@@ -1,4 +1,4 @@
-#include "platform/macos/LogStretches.h"
+#include "platform/macos/system/LogStretches.h"
 
 #include <algorithm>
 

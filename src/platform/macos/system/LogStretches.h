@@ -1,7 +1,7 @@
 // A log message in the form that literal formats can take.
 #pragma once
 
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <array>
 #include <cstddef>

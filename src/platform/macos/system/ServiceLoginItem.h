@@ -1,7 +1,7 @@
 // The application's registration with the system's service management.
 #pragma once
 
-#include "platform/LoginItem.h"
+#include "ports/LoginItem.h"
 
 namespace sonvara {
 

@@ -1,6 +1,6 @@
-#include "platform/macos/ServiceLoginItem.h"
+#include "platform/macos/system/ServiceLoginItem.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 #import <ServiceManagement/ServiceManagement.h>
 

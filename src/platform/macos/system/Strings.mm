@@ -1,4 +1,4 @@
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 namespace sonvara {
 

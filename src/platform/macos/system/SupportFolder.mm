@@ -1,6 +1,6 @@
-#include "platform/macos/SupportFolder.h"
+#include "platform/macos/system/SupportFolder.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 namespace sonvara {
 

@@ -1,6 +1,6 @@
-#include "platform/macos/UnifiedLog.h"
+#include "platform/macos/system/UnifiedLog.h"
 
-#include "platform/macos/LogStretches.h"
+#include "platform/macos/system/LogStretches.h"
 
 #include <os/log.h>
 

@@ -1,7 +1,7 @@
 // The unified system log.
 #pragma once
 
-#include "platform/SystemLog.h"
+#include "ports/SystemLog.h"
 
 #include <map>
 #include <mutex>

@@ -1,7 +1,7 @@
 // Target and action of controls and menu items as C++ closures. For Objective-C++ sources only.
 #pragma once
 
-#import "platform/macos/ObjcPtr.h"
+#import "platform/macos/system/ObjcPtr.h"
 
 #import <AppKit/AppKit.h>
 

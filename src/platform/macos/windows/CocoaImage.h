@@ -1,7 +1,7 @@
 // Pictures as images of the system.
 #pragma once
 
-#include "platform/Image.h"
+#include "ports/Image.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#include "platform/macos/CocoaImage.h"
+#include "platform/macos/windows/CocoaImage.h"
 
-#import "platform/macos/CocoaStyle.h"
-#import "platform/macos/NativeImage.h"
+#import "platform/macos/windows/CocoaStyle.h"
+#import "platform/macos/windows/NativeImage.h"
 
 namespace sonvara {
 

@@ -1,8 +1,8 @@
 // A menu of the system. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/StatusBar.h"
-#import "platform/macos/ObjcPtr.h"
+#import "platform/macos/system/ObjcPtr.h"
+#include "ports/StatusBar.h"
 #include "support/Callbacks.h"
 
 #import <AppKit/AppKit.h>

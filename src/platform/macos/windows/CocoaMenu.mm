@@ -1,8 +1,8 @@
-#import "platform/macos/CocoaMenu.h"
+#import "platform/macos/windows/CocoaMenu.h"
 
-#import "platform/macos/ActionTarget.h"
-#import "platform/macos/CocoaStyle.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
+#import "platform/macos/windows/ActionTarget.h"
+#import "platform/macos/windows/CocoaStyle.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // The system status bar.
 #pragma once
 
-#include "platform/StatusBar.h"
+#include "ports/StatusBar.h"
 
 namespace sonvara {
 

@@ -1,8 +1,8 @@
-#include "platform/macos/CocoaStatusBar.h"
+#include "platform/macos/windows/CocoaStatusBar.h"
 
-#import "platform/macos/CocoaMenu.h"
-#import "platform/macos/CocoaStyle.h"
-#import "platform/macos/NativeImage.h"
+#import "platform/macos/windows/CocoaMenu.h"
+#import "platform/macos/windows/CocoaStyle.h"
+#import "platform/macos/windows/NativeImage.h"
 
 namespace sonvara {
 

@@ -2,7 +2,7 @@
 // For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Style.h"
+#include "ports/Style.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,6 +1,6 @@
-#import "platform/macos/CocoaStyle.h"
+#import "platform/macos/windows/CocoaStyle.h"
 
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
 // Windows of the system.
 #pragma once
 
-#include "platform/Windows.h"
+#include "ports/Windows.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
-#include "platform/macos/CocoaWindows.h"
+#include "platform/macos/windows/CocoaWindows.h"
 
-#import "platform/macos/FormView.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
+#import "platform/macos/windows/FormView.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // The rows of a form as controls. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Form.h"
+#include "ports/Form.h"
 
 #import <AppKit/AppKit.h>
 

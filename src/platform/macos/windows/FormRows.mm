@@ -1,8 +1,8 @@
-#import "platform/macos/FormRows.h"
+#import "platform/macos/windows/FormRows.h"
 
-#import "platform/macos/ActionTarget.h"
-#import "platform/macos/Layout.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
+#import "platform/macos/windows/ActionTarget.h"
+#import "platform/macos/windows/Layout.h"
 
 namespace sonvara {
 

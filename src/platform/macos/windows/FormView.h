@@ -1,10 +1,10 @@
 // A form as a view of the system. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Form.h"
-#import "platform/macos/FormRows.h"
-#import "platform/macos/LogSheetWindow.h"
-#import "platform/macos/ObjcPtr.h"
+#import "platform/macos/system/ObjcPtr.h"
+#import "platform/macos/windows/FormRows.h"
+#import "platform/macos/windows/LogSheetWindow.h"
+#include "ports/Form.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,6 +1,6 @@
-#import "platform/macos/FormView.h"
+#import "platform/macos/windows/FormView.h"
 
-#import "platform/macos/Layout.h"
+#import "platform/macos/windows/Layout.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,8 +2,8 @@
 // For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Form.h"
-#import "platform/macos/ObjcPtr.h"
+#import "platform/macos/system/ObjcPtr.h"
+#include "ports/Form.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,7 +1,7 @@
-#import "platform/macos/Layout.h"
+#import "platform/macos/windows/Layout.h"
 
-#import "platform/macos/CocoaStyle.h"
-#import "platform/macos/Strings.h"
+#import "platform/macos/system/Strings.h"
+#import "platform/macos/windows/CocoaStyle.h"
 
 #include <cmath>
 

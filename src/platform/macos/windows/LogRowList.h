@@ -1,9 +1,9 @@
 // The rows of a log in a scrolling view. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Form.h"
-#import "platform/macos/ActionTarget.h"
-#import "platform/macos/Layout.h"
+#import "platform/macos/windows/ActionTarget.h"
+#import "platform/macos/windows/Layout.h"
+#include "ports/Form.h"
 
 #import <AppKit/AppKit.h>
 

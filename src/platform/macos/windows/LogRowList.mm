@@ -1,6 +1,6 @@
-#import "platform/macos/LogRowList.h"
+#import "platform/macos/windows/LogRowList.h"
 
-#import "platform/macos/CocoaStyle.h"
+#import "platform/macos/windows/CocoaStyle.h"
 
 #include <algorithm>
 #include <utility>

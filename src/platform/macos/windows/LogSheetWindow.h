@@ -1,10 +1,10 @@
 // A log as a sheet over a window. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Form.h"
-#import "platform/macos/ActionTarget.h"
-#import "platform/macos/Layout.h"
-#import "platform/macos/LogRowList.h"
+#import "platform/macos/windows/ActionTarget.h"
+#import "platform/macos/windows/Layout.h"
+#import "platform/macos/windows/LogRowList.h"
+#include "ports/Form.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,4 +1,4 @@
-#import "platform/macos/LogSheetWindow.h"
+#import "platform/macos/windows/LogSheetWindow.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 // The system's image behind a picture. For Objective-C++ sources only.
 #pragma once
 
-#include "platform/Image.h"
-#import "platform/macos/ObjcPtr.h"
+#import "platform/macos/system/ObjcPtr.h"
+#include "ports/Image.h"
 
 #import <AppKit/AppKit.h>
 
