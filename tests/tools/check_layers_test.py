@@ -14,17 +14,22 @@ def check(tree):
 
 
 class CheckLayersTest(unittest.TestCase):
-    def findings(self, files):
+    def findings(self, files, arrows):
         with tempfile.TemporaryDirectory() as tree:
-            for name, text in files.items():
-                path = Path(tree) / "src" / name
+            for name, text in {**{f"src/{name}": text for name, text in files.items()},
+                               "docs/architecture.md": arrows}.items():
+                path = Path(tree) / name
                 path.parent.mkdir(parents=True, exist_ok=True)
                 path.write_text(text, encoding="utf-8")
             return check(tree)
 
-    def expect(self, files, finding):
-        status, output = self.findings(files)
+    def expect(self, files, finding, arrows=None):
+        """`arrows`: what the list of arrows says; nothing for rooms that include no others."""
+        if arrows is None:
+            arrows = "".join(f"    {room} ->\n" for room in sorted({str(Path(name).parent) for name in files}))
+        status, output = self.findings(files, arrows)
         self.assertEqual(status, 1)
+        self.assertEqual(len(output.splitlines()), 1, output)
         self.assertIn(finding, output)
 
     def test_this_project_passes(self):
@@ -32,7 +37,12 @@ class CheckLayersTest(unittest.TestCase):
         self.assertEqual(status, 0, output)
 
     def test_a_tree_without_sources_does_not_pass(self):
-        self.assertEqual(self.findings({})[0], 1)
+        self.assertEqual(self.findings({}, "")[0], 1)
+
+    def test_a_tree_that_keeps_to_its_list_passes(self):
+        status, output = self.findings({"ui/A.cpp": '#include "ui/A.h"\n#include "log/B.h"\n', "ui/A.h": "", "log/B.h": ""},
+                                       "    ui -> log\n    log ->\n")
+        self.assertEqual(status, 0, output)
 
     def test_an_arrow_against_the_layers_is_found(self):
         self.expect({"monitor/A.cpp": '#include "ui/B.h"\n', "ui/B.h": ""}, "monitor must not include ui")
@@ -42,7 +52,15 @@ class CheckLayersTest(unittest.TestCase):
                     "platform/linux/players must not include speech")
 
     def test_an_unknown_room_is_found(self):
-        self.expect({"attic/A.cpp": ""}, "room attic is not known")
+        self.expect({"attic/A.cpp": ""}, "room attic is not known", arrows="    log ->\n")
+
+    def test_an_arrow_that_is_listed_and_not_there_is_found(self):
+        self.expect({"ui/A.cpp": "", "log/B.h": ""}, "architecture.md:1: ui does not include log",
+                    arrows="    ui -> log\n    log ->\n")
+
+    def test_a_cycle_of_rooms_is_found(self):
+        self.expect({"ui/A.cpp": '#include "log/B.h"\n', "ui/C.h": "", "log/B.h": "", "log/D.cpp": '#include "ui/C.h"\n'},
+                    "a cycle of rooms: ui, log", arrows="    ui -> log\n    log -> ui\n")
 
     def test_a_path_that_leads_nowhere_is_found(self):
         self.expect({"log/A.cpp": '#include "Missing.h"\n'}, "is no path below src/")
@@ -54,6 +72,13 @@ class CheckLayersTest(unittest.TestCase):
         for line in ("#ifdef __APPLE__", "#include <thread>", "#include <QString>", "auto t = steady_clock::now();",
                      "std::this_thread::sleep_for(1s);", 'getenv("HOME");'):
             self.expect({"speech/A.cpp": line + "\n"}, "speech/A.cpp:1: ")
+
+    def test_only_the_room_that_keeps_volumes_may_lock(self):
+        for room in ("speech", "ports"):
+            self.expect({room + "/A.h": "#include <mutex>\n"}, "a lock in the core")
+        status, output = self.findings({"volume/A.h": "#include <mutex>\n"}, "    volume ->\n")
+        self.assertEqual(status, 0, output)
+        self.expect({"volume/A.h": "#include <thread>\n"}, "a header that only adapters may use in the core")
 
     def test_the_wall_clock_is_found_in_adapters_too(self):
         for line in ("auto t = std::chrono::system_clock::now();", "QDateTime::currentDateTime();"):
