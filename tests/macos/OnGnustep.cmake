@@ -36,6 +36,8 @@ ExternalProject_Add(macos_on_gnustep
     -DSONVARA_VERSION=${PROJECT_VERSION}
     -DCMAKE_OSX_DEPLOYMENT_TARGET=${CMAKE_OSX_DEPLOYMENT_TARGET}
   DEPENDS sonvara_posix sonvara_volume sonvara_core
+  # Its steps are counted apart from ours (tools/progress).
+  BUILD_COMMAND ${CMAKE_COMMAND} -E env "NINJA_STATUS=[macOS adapters %f/%t] " ${CMAKE_COMMAND} --build <BINARY_DIR>
   BUILD_ALWAYS ON
   USES_TERMINAL_BUILD ON
   INSTALL_COMMAND "")
