@@ -243,7 +243,9 @@ TEST_F(PosixChildProcessTest, NamesTheReasonOfAFailedLaunch)
     expectNoChildren();
 }
 
-TEST_F(PosixChildProcessTest, RefusesAFolderOfAnotherUser)
+using PosixChildProcessAsRoot = PosixChildProcessTest;
+
+TEST_F(PosixChildProcessAsRoot, RefusesAFolderOfAnotherUser)
 {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a folder of another user";
     ASSERT_EQ(::chown(folder_.path().c_str(), 12345, 12345), 0);

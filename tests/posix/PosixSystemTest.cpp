@@ -69,7 +69,7 @@ TEST(PosixFileManager, ExecutableFilesAreRegularFilesOrLinksToThem)
     EXPECT_FALSE(files.isExecutableFile("/dev/null"));
 }
 
-TEST(PosixFileManager, ExecutabilityIsAskedForTheEffectiveUser)
+TEST(PosixFileManagerAsRoot, ExecutabilityIsAskedForTheEffectiveUser)
 {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
     const TemporaryFolder folder;
