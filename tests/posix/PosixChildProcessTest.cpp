@@ -131,7 +131,7 @@ TEST_F(PosixChildProcessTest, GivesDefaultSignalsAndLeavesOurOwnAsTheyAre)
     pthread_sigmask(SIG_SETMASK, &maskBefore, &maskAfter);
     EXPECT_EQ(sigismember(&maskAfter, SIGUSR1), 1);
     EXPECT_EQ(std::signal(SIGPIPE, pipeBefore), SIG_IGN);
-    struct sigaction action {};
+    struct sigaction action{};
     ::sigaction(SIGCHLD, nullptr, &action);
     EXPECT_EQ(action.sa_handler, SIG_DFL);
 }

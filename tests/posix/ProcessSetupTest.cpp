@@ -14,8 +14,8 @@ namespace {
 
 bool isNullDevice(int number)
 {
-    struct stat descriptor {};
-    struct stat device {};
+    struct stat descriptor{};
+    struct stat device{};
     return ::fstat(number, &descriptor) == 0 && ::stat("/dev/null", &device) == 0 &&
            descriptor.st_rdev == device.st_rdev && S_ISCHR(descriptor.st_mode);
 }

@@ -60,7 +60,7 @@ int printSignals()
     sigset_t mask;
     sigprocmask(SIG_SETMASK, nullptr, &mask);
     for (int number = 1; number < NSIG; ++number) {
-        struct sigaction action {};
+        struct sigaction action{};
         if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)
             put("ignored " + std::to_string(number) + ' ');
         if (sigismember(&mask, number) == 1) put("blocked " + std::to_string(number) + ' ');

@@ -35,7 +35,7 @@ auto uninterrupted(Call call)
 
 bool belongsToAnother(const std::string& directory)
 {
-    struct stat status {};
+    struct stat status{};
     if (::stat(directory.c_str(), &status) != 0) return false;  // the launch will say why
     return status.st_uid != ::geteuid() && status.st_uid != 0;
 }

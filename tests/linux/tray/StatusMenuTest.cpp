@@ -27,8 +27,7 @@ TEST(StatusMenu, RunsTheChosenAction)
 TEST(StatusMenu, LeavesDisabledAndMereTextAlone)
 {
     QtStatusMenu menu;
-    menu.setItems({text("Header"), action(
-                                       "Go", [] { FAIL() << "the item is off"; }, false)});
+    menu.setItems({text("Header"), action("Go", [] { FAIL() << "the item is off"; }, false)});
     menu.choose(menu.entries()[0].id);
     menu.choose(menu.entries()[1].id);
     menu.choose(4711);

@@ -110,11 +110,8 @@ void SpeechdSession::Worker::run()
 std::unique_ptr<SpeechdConnection> SpeechdSession::Worker::open()
 {
     std::string error;
-    auto connection = SpeechdConnection::open(
-        [this](int message, SpeechdEvent event) {
-            hear({message, event});
-        },
-        error);
+    auto connection =
+        SpeechdConnection::open([this](int message, SpeechdEvent event) { hear({message, event}); }, error);
     if (connection) {
         publishSocket(connection->socket());
         if (connection->setUp(manner_)) return connection;

@@ -66,7 +66,7 @@ void IniUserDefaults::watch()
 
 IniUserDefaults::State IniUserDefaults::stateOf(const QString& path)
 {
-    struct stat status {};
+    struct stat status{};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
     const auto changed =
         std::chrono::seconds(status.st_ctim.tv_sec) + std::chrono::nanoseconds(status.st_ctim.tv_nsec);

@@ -65,8 +65,7 @@ void QtApplication::activateIgnoringOtherApps()
 // Posted, for a request that comes before the event loop counts too. Not `quit`, which a window may refuse.
 void QtApplication::terminate()
 {
-    QMetaObject::invokeMethod(
-        &application_, [] { QApplication::exit(0); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&application_, [] { QApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 }  // namespace sonvara

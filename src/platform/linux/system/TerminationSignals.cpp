@@ -43,7 +43,7 @@ void TerminationSignals::catchSignal(int number, struct sigaction& previous)
 {
     ::sigaction(number, nullptr, &previous);
     if (previous.sa_handler == SIG_IGN) return;
-    struct sigaction action {};
+    struct sigaction action{};
     action.sa_handler = wakeMainThread;
     action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
