@@ -1,0 +1,202 @@
+#include "volume/LoweredPlayer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace sonvara {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double sameWithin = 0.001;  // VLC tells 0.300003 for 0.3
+constexpr double silence = 0.01;
+// What is cut off or rounded to a hundredth. Further up it is the user's next step.
+constexpr double cutOff = 0.0105;
+constexpr double roundedUp = 0.0055;
+// More than any of it: a player's own steps.
+constexpr double coarseStep = 0.05;
+// Above a volume that would be cut off, and below the next hundredth.
+constexpr double little = 0.004;
+constexpr int mostRepeats = 3;
+// After so many repeats it is only told again when it is looked at anyway.
+constexpr auto patience = 2500ms;
+
+bool isSame(double volume, double other)
+{
+    return std::abs(volume - other) < sameWithin;
+}
+
+bool isAbout(double volume, double told)
+{
+    return volume > told - cutOff && volume < told + roundedUp;
+}
+
+}  // namespace
+
+std::optional<VolumeLevels> LoweredPlayer::levels() const
+{
+    return isFree() ? std::nullopt : std::optional(levels_);
+}
+
+bool LoweredPlayer::isSilence(double volume, VolumeTime now) const
+{
+    return volume <= silence && !isReady(now);
+}
+
+bool LoweredPlayer::isOpening(double volume, VolumeTime now) const
+{
+    return isSilence(volume, now) || (isSame(volume, 1) && !isReady(now));
+}
+
+bool LoweredPlayer::isAtHome(double volume) const
+{
+    return isAbout(volume, levels_.home);
+}
+
+bool LoweredPlayer::isAboutLow(double volume) const
+{
+    return isAbout(volume, levels_.low) || (seenLow_ && isSame(volume, *seenLow_));
+}
+
+bool LoweredPlayer::isCube(double volume, VolumeTime now) const
+{
+    const auto root = std::cbrt(volume);
+    return !isReady(now) && (isAbout(root, levels_.low) || isAbout(root, levels_.home));
+}
+
+void LoweredPlayer::lower(const VolumeLevels& levels, VolumeTime now)
+{
+    if (isFree()) {
+        levels_ = levels;
+        seenLow_.reset();
+        state_ = State::owed;
+    }
+    want(true, now);
+}
+
+void LoweredPlayer::want(bool low, VolumeTime now)
+{
+    const auto wanted = low ? State::lowered : State::owed;
+    if (isFree() || state_ == wanted) return;
+    state_ = wanted;
+    repeats_ = 0;
+    hasObeyed_ = false;
+    tell(low ? levels_.low : levels_.home, now);
+}
+
+void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std::string>& track,
+                         VolumeTime now)
+{
+    if (track && *track != track_) {
+        track_ = *track;
+        trackSince_ = now;
+        hasHeldTrack_ = false;
+    }
+    if (isPlaying == true && !isPlaying_) {
+        playsSince_ = now;
+        trackSince_ = now;
+        toldWhilePlaying_ = false;
+        repeats_ = 0;
+        hasRoundedUp_ = false;
+    }
+    isPlaying_ = isPlaying.value_or(isPlaying_);
+    if (!isFree()) nextLook_ = now;
+}
+
+void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
+{
+    hear(look.isPlaying, look.track, now);
+    nextLook_.reset();
+    if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
+    if (state_ == State::owed) judgeOwed(look.volume, now);
+    if (!command_) planLook(now);
+}
+
+void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
+{
+    if (isAboutLow(volume)) {
+        hasObeyed_ = true;
+        return;
+    }
+    const bool isHome = isSame(volume, levels_.home);
+    if (!hasObeyed_ && (isHome || isCube(volume, now))) {
+        if (repeats_ < mostRepeats) repeat(levels_.low, now);
+        return;
+    }
+    if (isOpening(volume, now)) return;
+    if (isHome && !hasHeldTrack_ && now < trackSince_ + beginning) {
+        hasHeldTrack_ = true;
+        hasObeyed_ = false;
+        repeats_ = mostRepeats;  // if it does so again, it has its way
+        tell(levels_.low, now);
+        return;
+    }
+    if (!hasObeyed_ && std::abs(volume - levels_.low) < coarseStep) {
+        seenLow_ = volume;
+        hasObeyed_ = true;
+        return;
+    }
+    if (hasSettled(now)) state_ = State::free;
+}
+
+void LoweredPlayer::judgeOwed(double volume, VolumeTime now)
+{
+    if (isAtHome(volume)) {
+        judgeHome(volume, now);
+    } else if (isAboutLow(volume) || isCube(volume, now)) {
+        repeat(levels_.home, now);
+    } else if (isPlaying_ && !isOpening(volume, now) && hasSettled(now)) {
+        state_ = State::free;
+    }
+}
+
+void LoweredPlayer::judgeHome(double volume, VolumeTime now)
+{
+    const bool isExact = volume > levels_.home - sameWithin;
+    const bool isCutOff = !isExact && levels_.home < 1;
+    if (isCutOff && !hasRoundedUp_ && (!isAboutLow(volume) || hasSettled(now))) {
+        tell(levels_.home + little, now);
+        hasRoundedUp_ = true;
+    } else if (isCutOff && hasRoundedUp_ && repeats_ < mostRepeats) {
+        repeat(levels_.home + little, now);
+        hasRoundedUp_ = true;
+    } else if (isPlaying_ && !toldWhilePlaying_) {
+        tell(levels_.home, now);
+    } else if (isCertain(now) && now >= toldLow_ + settling && (isExact || hasSettled(now))) {
+        state_ = State::free;
+    }
+}
+
+void LoweredPlayer::planLook(VolumeTime now)
+{
+    if (isFree()) return;
+    if (!hasSettled(now))
+        nextLook_ = told_ + settling;
+    else if (state_ == State::owed && isPlaying_ && !isCertain(now))
+        nextLook_ = std::max(playsSince_ + opening, trackSince_ + beginning);
+}
+
+void LoweredPlayer::tell(double volume, VolumeTime now)
+{
+    command_ = volume;
+    told_ = now;
+    if (state_ == State::lowered) toldLow_ = now;
+    toldWhilePlaying_ = isPlaying_;
+    hasRoundedUp_ = false;
+    nextLook_ = now;
+}
+
+void LoweredPlayer::repeat(double volume, VolumeTime now)
+{
+    if (!hasSettled(now) || (repeats_ >= mostRepeats && now < told_ + patience)) return;
+    ++repeats_;
+    tell(volume, now);
+}
+
+std::optional<double> LoweredPlayer::takeCommand()
+{
+    return std::exchange(command_, std::nullopt);
+}
+
+}  // namespace sonvara

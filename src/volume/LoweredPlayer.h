@@ -1,0 +1,131 @@
+// One player whose volume is lowered while the DJ speaks: what it is told, and when it is left in peace.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+namespace sonvara {
+
+using VolumeTime = std::chrono::steady_clock::time_point;
+
+/// What a player told of itself in one answer.
+struct VolumeLook {
+    bool isPlaying = false;
+    double volume = 0;  ///< on the player's own scale; 1 is full
+    std::string track;  ///< another text for another track
+};
+
+/// The two volumes between which a player moves.
+struct VolumeLevels {
+    double home = 0;  ///< what its user chose: the very number that the player told
+    double low = 0;   ///< while the DJ speaks
+
+    friend bool operator==(const VolumeLevels&, const VolumeLevels&) = default;
+};
+
+/// Pure: events and the time come in, what is to be done is read off. The states:
+///
+///   free     nothing is owed to the player, and it is told nothing.
+///   lowered  it was told `low`.
+///   owed     it was told `home`, or is to be, and has not been seen there for certain.
+///
+/// | state   | event                                | what follows
+/// |---------|--------------------------------------|---------------------------------------------------------------
+/// | free    | lower                                | tell low: lowered
+/// | lowered | no longer wanted low                 | tell home: owed
+/// | owed    | wanted low, or lower                 | tell low: lowered; home stays, so that nothing adds up
+/// | lowered | seen about low                       | it has obeyed
+/// | lowered | seen at home, has not obeyed yet     | tell low again, up to three times: Parole and Pragha
+/// swallow a |         |                                      | command in the first 30 ms of a stream |
+/// lowered | seen at home, had obeyed, a track or | tell low once more for this track: Strawberry takes its
+/// volume |         | stream has just begun                | back when it opens a stream | lowered | seen
+/// anywhere else                   | the user's hand: free | owed    | seen at home, for certain            |
+/// free | owed    | seen a hundredth below home          | tell home and a little, once: players cut off
+/// `int(v * 100)` | owed    | seen about low                       | tell home again | owed    | seen
+/// anywhere else                   | the user's hand: free | both    | a note of an earlier process or of a |
+/// owed, told nothing yet |         | player that has come back            |
+///
+/// A player without an open stream tells and accepts anything. So a hand is seen, and a note is settled, only
+/// while it plays; "for certain" is: home was told while it played, and it has played for `opening` by now,
+/// as streams open at the volume of the last one (Elisa and Pragha say 100 before they do), are silent at
+/// first (VLC 0.1 s, Celluloid, cmus 2 s), or stand at the cube of what was told (Rhythmbox); and its track
+/// has gone on for `beginning`, as Strawberry would take back the way home, too. And a player does not obey
+/// at once: elsewhere than told it is judged after `settling` only, when it is looked at again.
+class LoweredPlayer {
+public:
+    /// Until then a player that plays may tell of its last stream, or of none.
+    static constexpr std::chrono::milliseconds opening{3000};
+    /// How long a command may take to be seen.
+    static constexpr std::chrono::milliseconds settling{100};
+    /// How long after a track's begin a player may take its volume back by itself.
+    static constexpr std::chrono::milliseconds beginning{2000};
+
+    LoweredPlayer() = default;
+    /// A player to which its volume is owed from before.
+    explicit LoweredPlayer(const VolumeLevels& owed) : state_(State::owed), levels_(owed) {}
+
+    [[nodiscard]] bool isFree() const { return state_ == State::free; }
+    [[nodiscard]] bool isLowered() const { return state_ == State::lowered; }
+    /// The volumes, as long as it is not free.
+    [[nodiscard]] std::optional<VolumeLevels> levels() const;
+    /// Whether `volume` may be the silence before its stream is open, and not its user's choice.
+    [[nodiscard]] bool isSilence(double volume, VolumeTime now) const;
+    /// Whether it may be that, or the full volume that some tell until then.
+    [[nodiscard]] bool isOpening(double volume, VolumeTime now) const;
+
+    /// Lowers the player. `levels` count if nothing is owed to it.
+    void lower(const VolumeLevels& levels, VolumeTime now);
+    /// Says whether the player, unless it is free, is to be low.
+    void want(bool low, VolumeTime now);
+    /// It has told something of itself without being asked. Absent: not that.
+    void hear(std::optional<bool> isPlaying, const std::optional<std::string>& track, VolumeTime now);
+    /// It was asked after the last command. Decides; signals do not, for they may be late.
+    void see(const VolumeLook& look, VolumeTime now);
+
+    /// What the player is to be told now; yields it once.
+    [[nodiscard]] std::optional<double> takeCommand();
+    /// When it is to be looked at, if at all; the look has begun.
+    [[nodiscard]] std::optional<VolumeTime> nextLook() const { return nextLook_; }
+    void looksNow() { nextLook_.reset(); }
+
+private:
+    enum class State { free, lowered, owed };
+
+    [[nodiscard]] bool isReady(VolumeTime now) const { return isPlaying_ && now >= playsSince_ + opening; }
+    [[nodiscard]] bool isCertain(VolumeTime now) const
+    {
+        return isReady(now) && now >= trackSince_ + beginning;
+    }
+    [[nodiscard]] bool hasSettled(VolumeTime now) const { return now >= told_ + settling; }
+    [[nodiscard]] bool isAtHome(double volume) const;
+    [[nodiscard]] bool isAboutLow(double volume) const;
+    [[nodiscard]] bool isCube(double volume, VolumeTime now) const;
+    void judgeLowered(double volume, VolumeTime now);
+    void judgeHome(double volume, VolumeTime now);
+    void judgeOwed(double volume, VolumeTime now);
+    void planLook(VolumeTime now);
+    void tell(double volume, VolumeTime now);
+    void repeat(double volume, VolumeTime now);
+
+    State state_ = State::free;
+    VolumeLevels levels_;
+
+    std::optional<double> command_;
+    std::optional<VolumeTime> nextLook_;
+    VolumeTime told_{};     ///< when it was last told anything
+    VolumeTime toldLow_{};  ///< when it was last told to be low; it may do that yet
+    bool toldWhilePlaying_ = false;
+    int repeats_ = 0;                ///< of the last command
+    bool hasObeyed_ = false;         ///< has been seen about low since it was told
+    std::optional<double> seenLow_;  ///< what it makes of `low`
+    bool hasHeldTrack_ = false;      ///< was told low once more because of this track
+    bool hasRoundedUp_ = false;      ///< was told home and a little
+
+    bool isPlaying_ = false;
+    VolumeTime playsSince_{};
+    std::string track_;
+    VolumeTime trackSince_{};
+};
+
+}  // namespace sonvara

@@ -1,0 +1,529 @@
+// The volume of players that misbehave as they were seen to.
+#include "ModelPlayer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace sonvara::test {
+namespace {
+
+class LoweredPlayersTest : public testing::Test {
+protected:
+    ModelDesktop desktop;
+    std::vector<std::unique_ptr<ModelPlayer>> players;  // the schedule may hold on to each
+    ModelPlayer* player = nullptr;
+    PlayerRun run = 0;
+
+    /// A player that has been playing for long.
+    void have(Quirks quirks = {}, double volume = 1.0)
+    {
+        if (run != 0) desktop.remove(run);
+        players.push_back(std::make_unique<ModelPlayer>(desktop.schedule, quirks));
+        player = players.back().get();
+        desktop.notes.clear();
+        desktop.start();
+        run = desktop.add(*player, "org.mpris.MediaPlayer2.test");
+        player->play();
+        pass(5s);
+        player->userSets(volume);
+        pass(5s);
+        desktop.commands.clear();
+    }
+    void pass(Milliseconds time) { desktop.schedule.pass(time); }
+    void polls(int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            desktop.poll();
+            pass(3s);
+        }
+    }
+    std::optional<LoweredPlayers::Reading> read()
+    {
+        std::optional<LoweredPlayers::Reading> reading;
+        desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+        pass(5ms);
+        return reading;
+    }
+    void duck()
+    {
+        const auto reading = read();
+        ASSERT_TRUE(reading);
+        desktop.keeper->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
+    }
+    void say()
+    {
+        desktop.keeper->lineBegan();
+        duck();
+        pass(300ms);
+    }
+    /// The line's end, and what the core does about it.
+    void fallSilent()
+    {
+        desktop.keeper->lineEnded();
+        desktop.keeper->restore("Music");
+    }
+    void die() { desktop.start(); }
+    void startAnew(const std::string& name = "org.mpris.MediaPlayer2.test")
+    {
+        desktop.remove(run);
+        run = desktop.add(*player, name);
+        pass(10ms);
+    }
+    void expectBack(double volume = 1.0)
+    {
+        EXPECT_DOUBLE_EQ(player->sound(), volume);
+        EXPECT_TRUE(desktop.notes.empty());
+    }
+    using Commands = std::vector<double>;
+};
+
+TEST_F(LoweredPlayersTest, IsLowWhileTheLineIsSpokenAndBackAtItsEnd)
+{
+    have();
+    say();
+    EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+    EXPECT_EQ(desktop.notes.size(), 1U);
+    fallSilent();
+    pass(2ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 1.0);
+    pass(200ms);
+    expectBack();
+    EXPECT_EQ(desktop.commands, (Commands{0.35, 1.0}));
+}
+
+TEST_F(LoweredPlayersTest, TheNoteStandsBeforeTheCommandIsSent)
+{
+    have();
+    desktop.keeper->lineBegan();
+    duck();
+    EXPECT_EQ(desktop.notes, (LoweredNotes{{"org.mpris.MediaPlayer2.test", {1.0, 0.35}, desktop.today}}));
+    EXPECT_DOUBLE_EQ(player->sound(), 1.0);  // it has not arrived
+}
+
+// A pause 100 ms into a line.
+TEST_F(LoweredPlayersTest, ALineThatEndsWhileItsDuckIsUnderWayLeavesNothingLow)
+{
+    for (const auto end : {0ms, 1ms, 2ms, 3ms, 4ms, 6ms}) {
+        have();
+        desktop.keeper->lineBegan();
+        std::optional<LoweredPlayers::Reading> reading;
+        desktop.keeper->read("Music", [&](const auto& told) { reading = told; });
+        desktop.schedule.after(end, [&] { desktop.keeper->lineEnded(); });
+        desktop.schedule.after(3ms, [&] { desktop.keeper->duck("Music", *reading, 35); });
+        pass(20ms);
+        EXPECT_DOUBLE_EQ(player->sound(), 1.0) << end.count();
+        pass(200ms);
+        expectBack();
+    }
+}
+
+// The core believes that it has lowered the player, and will not duck again.
+TEST_F(LoweredPlayersTest, ADuckThatCameTooLateLowersDuringTheNextLine)
+{
+    have();
+    duck();
+    pass(10s);
+    EXPECT_TRUE(desktop.commands.empty());
+    desktop.keeper->lineBegan();
+    pass(10ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+    fallSilent();
+    pass(300ms);
+    expectBack();
+}
+
+TEST_F(LoweredPlayersTest, ADuckThatCameTooLateIsForgottenWhenTheUserHasMovedTheVolume)
+{
+    have();
+    duck();
+    player->userSets(0.6);
+    desktop.keeper->lineBegan();
+    pass(300ms);
+    fallSilent();
+    pass(300ms);
+    EXPECT_TRUE(desktop.commands.empty());
+}
+
+// A skip with the AI off: the core puts the volume back while the next line has begun.
+TEST_F(LoweredPlayersTest, TheCoresWayBackIsSentAtOnceAlsoDuringALine)
+{
+    have();
+    say();
+    desktop.keeper->lineBegan();
+    desktop.keeper->lineEnded();
+    desktop.keeper->restore("Music");
+    pass(2ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 1.0);
+}
+
+// A skip with the AI on: the next line ducks afresh, at once or while the volume goes back.
+TEST_F(LoweredPlayersTest, ALineCloseOnAnotherOneIsDuckedToTheSameVolume)
+{
+    for (const auto pause : {0ms, 1ms, 2ms, 50ms, 200ms}) {
+        have({}, 0.8);
+        say();
+        fallSilent();
+        pass(pause);
+        say();
+        EXPECT_DOUBLE_EQ(player->sound(), 0.28) << pause.count();
+        fallSilent();
+        pass(300ms);
+        expectBack(0.8);
+    }
+}
+
+TEST_F(LoweredPlayersTest, TwoDucksBeforeEitherIsRecordedDoNotAddUp)
+{
+    have();
+    desktop.keeper->lineBegan();
+    duck();
+    const auto second = read();
+    EXPECT_EQ(second->percent(), 100);
+    desktop.keeper->duck("Music", *second, 35);
+    pass(200ms);
+    fallSilent();
+    pass(200ms);
+    expectBack();
+}
+
+TEST_F(LoweredPlayersTest, TheUsersHandDuringALineWins)
+{
+    have();
+    say();
+    player->userSets(0.6);
+    pass(10ms);
+    desktop.commands.clear();
+    fallSilent();
+    polls(2);
+    EXPECT_TRUE(desktop.commands.empty());
+    expectBack(0.6);
+}
+
+// mpv by the wheel.
+TEST_F(LoweredPlayersTest, TheUsersHandAfterALineWins)
+{
+    have();
+    say();
+    fallSilent();
+    pass(150ms);
+    desktop.commands.clear();
+    for (int percent = 95; percent >= 35; percent -= 5) {
+        player->userSets(percent / 100.0);
+        pass(20ms);
+    }
+    for (int percent = 34; percent <= 100; ++percent) player->userSets(percent / 100.0);
+    player->userSets(0.36);
+    polls(2);
+    EXPECT_TRUE(desktop.commands.empty());
+    expectBack(0.36);
+}
+
+TEST_F(LoweredPlayersTest, ADragRightAfterTheLineWins)
+{
+    have();
+    say();
+    fallSilent();
+    pass(2ms);
+    for (double volume = 0.98; volume > 0.3; volume -= 0.02) {
+        player->userSets(volume);
+        pass(15ms);
+    }
+    player->userSets(0.36);
+    polls(2);
+    expectBack(0.36);
+}
+
+// The name's new owner is another program: it is at 30 by its user's choice.
+TEST_F(LoweredPlayersTest, AProgramThatTakesTheNameOverIsToldNothing)
+{
+    have();
+    say();
+    ModelPlayer other(desktop.schedule, {});
+    desktop.remove(run);
+    other.play();
+    other.userSets(0.3);
+    desktop.commands.clear();
+    desktop.add(other, "org.mpris.MediaPlayer2.other");
+    fallSilent();
+    polls(3);
+    EXPECT_TRUE(desktop.commands.empty());
+    EXPECT_EQ(desktop.notes.size(), 1U) << "the first one may come back";
+}
+
+TEST_F(LoweredPlayersTest, TheDuckGoesToTheProgramThatWasReadOrNowhere)
+{
+    have();
+    ModelPlayer other(desktop.schedule, {});
+    other.play();
+    other.userSets(0.5);
+    desktop.keeper->lineBegan();
+    const auto reading = read();
+    const auto theirs = desktop.add(other, "org.mpris.MediaPlayer2.other");
+    desktop.keeper->duck("Music", *reading, 35);
+    pass(10ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+    EXPECT_DOUBLE_EQ(other.sound(), 0.5);
+    desktop.remove(run);
+    desktop.keeper->duck("Music", *reading, 35);
+    pass(10ms);
+    EXPECT_DOUBLE_EQ(other.sound(), 0.5);
+    desktop.remove(theirs);
+}
+
+TEST_F(LoweredPlayersTest, StoppedWhileLoweredComesBackWhenItPlays)
+{
+    Quirks quirks{.closesStream = true, .opensAtMemory = true};
+    for (const std::optional<double> first :
+         {std::optional<double>(), std::optional(0.0), std::optional(1.0)}) {
+        for (const auto time : {100ms, 2000ms}) {
+            quirks.tellsFirst = first;
+            quirks.tellsFirstFor = time;
+            have(quirks, 0.9);
+            say();
+            player->stop();
+            fallSilent();
+            pass(10s);
+            EXPECT_EQ(desktop.notes.size(), 1U);
+            player->play();
+            polls(3);
+            expectBack(0.9);
+        }
+    }
+}
+
+TEST_F(LoweredPlayersTest, ClosedWhileLoweredComesBackWhenItPlaysAgain)
+{
+    for (const bool cube : {false, true}) {
+        for (const double first : {1.0, 0.0, 0.01}) {
+            have({.opensAtMemory = true, .opensAtCube = cube, .tellsFirst = first, .tellsFirstFor = 2000ms},
+                 0.8);
+            say();
+            startAnew();
+            fallSilent();
+            pass(4s);
+            player->play();
+            polls(3);
+            expectBack(0.8);
+        }
+    }
+}
+
+TEST_F(LoweredPlayersTest, KilledTogetherWithUsComesBackWhenItPlaysAgain)
+{
+    for (const double first : {1.0, 0.0, 0.01}) {
+        have({.opensAtMemory = true, .tellsFirst = first, .tellsFirstFor = 2000ms}, 0.8);
+        say();
+        die();
+        startAnew();
+        player->play();
+        polls(3);
+        expectBack(0.8);
+    }
+}
+
+// Its volume is not what its user wants before its note is settled.
+TEST_F(LoweredPlayersTest, ALineOverAPlayerThatIsOwedItsVolumeKeepsIt)
+{
+    have({.opensAtMemory = true, .tellsFirst = 0.0, .tellsFirstFor = 2000ms}, 0.8);
+    say();
+    die();
+    startAnew();
+    player->play();
+    pass(20ms);
+    EXPECT_EQ(read()->percent(), 80);
+    say();
+    pass(3s);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.28);
+    fallSilent();
+    polls(2);
+    expectBack(0.8);
+}
+
+TEST_F(LoweredPlayersTest, AFirstVolumeOfNothingIsNoVolume)
+{
+    have({.opensAtMemory = true, .tellsFirst = 0.0, .tellsFirstFor = 2000ms});
+    startAnew();
+    player->play();
+    pass(20ms);
+    EXPECT_FALSE(read());
+    pass(2s);
+    EXPECT_EQ(read()->percent(), 100);
+}
+
+TEST_F(LoweredPlayersTest, APlayerThatItsUserHasSilencedIsReadAsSilent)
+{
+    have({}, 0.0);
+    EXPECT_EQ(read()->percent(), 0);
+    say();
+    EXPECT_DOUBLE_EQ(player->sound(), 0.12);
+    fallSilent();
+    pass(300ms);
+    expectBack(0.0);
+}
+
+TEST_F(LoweredPlayersTest, ANoteThatTheUserHasMovedMeanwhileGoes)
+{
+    have();
+    say();
+    die();
+    player->pause();
+    player->userSets(0.6);
+    desktop.commands.clear();
+    player->play();
+    polls(2);
+    EXPECT_TRUE(desktop.commands.empty());
+    expectBack(0.6);
+}
+
+TEST_F(LoweredPlayersTest, ANoteGoesWhenItsPlayerHasNotBeenSeenForThirtyDays)
+{
+    have();
+    say();
+    desktop.remove(run);
+    run = 0;
+    desktop.today += LoweredPlayers::daysOfNotes;
+    die();
+    EXPECT_EQ(desktop.notes.size(), 1U);
+    ++desktop.today;
+    die();
+    EXPECT_TRUE(desktop.notes.empty());
+}
+
+TEST_F(LoweredPlayersTest, AnExactVolumeComesBackExactly)
+{
+    for (const double volume : {1.0 / 3, 0.58, 0.1234567, 1.2}) {
+        have({}, volume);
+        say();
+        fallSilent();
+        pass(300ms);
+        expectBack(volume);
+    }
+}
+
+// int(0.58 * 100) is 57.
+TEST_F(LoweredPlayersTest, APlayerThatCutsOffComesBackExactlyEachTime)
+{
+    for (int percent = 0; percent <= 100; ++percent) {
+        const double volume = percent / 100.0;
+        have({.truncates = true}, volume);
+        for (int round = 0; round < 3; ++round) {
+            say();
+            fallSilent();
+            pass(500ms);
+            EXPECT_EQ(static_cast<int>(std::lround(player->sound() * 100)), percent);
+            EXPECT_TRUE(desktop.notes.empty()) << percent;
+        }
+    }
+}
+
+TEST_F(LoweredPlayersTest, TheFirstLineOfAPlayerThatSwallowsItsFirstCommandIsLowered)
+{
+    have({.swallows = 30ms});
+    player->stop();
+    startAnew();
+    player->play();
+    pass(5ms);
+    desktop.keeper->lineBegan();
+    duck();
+    pass(150ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+    fallSilent();
+    polls(2);
+    expectBack();
+}
+
+TEST_F(LoweredPlayersTest, APlayerThatTakesItsVolumeBackAtATracksBeginIsToldOnceMore)
+{
+    for (const auto time : {30ms, 200ms, 1000ms}) {
+        have({.takesBack = time});
+        player->next();
+        pass(2ms);
+        desktop.keeper->lineBegan();
+        duck();
+        pass(2s);
+        EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+        fallSilent();
+        pass(300ms);
+        expectBack();
+        EXPECT_EQ(desktop.commands, (Commands{0.35, 0.35, 1.0}));
+    }
+}
+
+TEST_F(LoweredPlayersTest, AUserWhoPutsTheVolumeBackDuringALineHasItsWay)
+{
+    have();
+    say();
+    pass(3s);
+    player->userSets(1.0);
+    pass(300ms);
+    fallSilent();
+    pass(300ms);
+    EXPECT_EQ(desktop.commands, (Commands{0.35}));
+}
+
+TEST_F(LoweredPlayersTest, APlayerThatObeysLateIsNotTakenForAHand)
+{
+    have({.lag = 90ms});
+    say();
+    EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+    fallSilent();
+    pass(500ms);
+    expectBack();
+}
+
+TEST_F(LoweredPlayersTest, ThePlayerThatIsMeantNowIsLoweredAndTheOtherOneComesBack)
+{
+    have();
+    say();
+    ModelPlayer other(desktop.schedule, {});
+    desktop.add(other, "org.mpris.MediaPlayer2.other");
+    other.play();
+    pass(5ms);
+    desktop.keeper->lineBegan();
+    duck();
+    pass(300ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 1.0);
+    EXPECT_DOUBLE_EQ(other.sound(), 0.35);
+    desktop.keeper->lineEnded();
+    fallSilent();
+    polls(3);
+    EXPECT_DOUBLE_EQ(other.sound(), 1.0);
+    EXPECT_TRUE(desktop.notes.empty());
+    desktop.remove(desktop.music);
+}
+
+TEST_F(LoweredPlayersTest, AtTheEndEveryPlayerComesBackAndNoneIsLoweredAnyMore)
+{
+    have();
+    say();
+    const auto reading = read();
+    desktop.keeper->end();
+    EXPECT_FALSE(desktop.keeper->isSettled());
+    pass(5ms);
+    EXPECT_TRUE(desktop.keeper->isSettled());
+    expectBack();
+    desktop.keeper->duck("Music", *reading, 35);
+    EXPECT_FALSE(read());
+    pass(5ms);
+    expectBack();
+}
+
+TEST_F(LoweredPlayersTest, AHungPlayerHoldsNothingUp)
+{
+    have();
+    say();
+    desktop.latency = 400ms;
+    fallSilent();
+    EXPECT_EQ(desktop.commands, (Commands{0.35, 1.0})) << "told at once, whether it listens or not";
+    pass(1s);
+    desktop.latency = 1ms;
+    polls(2);
+    expectBack();
+}
+
+}  // namespace
+}  // namespace sonvara::test

@@ -1,0 +1,317 @@
+// The promises about the volume, in any order of events: lines, ducks, ways back, users, players and deaths.
+#include "ModelPlayer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <deque>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace sonvara::test {
+namespace {
+
+constexpr int sessions = 2500;
+constexpr int stepsOfSession = 400;
+
+int lowOf(double volume)
+{
+    const int percent = static_cast<int>(std::lround(std::clamp(volume, 0.0, 1.0) * 100));
+    return std::max(percent * 35 / 100, 12);
+}
+
+bool isClose(double volume, double other)
+{
+    return std::abs(volume - other) < 0.0011;
+}
+
+/// What the core does about lines, as its own rules say, with workers that take their time.
+class ModelCore {
+public:
+    ModelCore(ModelDesktop& desktop, std::mt19937& random) : desktop_(desktop), random_(random) {}
+
+    int ducksUnderWay = 0;
+    int lines = 0;
+
+    void say()
+    {
+        ++lines;
+        desktop_.keeper->lineBegan();
+        if (recorded_) return;
+        ++ducksUnderWay;
+        soon([this] {
+            desktop_.keeper->read("Music", [this](const auto& reading) {
+                if (!reading) {
+                    --ducksUnderWay;
+                    return;
+                }
+                soon([this, reading = *reading] {
+                    desktop_.keeper->duck("Music", reading, lowOf(reading.volume));
+                    soon([this] { recorded_ = true, --ducksUnderWay; });
+                });
+            });
+        });
+    }
+    void fallSilent()
+    {
+        if (lines == 0) return;
+        --lines;
+        desktop_.keeper->lineEnded();
+        desktop_.later([this] {
+            if (!recorded_) return;
+            recorded_ = false;
+            soon([this] { desktop_.keeper->restore("Music"); });
+        });
+    }
+    void die() { lines = ducksUnderWay = 0, recorded_ = false; }
+
+private:
+    void soon(const std::function<void()>& happening)
+    {
+        const Milliseconds delay(std::uniform_int_distribution(0, 20)(random_));
+        desktop_.schedule.after(delay, [this, happening] { desktop_.later(happening); });
+    }
+
+    ModelDesktop& desktop_;
+    std::mt19937& random_;
+    bool recorded_ = false;
+};
+
+class Session {
+public:
+    explicit Session(unsigned seed)
+        : random_(seed),
+          core_(desktop_, random_),
+          player_(desktop_.schedule, chooseQuirks())
+    {
+        desktop_.start();
+        run_ = desktop_.add(player_, name);
+        player_.play();
+        userSets(percent(15, 100));
+        desktop_.schedule.pass(5s);
+    }
+
+    void step()
+    {
+        using Action = void (Session::*)();
+        struct Named {
+            const char* what;
+            Action action;
+        };
+        static constexpr std::array<Named, 12> actions{{
+            {"a line begins", &Session::say},
+            {"a line begins", &Session::say},
+            {"a line ends", &Session::fallSilent},
+            {"a line ends", &Session::fallSilent},
+            {"next track", &Session::next},
+            {"play", &Session::play},
+            {"pause", &Session::pause},
+            {"stop", &Session::stop},
+            {"the user moves the volume", &Session::beMovedByUser},
+            {"a poll", &Session::poll},
+            {"the player is started anew", &Session::startPlayerAnew},
+            {"we are started anew", &Session::dieAndStartAnew},
+        }};
+        const auto& chosen =
+            actions.at(static_cast<std::size_t>(number(0, static_cast<int>(actions.size()) - 1)));
+        trace(chosen.what);
+        (this->*chosen.action)();
+        const auto pause = number(0, 3);
+        pass(pause == 0 ? 0ms : pause == 1 ? Milliseconds(number(1, 30)) : Milliseconds(number(30, 900)));
+        if (number(0, 40) == 0) comeToRest();
+    }
+    [[nodiscard]] const std::string& failure() const { return failure_; }
+    /// The last things that happened.
+    [[nodiscard]] std::string course() const
+    {
+        std::string text;
+        for (const auto& line : trace_) text.append(line).append("\n");
+        return text;
+    }
+
+private:
+    static constexpr auto* name = "org.mpris.MediaPlayer2.model";
+
+    int number(int least, int most) { return std::uniform_int_distribution(least, most)(random_); }
+    double percent(int least, int most) { return number(least, most) / 100.0; }
+    bool chance() { return number(0, 2) == 0; }
+
+    /// As the core does: only of a player that plays.
+    void say()
+    {
+        if (player_.isPlaying &&
+            (player_.tellsTruth() || !desktop_.notes.empty() || player_.look().volume < 0.02))
+            core_.say();
+    }
+    void fallSilent() { core_.fallSilent(); }
+    void next() { player_.next(); }
+    void play() { player_.play(); }
+    void pause() { player_.pause(); }
+    void stop() { player_.stop(); }
+    void poll() { desktop_.poll(); }
+
+    void trace(const std::string& what)
+    {
+        const auto time =
+            std::chrono::duration_cast<Milliseconds>(desktop_.schedule.now().time_since_epoch());
+        trace_.push_back(std::to_string(time.count()) + ' ' + what + ": sounds " +
+                         std::to_string(player_.sound()) + (player_.isPlaying ? " plays" : "") +
+                         (player_.hasStream() ? " has stream" : "") + " lines " +
+                         std::to_string(core_.lines));
+        if (trace_.size() > 80) trace_.erase(trace_.begin() + 1);  // the quirks stay
+    }
+
+    Quirks chooseQuirks()
+    {
+        Quirks quirks;
+        quirks.truncates = chance();
+        quirks.closesStream = chance();
+        quirks.opensAtMemory = chance();
+        quirks.opensAtCube = quirks.opensAtMemory && !quirks.closesStream && chance();
+        if (quirks.opensAtMemory && chance()) {
+            quirks.tellsFirst = std::array{0.0, 0.01, 1.0}.at(static_cast<std::size_t>(number(0, 2)));
+            quirks.tellsFirstFor = Milliseconds(number(10, 2000));
+        }
+        if (chance()) quirks.swallows = Milliseconds(30);
+        if (chance()) quirks.lag = Milliseconds(number(0, 60));
+        // Whatever else, no player has been seen with this and the one or the other.
+        if (!quirks.truncates && !quirks.opensAtCube && chance())
+            quirks.takesBack = Milliseconds(number(5, 150));
+        trace_.push_back(std::string("quirks:") + (quirks.truncates ? " truncates" : "") +
+                         (quirks.closesStream ? " closes" : "") + (quirks.opensAtMemory ? " remembers" : "") +
+                         (quirks.opensAtCube ? " cube" : "") + " swallows " +
+                         std::to_string(quirks.swallows.count()) + " lag " +
+                         std::to_string(quirks.lag.count()) + " first " +
+                         std::to_string(quirks.tellsFirst.value_or(-1)) + " for " +
+                         std::to_string(quirks.tellsFirstFor.count()));
+        return quirks;
+    }
+
+    void pass(Milliseconds time)
+    {
+        for (; time > 40ms; time -= 40ms) {
+            desktop_.schedule.pass(40ms);
+            check();
+        }
+        desktop_.schedule.pass(time);
+        check();
+    }
+
+    void userSets(double volume)
+    {
+        player_.userSets(volume);
+        chosen_.push_back(volume);
+    }
+
+    bool isQuiet()
+    {
+        return player_.isPlaying && player_.tellsTruth() && core_.ducksUnderWay == 0 &&
+               desktop_.underWay == 0;
+    }
+    /// At a moment that tells whose the volume is: no command is on its way, and none is being thought of.
+    void beMovedByUser()
+    {
+        if (!isQuiet()) return;
+        desktop_.schedule.pass(400ms);
+        check();
+        if (!isQuiet()) return;
+        const auto volume = percent(15, 99);
+        for (const auto other : chosen_)
+            for (const auto ours :
+                 {other, lowOf(other) / 100.0, std::pow(other, 3), std::pow(lowOf(other) / 100.0, 3)})
+                if (std::abs(volume - ours) < 0.06) return;
+        if (chosen_.size() > 8) chosen_.erase(chosen_.begin(), chosen_.end() - 1);
+        userSets(volume);
+        trace("  to " + std::to_string(volume));
+        handAt_ = desktop_.commands.size();
+        desktop_.schedule.pass(150ms);  // until it has been seen; the core does nothing meanwhile
+        if (core_.ducksUnderWay == 0 && desktop_.commands.size() != handAt_)
+            fail("told something after the user's hand");
+    }
+    void startPlayerAnew()
+    {
+        desktop_.remove(run_);
+        desktop_.schedule.pass(Milliseconds(number(0, 3000)));
+        run_ = desktop_.add(player_, name);
+    }
+    void dieAndStartAnew()
+    {
+        core_.die();
+        desktop_.start();
+    }
+
+    void comeToRest()
+    {
+        while (core_.lines > 0) core_.fallSilent();
+        player_.play();
+        for (int poll = 0; poll < 4; ++poll) {
+            desktop_.poll();
+            pass(3s);
+        }
+        if (!isClose(player_.sound(), player_.user))
+            fail("is at " + std::to_string(player_.sound()) + ", but its user wants " +
+                 std::to_string(player_.user));
+        if (!desktop_.notes.empty()) fail("has a note that is not settled");
+        chosen_ = {player_.user};
+    }
+
+    void check()
+    {
+        for (; checked_ < desktop_.commands.size(); ++checked_) {
+            const auto told = desktop_.commands[checked_];
+            trace("told " + std::to_string(told));
+            const bool isKnown = std::ranges::any_of(chosen_, [told](double user) {
+                return isClose(told, user) || isClose(told, user + 0.004) ||
+                       isClose(told, lowOf(user) / 100.0);
+            });
+            if (!isKnown) fail("was told " + std::to_string(told));
+        }
+        const auto low = lowOf(player_.user) / 100.0;
+        const bool isLow = player_.hasStream() && std::abs(player_.sound() - low) < 0.0105;
+        if (isLow && desktop_.notes.empty() && !isClose(low, player_.user)) fail("is low without a note");
+        if (desktop_.notes.size() > 1) fail("has more than one note");
+    }
+    void fail(const std::string& what)
+    {
+        if (!failure_.empty()) return;
+        trace(what);
+        failure_ = what;
+    }
+
+    std::mt19937 random_;
+    std::deque<std::string> trace_;
+    ModelDesktop desktop_;
+    ModelCore core_;
+    ModelPlayer player_;
+    PlayerRun run_ = 0;
+    std::vector<double> chosen_{1.0};
+    std::size_t checked_ = 0;
+    std::size_t handAt_ = 0;
+    std::string failure_;
+};
+
+TEST(RandomVolumes, AreRightInAnyOrderOfEvents)
+{
+    const auto* given = std::getenv("SEED");
+    const unsigned first =
+        given != nullptr ? static_cast<unsigned>(std::stoul(given)) : std::random_device{}();
+    std::cout << "SEED=" << first << " for the first of " << (given != nullptr ? 1 : sessions)
+              << " sessions of " << stepsOfSession << " steps\n";
+    for (unsigned seed = first; seed < first + (given != nullptr ? 1U : sessions); ++seed) {
+        Session session(seed);
+        for (int step = 0; step < stepsOfSession && session.failure().empty(); ++step) {
+            session.step();
+            ASSERT_EQ(session.failure(), "") << "SEED=" << seed << ", step " << step << "\n"
+                                             << session.course();
+        }
+    }
+}
+
+}  // namespace
+}  // namespace sonvara::test
