@@ -1,10 +1,10 @@
 # Warnings, sanitizers and coverage for every target of the project: link `sonvara_options`.
 add_library(sonvara_options INTERFACE)
 target_compile_options(sonvara_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
-  -Werror)
-# Qt wants its users so; as all do it, they can share precompiled headers. ccache wants the other two with those.
-target_compile_options(sonvara_options INTERFACE -fPIC
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
+# Qt and libspeechd want their users so; as all do it, they can share precompiled headers. ccache wants the other two
+# with those.
+target_compile_options(sonvara_options INTERFACE -fPIC -pthread
   $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess> "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 
 # Sanitized builds: just enough optimisation to be quick, line numbers for the reports, quick to compile.

@@ -1,6 +1,6 @@
 """What the whole-program tests share: Sonvara on a private desktop, with a real player and a recorder.
 
-ctest names the program in SONVARA_PROGRAM; a test run by hand takes the release build.
+ctest names the program in SONVARA_PROGRAM; a test run by hand takes the one of ./test.
 """
 
 import os
@@ -20,7 +20,7 @@ from desktop.standin import StandIn
 from desktop.tracks import make_tracks
 from desktop.tray import TrayItem
 
-PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(ROOT, "build", "release", "sonvara"))
+PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(ROOT, "build", "test", "sonvara"))
 end_orderly()
 
 

@@ -11,7 +11,7 @@ from desktop.screen import Screen
 from desktop.session import PrivateDesktop
 from desktop.tray import TrayItem
 
-SAMPLE = os.environ.get("SONVARA_TRAY_SAMPLE", os.path.join(ROOT, "build", "release", "tests", "linux", "desktop",
+SAMPLE = os.environ.get("SONVARA_TRAY_SAMPLE", os.path.join(ROOT, "build", "test", "tests", "linux", "desktop",
                                                             "tray_sample"))
 CHAT = "Up next: <b>A & B</b>\nby snake_case\nand _ others"
 TITLES = [CHAT, "A & B", "snake_case", "<b>bold</b>", "R&amp;B", "_ && __", "שיר - זמר", "🎵 Café", "x" * 300]
