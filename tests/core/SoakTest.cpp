@@ -17,11 +17,17 @@ std::atomic<long> liveAllocations{0};
 }
 
 // Every allocation of this program is counted.
-void* operator new(std::size_t size)
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     void* const memory = std::malloc(size > 0 ? size : 1);
+    if (memory != nullptr) ++liveAllocations;
+    return memory;
+}
+
+void* operator new(std::size_t size)
+{
+    void* const memory = operator new(size, std::nothrow);
     if (memory == nullptr) throw std::bad_alloc();
-    ++liveAllocations;
     return memory;
 }
 
