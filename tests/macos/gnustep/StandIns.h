@@ -18,9 +18,9 @@ std::vector<std::string> takeViolations();
 // --- Scripts ---------------------------------------------------------------------------------------
 
 struct ScriptAnswer {
-    std::optional<std::string> text;
+    std::optional<std::string> text = {};
     std::int32_t integer = 0;
-    std::optional<int> errorNumber;
+    std::optional<int> errorNumber = {};
 };
 
 /// Called for each script on the thread that runs it; may block.

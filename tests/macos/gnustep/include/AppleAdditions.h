@@ -3,13 +3,13 @@
 
 #import <AppKit/AppKit.h>
 
-// Newer names of old constants.
-constexpr NSLineCapStyle NSLineCapStyleRound = NSRoundLineCapStyle;
-constexpr NSBitmapImageFileType NSBitmapImageFileTypePNG = NSPNGFileType;
-constexpr NSButtonType NSButtonTypeSwitch = NSSwitchButton;
-constexpr NSButtonType NSButtonTypeMomentaryPushIn = NSMomentaryPushInButton;
-constexpr NSBezelStyle NSBezelStyleRounded = NSRoundedBezelStyle;
-constexpr NSUInteger NSEventMaskAny = NSAnyEventMask;
+// Newer names of old constants. As macros, for a newer GNUstep declares some of them itself.
+#define NSLineCapStyleRound NSRoundLineCapStyle
+#define NSBitmapImageFileTypePNG NSPNGFileType
+#define NSButtonTypeSwitch NSSwitchButton
+#define NSButtonTypeMomentaryPushIn NSMomentaryPushInButton
+#define NSBezelStyleRounded NSRoundedBezelStyle
+#define NSEventMaskAny NSAnyEventMask
 
 extern NSString* const NSFontTextStyleHeadline;
 extern NSString* const NSFontTextStyleCaption1;
