@@ -1,11 +1,14 @@
 """The real players: how each is started without a screen, and how loud it is at a volume."""
 
 import math
+import os
 from dataclasses import dataclass
+from pathlib import Path
 
 from desktop.dbus import Remote, has_owner
 from desktop.processes import wait_until
 
+_PATH = "/org/mpris/MediaPlayer2"
 _PLAYER = "org.mpris.MediaPlayer2.Player"
 
 
@@ -15,17 +18,27 @@ class Kind:
     bus_name: str
     exponent: int  # the amplitude is the volume to this power
     settings: tuple = ()  # the name of a file below ~/.config, and what it says
+    is_asked: bool = False  # to open the files once it runs; else they are in its command line
 
 
 KINDS = {
     "audacious": Kind(("audacious", "-H"), "audacious", 3),
     "mpv": Kind(("mpv", "--no-config", "--script=/usr/lib/mpv-mpris/mpris.so", "--ao=pulse", "--no-video",
                  "--really-quiet"), "mpv", 3),
-    # Without this it asks servers for album covers.
-    "strawberry": Kind(("strawberry", "-p"), "strawberry", 1,
-                       ("strawberry/strawberry.conf", "[MainWindow]\nsearch_for_cover_auto=false\n")),
+    # Without the settings it asks servers for album covers, and since 1.2 its user for money. That version loses the
+    # files of its command line when it starts for the first time.
+    "strawberry": Kind(("strawberry",), "strawberry", 1,
+                       ("strawberry/strawberry.conf",
+                        "[MainWindow]\nsearch_for_cover_auto=false\ndo_not_show_sponsor_message=true\n"), is_asked=True),
     "vlc": Kind(("cvlc", "-I", "dummy", "--control", "dbus", "--no-video", "--aout", "pulse"), "vlc", 3),
 }
+
+
+def _write_playlist(files):
+    """The address of a playlist beside the files."""
+    path = Path(files[0]).resolve().with_name("playlist.m3u")
+    path.write_text("".join(f"{os.path.abspath(file)}\n" for file in files), encoding="utf-8")
+    return path.as_uri()
 
 
 class Player:
@@ -36,9 +49,13 @@ class Player:
         if self._kind.settings:
             desktop.write_setting(*self._kind.settings)
         bus_name = "org.mpris.MediaPlayer2." + self._kind.bus_name
-        self._remote = Remote(desktop.bus, bus_name, "/org/mpris/MediaPlayer2")
-        self.process = desktop.start("player", [*self._kind.command, *files])
+        self._remote = Remote(desktop.bus, bus_name, _PATH)
+        self.process = desktop.start("player", [*self._kind.command, *(() if self._kind.is_asked else files)])
         wait_until(f"{name} on the session bus", lambda: has_owner(desktop.bus, bus_name), 30)
+        if self._kind.is_asked:
+            # It answers when it has started up.
+            playlist = _write_playlist(files)
+            Remote(desktop.bus, bus_name, _PATH, limit=30).call(_PLAYER, "OpenUri", "(s)", playlist)
 
     def title(self):
         return self._remote.get(_PLAYER, "Metadata").get("xesam:title", "")
