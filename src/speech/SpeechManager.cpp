@@ -54,17 +54,16 @@ void SpeechManager::speak(const std::string& track, const std::string& artist, c
         return;
     }
     const Announcement announcement{track, artist, album, favorited, source, generation_.value()};
+    auto offlineLine = DJ::offlineIntro(track, artist, album, favorited);
     if (read(defaults, settings::aiIntros) && aiDJ_->isAvailable()) {
-        speakAIIntro(announcement);
+        speakAIIntro(announcement, std::move(offlineLine));
     } else {
-        utter(DJ::offlineIntro(track, artist, album, favorited), source, announcement.generation);
+        utter(offlineLine, source, announcement.generation);
     }
 }
 
-void SpeechManager::speakAIIntro(const Announcement& announcement)
+void SpeechManager::speakAIIntro(const Announcement& announcement, std::string fallback)
 {
-    auto fallback =
-        DJ::offlineIntro(announcement.track, announcement.artist, announcement.album, announcement.favorited);
     auto& mainQueue = platform_.mainQueue;
     mainQueue.post([weak = weak_from_this(), announcement, fallback = std::move(fallback), &mainQueue] {
         const auto manager = weak.lock();

@@ -45,7 +45,8 @@ private:
     };
 
     explicit SpeechManager(Platform& platform);
-    void speakAIIntro(const Announcement& announcement);
+    /// `fallback` is spoken when the tool has no line.
+    void speakAIIntro(const Announcement& announcement, std::string fallback);
     void utter(const std::string& line, const std::string& source, std::int64_t generation);
     void duck(const std::string& source);
     void restoreVolume();

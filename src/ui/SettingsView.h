@@ -12,7 +12,7 @@ namespace sonvara {
 
 struct Platform;
 
-/// One showing of the form. It writes four settings straight into the store, where everybody reads them.
+/// One showing of the form. It writes the settings straight into the store, where everybody reads them.
 /// Main thread.
 class SettingsView : public std::enable_shared_from_this<SettingsView> {
 public:

@@ -4,6 +4,7 @@
 #include "monitor/MusicMonitor.h"
 #include "monitor/NowPlaying.h"
 #include "speech/PlayerVolume.h"
+#include "ui/SettingsView.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,8 @@
 #include <random>
 #include <set>
 #include <string>
+#include <variant>
+#include <vector>
 
 namespace sonvara::test {
 namespace {
@@ -44,9 +47,9 @@ public:
         case 2: changeTrack(); break;
         case 3: setPlaying(!player().isPlaying); break;
         case 4: notify(); break;  // repeats what is known
-        case 5: desktop_.defaults.values["announcementsEnabled"] = draw(4) != 0; break;
-        case 6: desktop_.defaults.values["aiIntros"] = draw(2) == 0; break;
-        case 7: desktop_.defaults.values["duckMusic"] = draw(4) != 0; break;
+        case 5:
+        case 6:
+        case 7: setAnySwitch(); break;
         case 8: usesSpotify_ = draw(2) == 0; break;
         case 9: player().isRunning = draw(3) != 0; break;
         default:
@@ -87,6 +90,16 @@ private:
         player().artist = "Artist " + std::to_string(draw(2));
         player().album = draw(3) == 0 ? "" : "Album " + std::to_string(draw(2));
         setPlaying(true);
+    }
+    void setAnySwitch()
+    {
+        std::vector<const Toggle*> switches;
+        for (const auto& section : settings_->sections) {
+            for (const auto& row : section.rows) {
+                if (const auto* toggle = std::get_if<Toggle>(&row)) switches.push_back(toggle);
+            }
+        }
+        switches.at(draw(static_cast<std::uint32_t>(switches.size())))->isOn.set(draw(4) != 0);
     }
     void setPlaying(bool isPlaying)
     {
@@ -146,6 +159,7 @@ private:
     std::mt19937 random_;
     FakeDesktop desktop_;
     std::shared_ptr<AppDelegate> delegate_;
+    std::shared_ptr<const Form> settings_ = SettingsView::create(desktop_.platform)->form();
     bool usesSpotify_ = false;
     std::string lastName_;
     std::size_t newTracks_ = 0;
