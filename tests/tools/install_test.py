@@ -34,7 +34,7 @@ exit "$(cat "says/$answer.status")"
 """,
     "apt-cache": "cat known\n",
     "apt-mark": "cat held\n",
-    "dpkg-query": "sed 's/^/installed /' installed\n",
+    "dpkg-query": "[ ! -e dpkg_fails ] || exit 2; sed 's/^/installed /' installed\n",
     "df": "echo Avail; cat free\n",
     "id": "cat uid\n",
     "sudo": """
@@ -236,6 +236,10 @@ class Apt(InstallTest):
         said = self.expect_fault("apt cannot install file beside what is installed; you hold: exim4-base exim4-config.")
         self.assertIn("\n  postfix : Conflicts: mail-transport-agent\n", said)
         self.assertNotIn("The following", said)
+
+    def test_a_list_of_packages_that_cannot_be_read(self):
+        self.machine.write("dpkg_fails", "")
+        self.expect_fault("The packages that are installed cannot be listed.")
 
     def test_another_program_that_installs(self):
         self.machine.answer("install", "install_locked")
