@@ -8,6 +8,7 @@ set(CPACK_DEBIAN_PACKAGE_NAME sonvara)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The Sonvara developers <maintainers@sonvara.app>")
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://sonvara.app")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "radio DJ for the music that plays on your desktop")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Sonvara sits in the tray, notices when a music player begins a new track,
@@ -19,11 +20,11 @@ command-line AI tool that you have installed and signed in to.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "speech-dispatcher, speech-dispatcher-espeak-ng, speech-dispatcher-audio-plugins")
-# A session bus, the part of Qt for Wayland, and a tray: the extension is for GNOME, which has none of its own.
-set(trays gnome-shell-extension-appindicator plasma-workspace xfce4-panel mate-panel cinnamon lxqt-panel lxpanel
-  budgie-core waybar sway i3-wm polybar tint2 trayer stalonetray)
-list(JOIN trays " | " trays)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, qt6-wayland, ${trays}")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "audacious | strawberry | vlc | mpv-mpris | rhythmbox")
+# apt installs what is recommended, so nothing here may bring a desktop with it. A session bus and the part of Qt for
+# Wayland are small. A tray comes with the desktop that the user has chosen; GNOME alone has it as an extension, which
+# would bring all of GNOME to everybody else and is only suggested.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus, qt6-wayland")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS
+  "gnome-shell-extension-appindicator, audacious | strawberry | vlc | mpv-mpris | rhythmbox")
 
 include(CPack)
