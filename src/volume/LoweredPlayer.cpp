@@ -124,7 +124,6 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         if (repeats_ < mostRepeats) repeat(levels_.low, now);
         return;
     }
-    if (isOpening(volume, now)) return;
     if (isHome && !hasHeldTrack_ && now < trackSince_ + beginning) {
         hasHeldTrack_ = true;
         hasObeyed_ = false;
@@ -132,6 +131,7 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         tell(levels_.low, now);
         return;
     }
+    if (isOpening(volume, now)) return;
     if (!hasObeyed_ && std::abs(volume - levels_.low) < coarseStep) {
         seenLow_ = volume;
         hasObeyed_ = true;

@@ -21,7 +21,8 @@ LoweredPlayers::LoweredPlayers(VolumePlayers& players, Surroundings surroundings
     : players_(players),
       surroundings_(std::move(surroundings)),
       away_(notes),
-      kept_(notes)
+      kept_(notes),
+      owesAnything_(!notes.empty())
 {
     const auto today = surroundings_.today();
     std::erase_if(away_, [today](const LoweredNote& note) {
@@ -61,6 +62,12 @@ void LoweredPlayers::heard(PlayerRun run, std::optional<bool> isPlaying,
     if (known == known_.end()) return;
     known->second.player.hear(isPlaying, track, surroundings_.now());
     considerDuck(run, known->second);
+    act();
+}
+
+void LoweredPlayers::polled()
+{
+    for (auto& [run, known] : known_) known.player.hear({}, {}, surroundings_.now());
     act();
 }
 
@@ -228,6 +235,7 @@ void LoweredPlayers::keepNotes()
     for (const auto& [run, known] : known_)
         if (const auto levels = known.player.levels()) notes.push_back({known.name, *levels, today});
     if (notes == kept_) return;
+    owesAnything_ = !notes.empty();
     kept_ = std::move(notes);
     surroundings_.keep(kept_);
 }

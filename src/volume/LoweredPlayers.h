@@ -6,6 +6,7 @@
 #include "volume/LoweredPlayer.h"
 #include "volume/VolumePlayers.h"
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <optional>
@@ -55,6 +56,10 @@ public:
     /// See `LoweredPlayer::hear`; with nothing but the run: something may have changed.
     void heard(PlayerRun run, std::optional<bool> isPlaying = {},
                const std::optional<std::string>& track = {});
+    /// The players have been asked what they play: those that are owed their volume are looked at.
+    void polled();
+    /// Any thread: whether `polled` has anything to do.
+    [[nodiscard]] bool owesAnything() const { return owesAnything_; }
     void wake();
 
     /// The core reads the volume of `player`. Answers with its user's choice, also while it is lowered; with
@@ -105,6 +110,7 @@ private:
     std::optional<Duck> ducked_;  ///< the core's last word, if it was a duck
     int lines_ = 0;               ///< handed over and not ended
     bool isEnding_ = false;
+    std::atomic<bool> owesAnything_ = false;
 };
 
 }  // namespace sonvara

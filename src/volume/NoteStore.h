@@ -14,7 +14,8 @@ public:
 
     /// The text; nothing when there is none or it cannot be read.
     [[nodiscard]] virtual std::optional<std::string> load() = 0;
-    /// Replaces the text in one step that survives a loss of power, before it returns.
+    /// Replaces the text in one step, before it returns: whoever dies meanwhile leaves the old one or the new
+    /// one.
     virtual void save(const std::string& text) = 0;
     virtual void remove() = 0;
     /// Moves a text that makes no sense out of the way, where a person may look at it.

@@ -1,17 +1,17 @@
 // The file with the notes about lowered players.
 #include "Require.h"
-#include "volume/VolumeNotes.h"
+#include "volume/LoweredNotes.h"
 
 using namespace sonvara;
 using fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const auto notes = parseVolumeNotes(fuzz::textOf(data, size));
+    const auto notes = parseLoweredNotes(fuzz::textOf(data, size), 20000);
     if (!notes) return 0;
-    require(parseVolumeNotes(format(*notes)) == notes);
+    require(parseLoweredNotes(format(*notes), 0) == notes);
     for (const auto& note : *notes) {
-        require(note.volume >= 0 && note.volume <= 100 && note.ducked >= 0 && note.ducked <= 100);
+        require(note.levels.home >= 0 && note.levels.home <= 100 && note.levels.low >= 0 && note.levels.low <= 100);
     }
     return 0;
 }

@@ -1,7 +1,6 @@
 // The program on the Linux desktop: makes the ports, runs the application, and ends in time.
 #include "app/SonvaraApp.h"
 #include "platform/linux/players/MprisPlayers.h"
-#include "platform/linux/players/MprisVolumePrograms.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
 #include "platform/linux/style/ApplicationIcon.h"
 #include "platform/linux/style/QtImageRenderer.h"
@@ -21,11 +20,15 @@
 #include "platform/posix/PosixNoteStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/ProcessSetup.h"
+#include "platform/posix/VolumeGuard.h"
 #include "ports/Platform.h"
 #include "ui/AppIcon.h"
-#include "volume/PatientVoice.h"
-#include "volume/VolumeKeeper.h"
 
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <malloc.h>
@@ -39,14 +42,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Together with the half second that the voice may take, below the second in which a program should end.
-constexpr auto workersLimit = 300ms;
-
-// A connection apart: its calls wait for their answers, and only they.
-QDBusConnection connectForVolumes()
-{
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("volumes"));
-}
+// A program should be gone within a second. The voice may take half of it, and meanwhile the players answer.
+constexpr auto playersLimit = 700ms;
+constexpr auto notesLimit = 800ms;
+constexpr auto workersLimit = 950ms;
+// A worker that reads a volume: the main thread and then the player are asked.
+constexpr auto readLimit = 1000ms;
 
 // Where the program keeps what must outlive it and is no setting.
 std::string stateFolder(const Environment& environment)
@@ -67,25 +68,50 @@ struct LinuxPorts {
           log(systemLog),
           players(bus, log),
           statusBar([this] { standInForTray(); })
-    {}
+    {
+        players.reportTo(volume.players());
+    }
 
     Platform platform()
     {
-        return {application,     mainQueue,     workers,
-                clock,           environment,   fileManager,
-                processLauncher, volumeKeeper,  players.notificationCenter(),
-                voice,           userDefaults,  log,
-                statusBar,       imageRenderer, windows,
-                pasteboard,      loginItem};
+        return {application,
+                mainQueue,
+                workers,
+                clock,
+                environment,
+                fileManager,
+                processLauncher,
+                volume.scriptRunner(),
+                players.notificationCenter(),
+                volume.voice(),
+                userDefaults,
+                log,
+                statusBar,
+                imageRenderer,
+                windows,
+                pasteboard,
+                loginItem};
     }
 
     /// Ends what is under way. Returns whether nothing uses the ports any more.
     bool end()
     {
+        const auto begin = std::chrono::steady_clock::now();
+        const auto left = [begin](std::chrono::milliseconds limit) {
+            const auto passed = std::chrono::steady_clock::now() - begin;
+            return std::max(std::chrono::ceil<std::chrono::milliseconds>(limit - passed), 0ms);
+        };
         processLauncher.terminateAll();
-        volumeKeeper.restoreAll();
+        volume.end();
         speech.reset();  // else the line that is being spoken would outlive us
-        return workers.shutDown(workersLimit);
+        QTimer patience;
+        patience.setSingleShot(true);
+        patience.start(left(playersLimit));
+        while (!volume.players().isSettled() && patience.isActive())
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                            QEventLoop::WaitForMoreEvents);
+        const bool isWritten = volume.finish(left(notesLimit));
+        return workers.shutDown(left(workersLimit)) && isWritten;
     }
 
     // Without a tray the settings are the only face there is. They come up by themselves once and for all,
@@ -110,11 +136,10 @@ struct LinuxPorts {
     WorkerPool workers;
     IniUserDefaults userDefaults{IniUserDefaults::standardPath(), log};
     MprisPlayers players;
-    MprisVolumePrograms volumePrograms{players, connectForVolumes};
-    PosixNoteStore volumeNotes{stateFolder(environment) + "/lowered-players"};
-    VolumeKeeper volumeKeeper{players.scriptRunner(), volumePrograms, volumeNotes};
     std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
-    PatientVoice voice{*speech, workers};
+    PosixNoteStore loweredPlayers{stateFolder(environment) + "/lowered-players"};
+    VolumeGuard volume{{players.volumes(), players.scriptRunner(), *speech, mainQueue, workers, clock,
+                        loweredPlayers, readLimit}};
     PosixNoteStore settingsShown{stateFolder(environment) + "/settings-shown"};
     QtStatusBar statusBar;
     QtImageRenderer imageRenderer;

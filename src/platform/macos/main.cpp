@@ -2,6 +2,7 @@
 #include "app/SonvaraApp.h"
 #include "platform/macos/players/AppleScriptRunner.h"
 #include "platform/macos/players/DistributedNotificationCenter.h"
+#include "platform/macos/players/ScriptVolumes.h"
 #include "platform/macos/speech/AppleSpeechSynthesizer.h"
 #include "platform/macos/system/CocoaApplication.h"
 #include "platform/macos/system/CocoaPasteboard.h"
@@ -20,10 +21,11 @@
 #include "platform/posix/PosixNoteStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/ProcessSetup.h"
+#include "platform/posix/VolumeGuard.h"
 #include "ports/Platform.h"
-#include "volume/PatientVoice.h"
-#include "volume/ScriptVolumePrograms.h"
-#include "volume/VolumeKeeper.h"
+
+#include <chrono>
+#include <optional>
 
 using namespace sonvara;
 
@@ -38,12 +40,14 @@ int main()
     PosixFileManager fileManager;
     PosixProcessLauncher processLauncher;
     AppleScriptRunner scripts;
-    ScriptVolumePrograms players(scripts);
+    ScriptVolumes players(scripts, globalQueue, mainQueue);
     PosixNoteStore loweredPlayers(supportFile("lowered-players"));
-    VolumeKeeper scriptRunner(scripts, players, loweredPlayers);
     DistributedNotificationCenter notificationCenter;
     AppleSpeechSynthesizer speech;
-    PatientVoice voice(speech, globalQueue);
+    // A read may wait for the user's consent, for as long as that takes.
+    VolumeGuard volume(
+        {players, scripts, speech, mainQueue, globalQueue, clock, loweredPlayers, std::nullopt});
+    players.reportTo(volume.players());
     CocoaUserDefaults userDefaults;
     UnifiedLog systemLog(SONVARA_IDENTIFIER);
     CocoaStatusBar statusBar;
@@ -52,14 +56,17 @@ int main()
     CocoaPasteboard pasteboard;
     ServiceLoginItem loginItem;
 
-    Platform platform{application,        mainQueue,     globalQueue,     clock,
-                      environment,        fileManager,   processLauncher, scriptRunner,
-                      notificationCenter, voice,         userDefaults,    systemLog,
-                      statusBar,          imageRenderer, windows,         pasteboard,
+    Platform platform{application,        mainQueue,      globalQueue,     clock,
+                      environment,        fileManager,    processLauncher, volume.scriptRunner(),
+                      notificationCenter, volume.voice(), userDefaults,    systemLog,
+                      statusBar,          imageRenderer,  windows,         pasteboard,
                       loginItem};
     application.onWillTerminate([&] {
         processLauncher.terminateAll();
-        scriptRunner.restoreAll();
+        volume.end();
+        // What has not been done by then is put right by its note, at the next start.
+        (void)players.finish(std::chrono::milliseconds(500));
+        (void)volume.finish(std::chrono::milliseconds(200));
     });
     return SonvaraApp::main(platform);
 }

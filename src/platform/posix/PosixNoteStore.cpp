@@ -26,16 +26,10 @@ bool writeAll(int file, std::string_view text)
     return true;
 }
 
-bool writeThrough(const std::string& path, std::string_view text)
+bool write(const std::string& path, std::string_view text)
 {
     const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    return file.get() >= 0 && writeAll(file.get(), text) && ::fsync(file.get()) == 0;
-}
-
-void flushFolder(const std::string& path)
-{
-    const FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.get() >= 0) ::fsync(folder.get());
+    return file.get() >= 0 && writeAll(file.get(), text);
 }
 
 }  // namespace
@@ -56,11 +50,10 @@ void PosixNoteStore::save(const std::string& text)
     std::error_code ignored;
     std::filesystem::create_directories(folder, ignored);
     const auto beside = path_ + ".new";
-    if (!writeThrough(beside, text) || std::rename(beside.c_str(), path_.c_str()) != 0) {
+    if (!write(beside, text) || std::rename(beside.c_str(), path_.c_str()) != 0) {
         ::unlink(beside.c_str());
         return;
     }
-    flushFolder(folder.string());
 }
 
 void PosixNoteStore::remove()

@@ -7,8 +7,8 @@
 
 namespace sonvara {
 
-/// A file at `path`, whose folder is made when it is needed. A new text is written beside the old one,
-/// flushed to the disk and put in its place.
+/// A file at `path`, whose folder is made when it is needed. A new text is written beside the old one and
+/// put in its place; not flushed to the disk, for it guards against our death and not the power's.
 class PosixNoteStore final : public NoteStore {
 public:
     explicit PosixNoteStore(std::string path) : path_(std::move(path)) {}

@@ -114,22 +114,17 @@ TEST(MprisDecoder, StateNamesOnlyWhatThePropertiesHold)
     EXPECT_FALSE(decodeState({{"Metadata", "a text"}}).track);
 }
 
-TEST(MprisDecoder, VolumeIsRoundedAndClamped)
+TEST(MprisDecoder, AVolumeIsTheVeryNumberThatWasTold)
 {
-    EXPECT_EQ(decodeVolume(0.0), 0);
-    EXPECT_EQ(decodeVolume(1.0), 100);
-    EXPECT_EQ(decodeVolume(0.300003), 30);
-    EXPECT_EQ(decodeVolume(0.295), 30);
-    EXPECT_EQ(decodeVolume(0.994), 99);
-    EXPECT_EQ(decodeVolume(1.25), 100);
-    EXPECT_EQ(decodeVolume(-0.5), 0);
-    EXPECT_EQ(decodeVolume(1), 100);
-    EXPECT_EQ(decodeVolume(1e300), 100);
-    EXPECT_EQ(decodeVolume(QVariant::fromValue(QDBusVariant(0.5))), 50);
+    for (const double volume : {0.0, 1.0, 0.300003, 0.295, 1.25}) EXPECT_EQ(decodeVolume(volume), volume);
+    EXPECT_EQ(decodeVolume(-0.5), 0.0);
+    EXPECT_EQ(decodeVolume(1), 1.0);
+    EXPECT_EQ(decodeVolume(QVariant::fromValue(QDBusVariant(0.5))), 0.5);
 }
 
 TEST(MprisDecoder, WhatIsNoFiniteNumberIsNoVolume)
 {
+    EXPECT_EQ(decodeVolume(1e300), std::nullopt);
     EXPECT_EQ(decodeVolume(std::nan("")), std::nullopt);
     EXPECT_EQ(decodeVolume(std::numeric_limits<double>::infinity()), std::nullopt);
     EXPECT_EQ(decodeVolume(-std::numeric_limits<double>::infinity()), std::nullopt);

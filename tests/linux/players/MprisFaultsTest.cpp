@@ -24,13 +24,9 @@ TEST_F(MprisFaultsTest, AHungPlayerCostsNoOneMoreThanAShortWait)
     spotify.say("Two");
     postsUntil(2);
     player.manner = FakePlayer::Manner::hanging;
-    for (const auto& script : {musicPollScript(), getMusicVolume, setMusicVolume + "5"}) {
-        ScriptResult result;
-        const auto duration = onWorker([&] { result = players->scriptRunner().run(script); });
-        EXPECT_TRUE(result.error || result.text == "error");
-        EXPECT_LT(duration, 1500ms);
-    }
     std::string answer;
+    EXPECT_LT(onWorker([&] { answer = *players->scriptRunner().run(musicPollScript()).text; }), 1500ms);
+    EXPECT_EQ(answer, "error");
     const auto hung = startWorker([&] { answer = *players->scriptRunner().run(musicPollScript()).text; });
     EXPECT_EQ(pollSpotify(), "Two||Artist||Album||true");
     EXPECT_FALSE(hung->isFinished()) << "the other player had to wait for the hung one";
@@ -139,16 +135,6 @@ TEST_F(MprisFaultsTest, AFloodOfHintsCausesFewQuestions)
     EXPECT_LT(player.questions() - before, 2500);
 }
 
-TEST_F(MprisFaultsTest, AScriptEndsAlthoughTheMainThreadIsGone)
-{
-    start();
-    const auto begin = std::chrono::steady_clock::now();
-    ScriptResult result;
-    std::thread([&] { result = players->scriptRunner().run(getMusicVolume); }).join();
-    EXPECT_TRUE(result.error);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 1500ms);
-}
-
 TEST_F(MprisFaultsTest, AScriptThatWaitsEndsWithTheAdapter)
 {
     start();
@@ -162,11 +148,11 @@ TEST_F(MprisFaultsTest, AScriptThatWaitsEndsWithTheAdapter)
     };
     ScriptResult result;
     auto& runner = players->scriptRunner();
-    std::thread worker([&] { result = runner.run(getMusicVolume); });
+    std::thread worker([&] { result = runner.run(musicPollScript()); });
     EXPECT_TRUE(eventually([&] { return asked; }));
     players.reset();
     worker.join();
-    EXPECT_TRUE(result.error);
+    EXPECT_EQ(result.text, "error");
 }
 
 TEST_F(MprisFaultsTest, WithoutABusNothingRunsAndOneLineSaysSo)
@@ -175,7 +161,6 @@ TEST_F(MprisFaultsTest, WithoutABusNothingRunsAndOneLineSaysSo)
         std::make_unique<MprisPlayers>(QDBusConnection::connectToBus("unix:path=/nowhere", "none"), log);
     EXPECT_EQ(pollMusic(), "notrunning");
     EXPECT_EQ(pollSpotify(), "notrunning");
-    EXPECT_TRUE(run(getMusicVolume).error);
     EXPECT_EQ(log.errors().size(), 1U);
 }
 
@@ -190,7 +175,6 @@ TEST_F(MprisFaultsTest, WhenTheBusDiesNothingRunsAndOneLineSaysSo)
     EXPECT_EQ(postsUntil(2).back(), "Music Stopped //");
     EXPECT_EQ(pollMusic(), "notrunning");
     EXPECT_EQ(pollSpotify(), "notrunning");
-    EXPECT_TRUE(run(getMusicVolume).error);
     EXPECT_EQ(log.errors().size(), before + 1);
 }
 

@@ -84,32 +84,6 @@ TEST_F(MprisPlayersTest, OfTwoProgramsTheOneThatPlaysIsMeant)
     EXPECT_EQ(postsUntil(5).back(), "Music Paused Two/Artist/Album");
 }
 
-TEST_F(MprisPlayersTest, TheVolumeIsSetWhereItWasRead)
-{
-    start();
-    auto player = makePlayer({"rhythmbox"});
-    player.play("One");
-    postsUntil(1);
-    EXPECT_EQ(run(getMusicVolume).integer, 100);
-    EXPECT_FALSE(run(setMusicVolume + "35").error);
-    PlayerProcess vlc(bus, {"vlc"});
-    vlc.say("Two");
-    postsUntil(2);
-    EXPECT_FALSE(run(setMusicVolume + "100").error);
-    EXPECT_EQ(player.property("Volume"), QVariant(1.0));
-    EXPECT_EQ(run(getMusicVolume).integer, 100);  // now the other one's
-    EXPECT_FALSE(run(setMusicVolume + "40").error);
-    EXPECT_EQ(player.property("Volume"), QVariant(1.0));
-}
-
-TEST_F(MprisPlayersTest, WithoutAPlayerThereIsNoVolume)
-{
-    start();
-    EXPECT_TRUE(run(getMusicVolume).error);
-    EXPECT_TRUE(run(getSpotifyVolume).error);
-    EXPECT_TRUE(run(setMusicVolume + "35").error);
-}
-
 TEST_F(MprisPlayersTest, AnyOtherScriptIsAnError)
 {
     start();

@@ -97,31 +97,6 @@ TEST_F(PlayerQuirks, StrawberrySendsTheTrackTwiceBeforeItPlays)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
 }
 
-TEST_F(PlayerQuirks, StrawberryTakesAVolumeBackWhileItBeginsATrack)
-{
-    auto player = makePlayer({"strawberry"});
-    playsFirst(player);
-    EXPECT_EQ(run(getMusicVolume).integer, 100);
-    EXPECT_FALSE(run(setMusicVolume + "35").error);
-    player.change({{"Volume", 0.35}});  // so it answers the command
-    player.change({{"Volume", 1.0}});   // and this comes from its new stream
-    EXPECT_TRUE(eventually([&] { return player.property("Volume") == QVariant(0.35); }));
-    EXPECT_FALSE(run(setMusicVolume + "100").error);
-    EXPECT_EQ(player.property("Volume"), QVariant(1.0));
-    EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
-}
-
-TEST_F(PlayerQuirks, AVolumeThatAUserMovesStaysWhereItIs)
-{
-    auto player = makePlayer({"strawberry"});
-    playsFirst(player);
-    EXPECT_EQ(run(getMusicVolume).integer, 100);
-    EXPECT_FALSE(run(setMusicVolume + "35").error);
-    player.change({{"Volume", 0.6}});
-    EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
-    EXPECT_EQ(run(getMusicVolume).integer, 60);
-}
-
 TEST_F(PlayerQuirks, RhythmboxClearsEverythingBeforeTheNextTrack)
 {
     auto player = makePlayer({"rhythmbox"});
@@ -221,41 +196,6 @@ TEST_F(PlayerQuirks, WrongTypesAreTakenForWhatTheyCanMean)
     player.change({{"PlaybackStatus", "Playing"}, {"Metadata", metadata}});
     EXPECT_EQ(postsUntil(1), Posts{"Music Playing First/Solo/"});
     EXPECT_EQ(pollMusic(), "First||Solo||||true||false");
-}
-
-TEST_F(PlayerQuirks, AVolumeThatDiffersALittleReadsAsItWasSet)
-{
-    auto player = makePlayer({"vlc"});
-    playsFirst(player);
-    EXPECT_EQ(run(getMusicVolume).integer, 100);
-    EXPECT_FALSE(run(setMusicVolume + "30").error);
-    EXPECT_EQ(player.property("Volume"), QVariant(0.3));
-    player.set({{"Volume", 0.300003}});
-    EXPECT_EQ(run(getMusicVolume).integer, 30);
-    EXPECT_EQ(run(getMusicVolume).text, "30");
-}
-
-TEST_F(PlayerQuirks, AVolumeThatCannotBeReadIsAnError)
-{
-    auto player = makePlayer({"vlc"});
-    playsFirst(player);
-    for (const QVariant& volume : {QVariant("loud"), QVariant(std::nan("")), QVariant(QStringList{"1.0"})}) {
-        player.set({{"Volume", volume}});
-        EXPECT_TRUE(run(getMusicVolume).error);
-    }
-    player.manner = FakePlayer::Manner::failing;
-    EXPECT_TRUE(run(getMusicVolume).error);
-    player.manner = FakePlayer::Manner::babbling;
-    EXPECT_TRUE(run(getMusicVolume).error);
-}
-
-TEST_F(PlayerQuirks, AReadOnlyVolumeCanBeReadAndNotSet)
-{
-    auto player = makePlayer({"spotifyd"});
-    player.refusesVolume = true;
-    playsFirst(player);
-    EXPECT_EQ(run(getMusicVolume).integer, 100);
-    EXPECT_TRUE(run(setMusicVolume + "35").error);
 }
 
 }  // namespace

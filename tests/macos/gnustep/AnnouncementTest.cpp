@@ -25,8 +25,8 @@ protected:
         spotifyPosts("Paused", title, "An Artist", "An Album of " + title);
     }
 
-    /// The lowered volume is recorded on the main thread after it has been set, and a line that ends in
-    /// between leaves the player lowered. A notification and its poll, processes apart, take longer.
+    /// The core records the lowered volume on the main thread after it has been set. A notification and its
+    /// poll, processes apart, take longer.
     void letTheDuckBeRecorded(const std::string& title)
     {
         const int before = players_.polls();
@@ -108,6 +108,36 @@ TEST_F(Announcement, IsCutByAPauseAndTheVolumeReturns)
     letTheDuckBeRecorded("A Song");
     spotifyPauses("A Song");
     EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+}
+
+// Before the core has recorded that the player is lowered.
+TEST_F(Announcement, ThatAPauseCutsAtOnceLeavesNoPlayerLowered)
+{
+    standins::setVoices({.finishesAtOnce = false});
+    players_.hold();
+    launch();
+    spotifyPlays("A Song");
+    (void)lines(1);
+    spotifyPauses("A Song");
+    players_.release();
+    const int before = players_.polls();
+    ASSERT_TRUE(eventually([&] { return players_.polls() >= before + 4; }));
+    EXPECT_EQ(players_.volume("Spotify"), 80);
+}
+
+TEST_F(Announcement, ThatTheUserTurnsUpMeanwhileStaysThere)
+{
+    standins::setVoices({.finishesAtOnce = false});
+    launch();
+    spotifyPlays("A Song");
+    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    const int before = players_.polls();
+    players_.set("Spotify", {true, true, "A Song", "An Artist", "An Album of A Song", 60});
+    ASSERT_TRUE(eventually([&] { return players_.polls() >= before + 6; }));
+    standins::finishLine();
+    const int after = players_.polls();
+    ASSERT_TRUE(eventually([&] { return players_.polls() >= after + 2; }));
+    EXPECT_EQ(players_.volumesSet(), Volumes{28});
 }
 
 TEST_F(Announcement, ThatAQuitCutsLeavesNoPlayerLowered)

@@ -3,7 +3,6 @@
 #include "platform/macos/players/AppleScriptRunner.h"
 
 #include <atomic>
-#include <future>
 #include <thread>
 
 namespace sonvara {
@@ -64,22 +63,6 @@ TEST_F(AppleScriptRunnerTest, ReturnsWhyAScriptFailed)
 TEST_F(AppleScriptRunnerTest, TellsWhenATextIsNoScript)
 {
     EXPECT_FALSE(runScript("").created);
-}
-
-TEST_F(AppleScriptRunnerTest, OnTheMainThreadAScriptIsNotRunWhenAnotherOneHoldsTheComponent)
-{
-    std::promise<void> begun;
-    std::promise<void> gate;
-    standins::setScripts([&begun, open = gate.get_future().share()](const std::string&) {
-        begun.set_value();  // a second script would throw here
-        open.wait();
-        return ScriptAnswer{};
-    });
-    std::thread worker([] { (void)AppleScriptRunner().run("slow"); });
-    begun.get_future().wait();
-    EXPECT_FALSE(AppleScriptRunner().run("get sound volume").created);
-    gate.set_value();
-    worker.join();
 }
 
 TEST_F(AppleScriptRunnerTest, RunsOneScriptAtATime)

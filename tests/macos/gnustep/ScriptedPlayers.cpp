@@ -93,6 +93,11 @@ ScriptAnswer ScriptedPlayers::volumeScript(const std::string& name, const std::s
     const std::lock_guard lock(mutex_);
     if (denial_) return {.errorNumber = denial_};
     Player& player = players_[name];
+    if (source.find("is running then") != std::string::npos) {  // a look
+        if (!player.isRunning) return {};
+        return {.text = std::to_string(player.volume) + (player.isPlaying ? "||true||" : "||false||") +
+                        player.title};
+    }
     const std::size_t command = source.find(setCommand);
     if (command == std::string::npos)
         return {.text = std::to_string(player.volume), .integer = player.volume};

@@ -83,21 +83,18 @@ void MprisBus::askIntroduction(const std::string& owner, const Answer& answer)
 
 void MprisBus::askState(const std::string& owner, const Answer& answer)
 {
-    askProperties(owner, playerInterface, answer);
+    askProperties(owner, playerInterface, [this, owner, answer](const QVariantList& arguments) {
+        emit stateAnswered(owner, arguments);
+        answer(arguments);
+    });
 }
 
-void MprisBus::askVolume(const std::string& owner, const Answer& answer)
+void MprisBus::setVolume(const std::string& owner, double volume)
 {
-    auto question = propertiesCall(owner, QStringLiteral("Get"));
-    question.setArguments({playerInterface, volumeProperty});
-    ask(question, argumentsTo(answer));
-}
-
-void MprisBus::setVolume(const std::string& owner, double volume, const std::function<void(bool)>& done)
-{
-    auto question = propertiesCall(owner, QStringLiteral("Set"));
-    question.setArguments({playerInterface, volumeProperty, QVariant::fromValue(QDBusVariant(volume))});
-    ask(question, [done](const QDBusMessage& message) { done(isReply(message)); });
+    auto command = propertiesCall(owner, QStringLiteral("Set"));
+    command.setArguments({playerInterface, volumeProperty, QVariant::fromValue(QDBusVariant(volume))});
+    command.setAutoStartService(false);
+    connection_.send(command);
 }
 
 void MprisBus::takePropertiesChanged(const QDBusMessage& message)

@@ -40,10 +40,10 @@ public:
     void askProcess(const std::string& owner, const Answer& answer);
     void askIntroduction(const std::string& owner, const Answer& answer);
     void askState(const std::string& owner, const Answer& answer);
-    void askVolume(const std::string& owner, const Answer& answer);
 
-    /// Calls `done` once, later, with whether the player has accepted the volume (0.0 to 1.0).
-    void setVolume(const std::string& owner, double volume, const std::function<void(bool)>& done);
+    /// Sends a volume (1.0 is full) behind the questions of before, and ahead of those that follow. Nobody
+    /// hears whether it was accepted: players accept what they do not do.
+    void setVolume(const std::string& owner, double volume);
 
 signals:
     /// A player's name has another owner; an empty owner is none.
@@ -51,6 +51,8 @@ signals:
     /// The connection `owner` says that a player's properties have changed. The arguments are as
     /// they came.
     void stateSignalled(const std::string& owner, const QVariantList& arguments);
+    /// The same, but it was asked, by whomever: ahead of the answer itself. Empty without one.
+    void stateAnswered(const std::string& owner, const QVariantList& arguments);
     /// The bus has gone, for good.
     void lost();
 

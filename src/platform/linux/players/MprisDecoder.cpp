@@ -10,6 +10,8 @@
 namespace sonvara::players {
 namespace {
 
+constexpr double loudest = 100;  // some players go beyond full, none as far as that
+
 QVariant plain(const QVariant& value)
 {
     auto result = value;
@@ -104,15 +106,15 @@ StateChange decodeState(const QVariantMap& properties)
     return change;
 }
 
-std::optional<int> decodeVolume(const QVariant& value)
+std::optional<double> decodeVolume(const QVariant& value)
 {
     const auto volume = decodeNumber(value);
-    if (!volume || !std::isfinite(*volume)) return std::nullopt;
+    if (!volume || !(std::abs(*volume) <= loudest)) return std::nullopt;
     // A whole number beyond 1 is on another scale, on which nothing could be put back.
     const bool isFraction =
         plain(value).typeId() == QMetaType::Double || plain(value).typeId() == QMetaType::Float;
     if (!isFraction && (*volume < 0.0 || *volume > 1.0)) return std::nullopt;
-    return static_cast<int>(std::lround(std::clamp(*volume, 0.0, 1.0) * 100.0));
+    return std::max(*volume, 0.0);
 }
 
 }  // namespace sonvara::players

@@ -24,8 +24,8 @@ namespace sonvara::players {
 /// What `properties`, some properties of a player, say of its state.
 [[nodiscard]] StateChange decodeState(const QVariantMap& properties);
 
-/// A volume from 0.0 to 1.0 as a percentage, rounded; beyond these limits, the limit. Absent if
-/// `value` is no finite number, or a whole number of another scale.
-[[nodiscard]] std::optional<int> decodeVolume(const QVariant& value);
+/// A volume, 1.0 for full, as the very number that it is; 0.0 for less. Absent if `value` is no finite
+/// number, or a whole number of another scale.
+[[nodiscard]] std::optional<double> decodeVolume(const QVariant& value);
 
 }  // namespace sonvara::players

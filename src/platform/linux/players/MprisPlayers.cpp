@@ -22,17 +22,12 @@ struct MprisPlayers::Parts {
 
     void carryOut(const ScriptCommand& command, const PlayerScriptRunner::Answer& answer)
     {
-        switch (command.verb) {
-        case ScriptCommand::Verb::poll: watch.poll(command.player, answer); break;
-        case ScriptCommand::Verb::getVolume: volume.read(command.player, answer); break;
-        case ScriptCommand::Verb::setVolume: volume.set(command.player, command.volume, answer); break;
-        }
+        watch.poll(command.player, answer);
     }
 
     // Any thread.
     [[nodiscard]] std::optional<ScriptResult> known(const ScriptCommand& command) const
     {
-        if (command.verb != ScriptCommand::Verb::poll) return std::nullopt;
         return watch.pollBoard().read(command.player, std::chrono::steady_clock::now());
     }
 
@@ -59,9 +54,14 @@ ScriptRunner& MprisPlayers::scriptRunner()
     return parts_->runner;
 }
 
-std::optional<std::string> MprisPlayers::lastReadProgram(const std::string& player) const
+VolumePlayers& MprisPlayers::volumes()
 {
-    return parts_->volume.lastReadProgram(player);
+    return parts_->volume;
+}
+
+void MprisPlayers::reportTo(LoweredPlayers& keeper)
+{
+    parts_->volume.reportTo(keeper);
 }
 
 }  // namespace sonvara

@@ -8,10 +8,11 @@
 #include <QDBusConnection>
 
 #include <memory>
-#include <optional>
-#include <string>
 
 namespace sonvara {
+
+class LoweredPlayers;
+class VolumePlayers;
 
 /// Answers for the Spotify client and for the desktop's own music player, "Music", which is of all
 /// other players the one that plays, else the one that changed last. Without a session bus no player
@@ -28,13 +29,14 @@ public:
     MprisPlayers& operator=(const MprisPlayers&) = delete;
 
     [[nodiscard]] NotificationCenter& notificationCenter();
-    /// Understands six forms of script: for each of the two players the one that tells its track,
-    /// and the commands that read and set its volume. Every script ends within one second.
+    /// Understands two scripts: for each of the two players the one that tells its track. Each ends within
+    /// one second.
     [[nodiscard]] ScriptRunner& scriptRunner();
 
-    /// Any thread: the bus name of the player whose volume the scripts for "Music" or "Spotify" have last
-    /// read, if they have read any.
-    [[nodiscard]] std::optional<std::string> lastReadProgram(const std::string& player) const;
+    /// The players' volumes.
+    [[nodiscard]] VolumePlayers& volumes();
+    /// From now on `keeper` is told what happens to them. It must outlive the events.
+    void reportTo(LoweredPlayers& keeper);
 
 private:
     struct Parts;

@@ -1,82 +1,96 @@
 #include "platform/linux/players/MprisVolume.h"
 
 #include "platform/linux/players/MprisDecoder.h"
+#include "platform/linux/players/ScriptCommand.h"
+#include "volume/LoweredNotes.h"
+#include "volume/LoweredPlayers.h"
 
-#include <chrono>
-#include <utility>
+#include <algorithm>
+#include <vector>
 
 namespace sonvara::players {
 namespace {
 
-ScriptResult notRunning(PlayerKind kind)
+std::string keyOf(const Track& track)
 {
-    return ScriptResult::ofError(std::string(nameOf(kind)) + " is not running");
+    return track.id + '\n' + track.title + '\n' + track.url;
+}
+
+std::optional<VolumeLook> lookOf(const QVariantMap& properties)
+{
+    const auto volume = decodeVolume(properties.value(QStringLiteral("Volume")));
+    if (!volume) return std::nullopt;
+    const auto state = decodeState(properties);
+    return VolumeLook{state.status == PlaybackStatus::playing, *volume, keyOf(state.track.value_or(Track{}))};
 }
 
 }  // namespace
 
 MprisVolume::MprisVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_(bus), directory_(directory)
 {
-    connect(&bus, &MprisBus::stateSignalled, this, &MprisVolume::takeSignal);
+    connect(&bus, &MprisBus::ownerChanged, this,
+            [this](const std::string&, const std::string&, const std::string& now) { takeOwnerChange(now); });
+    connect(&bus, &MprisBus::stateSignalled, this,
+            [this](const std::string& owner, const QVariantList& arguments) {
+                takeState(owner, decodeMap(arguments.value(1)));
+            });
+    connect(&bus, &MprisBus::stateAnswered, this,
+            [this](const std::string& owner, const QVariantList& arguments) {
+                takeState(owner, decodeMap(arguments.value(0)));
+            });
 }
 
-void MprisVolume::read(PlayerKind kind, const Answer& answer)
+PlayerRun MprisVolume::meant(const std::string& player)
 {
-    const auto* player = directory_.chosen(kind);
-    if (player == nullptr) {
-        answer(notRunning(kind));
-        return;
-    }
-    auto lastRead = lastRead_.load() ? *lastRead_.load() : Programs();
-    lastRead[std::string(nameOf(kind))] = player->names.front();
-    lastRead_.store(std::move(lastRead));
-    bus_.askVolume(player->owner, [this, answer, kind, owner = player->owner](const QVariantList& arguments) {
-        const auto volume = decodeVolume(arguments.value(0));
-        if (volume) holds_[kind].learn(owner, *volume);
-        answer(volume ? volumeAnswer(*volume)
-                      : ScriptResult::ofError(std::string(nameOf(kind)) + " tells no volume"));
+    const auto kind = std::ranges::find(allPlayerKinds, player, nameOf);
+    const auto* chosen = kind == allPlayerKinds.end() ? nullptr : directory_.chosen(*kind);
+    return chosen == nullptr ? 0 : report(*chosen);
+}
+
+void MprisVolume::look(PlayerRun run, const Answer& answer)
+{
+    bus_.askState(owners_[run], [answer](const QVariantList& arguments) {
+        answer(lookOf(decodeMap(arguments.value(0)).value_or(QVariantMap())));
     });
 }
 
-void MprisVolume::set(PlayerKind kind, int volume, const Answer& answer)
+void MprisVolume::tell(PlayerRun run, double volume)
 {
-    const auto* player = playerToSet(kind);
-    if (player == nullptr) {
-        answer(notRunning(kind));
-        return;
+    bus_.setVolume(owners_[run], volume);
+}
+
+PlayerRun MprisVolume::report(const Player& player)
+{
+    if (keeper_ != nullptr && owners_.emplace(player.serial, player.owner).second)
+        keeper_->appeared(player.serial, stableName(player.names.front()));
+    return player.serial;
+}
+
+void MprisVolume::takeOwnerChange(const std::string& now)
+{
+    if (keeper_ == nullptr) return;
+    std::vector<PlayerRun> lost;
+    for (const auto& [run, owner] : owners_) {
+        const auto* player = directory_.find(owner);
+        if (player == nullptr || player->serial != run) lost.push_back(run);
     }
-    holds_[kind].set(player->owner, volume, std::chrono::steady_clock::now());
-    bus_.setVolume(player->owner, volume / 100.0, [answer, kind](bool accepted) {
-        answer(accepted ? ScriptResult{}
-                        : ScriptResult::ofError(std::string(nameOf(kind)) + " accepts no volume"));
-    });
-}
-
-void MprisVolume::takeSignal(const std::string& owner, const QVariantList& arguments)
-{
-    const auto now = std::chrono::steady_clock::now();
-    for (auto& [kind, hold] : holds_) {
-        if (!hold.isOpen(owner, now)) continue;
-        const auto changed = decodeMap(arguments.value(1)).value_or(QVariantMap());
-        const auto volume = decodeVolume(changed.value(QStringLiteral("Volume")));
-        if (!volume) continue;
-        if (const auto again = hold.hear(owner, *volume, now))
-            bus_.setVolume(owner, *again / 100.0, [](bool) {});
+    for (const auto run : lost) {
+        owners_.erase(run);
+        keeper_->gone(run);
     }
+    if (const auto* player = directory_.find(now)) report(*player);
 }
 
-const Player* MprisVolume::playerToSet(PlayerKind kind) const
+void MprisVolume::takeState(const std::string& owner, const std::optional<QVariantMap>& properties)
 {
-    const auto program = lastReadProgram(std::string(nameOf(kind)));
-    return program ? directory_.findByName(*program) : directory_.chosen(kind);
-}
-
-std::optional<std::string> MprisVolume::lastReadProgram(const std::string& player) const
-{
-    const auto lastRead = lastRead_.load();
-    if (!lastRead) return std::nullopt;
-    const auto found = lastRead->find(player);
-    return found == lastRead->end() ? std::nullopt : std::optional(found->second);
+    const auto* player = directory_.find(owner);
+    if (player == nullptr || keeper_ == nullptr) return;
+    const auto run = report(*player);
+    const auto state = decodeState(properties.value_or(QVariantMap()));
+    const auto isPlaying =
+        state.status ? std::optional(*state.status == PlaybackStatus::playing) : std::nullopt;
+    const auto track = state.track ? std::optional(keyOf(*state.track)) : std::nullopt;
+    keeper_->heard(run, isPlaying, track);
 }
 
 }  // namespace sonvara::players

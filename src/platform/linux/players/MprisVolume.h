@@ -1,50 +1,49 @@
-// Reads and sets a player's own volume.
+// The volumes of the players on the bus.
 #pragma once
 
 #include "platform/linux/players/MprisBus.h"
 #include "platform/linux/players/PlayerDirectory.h"
-#include "platform/linux/players/ScriptCommand.h"
-#include "platform/linux/players/VolumeHold.h"
-#include "support/Snapshot.h"
+#include "volume/VolumePlayers.h"
 
 #include <QObject>
 #include <QVariantList>
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 
-namespace sonvara::players {
+namespace sonvara {
 
-/// Always asks the player itself: what players signal of their volume may be late or missing. Main
-/// thread; answers come later or at once, exactly once.
-///
-/// A name like "Music" may mean another program a moment later. A volume is therefore set on the
-/// program on which it was last read, so that what was lowered is what is raised again. A program that
-/// undoes it at once is told once more.
-class MprisVolume : public QObject {
+class LoweredPlayers;
+
+namespace players {
+
+/// A run is one connection to the bus, as the directory knows it. Always asks the player itself: what players
+/// signal of their volume may be late or missing, so a signal is only a reason to ask. A player without an
+/// answer within the limit of the bus has none.
+class MprisVolume final : public QObject, public VolumePlayers {
 public:
-    using Answer = std::function<void(ScriptResult)>;
-
     MprisVolume(MprisBus& bus, const PlayerDirectory& directory);
 
-    void read(PlayerKind kind, const Answer& answer);
-    void set(PlayerKind kind, int volume, const Answer& answer);
+    /// From now on `keeper` is told of the players that are there, come, go and change. It must outlive the
+    /// events.
+    void reportTo(LoweredPlayers& keeper) { keeper_ = &keeper; }
 
-    /// Any thread: the bus name of the program on which the volume of `player` was last read.
-    [[nodiscard]] std::optional<std::string> lastReadProgram(const std::string& player) const;
+    [[nodiscard]] PlayerRun meant(const std::string& player) override;
+    void read(PlayerRun run, const Answer& answer) override { look(run, answer); }
+    void look(PlayerRun run, const Answer& answer) override;
+    void tell(PlayerRun run, double volume) override;
 
 private:
-    using Programs = std::map<std::string, std::string>;  // the program's name on the bus by the player's
-
-    [[nodiscard]] const Player* playerToSet(PlayerKind kind) const;
-    void takeSignal(const std::string& owner, const QVariantList& arguments);
+    PlayerRun report(const Player& player);
+    void takeOwnerChange(const std::string& now);
+    void takeState(const std::string& owner, const std::optional<QVariantMap>& properties);
 
     MprisBus& bus_;
     const PlayerDirectory& directory_;
-    Snapshot<Programs> lastRead_;  // by name, so that a player started anew is the same
-    std::map<PlayerKind, VolumeHold> holds_;
+    LoweredPlayers* keeper_ = nullptr;
+    std::map<PlayerRun, std::string> owners_;  ///< of the runs that were reported
 };
 
-}  // namespace sonvara::players
+}  // namespace players
+}  // namespace sonvara

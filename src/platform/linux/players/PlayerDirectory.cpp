@@ -56,11 +56,10 @@ Player* PlayerDirectory::find(const std::string& owner)
     return found == players_.end() ? nullptr : &*found;
 }
 
-const Player* PlayerDirectory::findByName(const std::string& name) const
+const Player* PlayerDirectory::find(const std::string& owner) const
 {
-    const auto found = std::find_if(players_.begin(), players_.end(), [&](const auto& each) {
-        return std::find(each.names.begin(), each.names.end(), name) != each.names.end();
-    });
+    const auto found =
+        std::find_if(players_.begin(), players_.end(), [&](const auto& each) { return each.owner == owner; });
     return found == players_.end() ? nullptr : &*found;
 }
 

@@ -45,8 +45,7 @@ public:
 
     /// The player of the connection `owner`; null if it is none.
     [[nodiscard]] Player* find(const std::string& owner);
-    /// The player that owns `name`; null if none does.
-    [[nodiscard]] const Player* findByName(const std::string& name) const;
+    [[nodiscard]] const Player* find(const std::string& owner) const;
 
     /// Takes in a message of `player`.
     void observe(Player& player, StateChange change, Time now);

@@ -34,12 +34,6 @@ private:
     std::optional<ScriptResult> result_;
 };
 
-ScriptResult failureOf(const ScriptCommand& command)
-{
-    if (command.verb == ScriptCommand::Verb::poll) return pollFailure();
-    return ScriptResult::ofError(std::string(nameOf(command.player)) + " does not answer");
-}
-
 }  // namespace
 
 ScriptResult PlayerScriptRunner::run(const std::string& source)
@@ -48,7 +42,7 @@ ScriptResult PlayerScriptRunner::run(const std::string& source)
     if (!command) return ScriptResult::ofError("the text is no command that a player understands");
     if (auto known = shortcut_(*command)) return *std::move(known);
 
-    const auto failure = failureOf(*command);
+    const auto failure = pollFailure();
     const auto slot = std::make_shared<AnswerSlot>();
     // When nobody is left who could answer, the last one to go says so.
     std::shared_ptr<AnswerSlot> sender(slot.get(), [slot, failure](AnswerSlot* each) { each->put(failure); });

@@ -17,16 +17,8 @@ std::string_view truthValue(bool value)
 
 std::optional<ScriptCommand> recognise(std::string_view source)
 {
-    using Verb = ScriptCommand::Verb;
-    if (source == musicPollScript()) return ScriptCommand{Verb::poll, PlayerKind::music};
-    if (source == spotifyPollScript()) return ScriptCommand{Verb::poll, PlayerKind::spotify};
-    const auto command = parseVolumeScript(source);
-    if (!command) return std::nullopt;
-    for (const auto player : allPlayerKinds) {
-        if (command->player != nameOf(player)) continue;
-        if (!command->volume) return ScriptCommand{Verb::getVolume, player};
-        return ScriptCommand{Verb::setVolume, player, *command->volume};
-    }
+    if (source == musicPollScript()) return ScriptCommand{PlayerKind::music};
+    if (source == spotifyPollScript()) return ScriptCommand{PlayerKind::spotify};
     return std::nullopt;
 }
 
@@ -53,13 +45,6 @@ ScriptResult notRunningAnswer()
 ScriptResult pollFailure()
 {
     return ScriptResult::ofText("error");
-}
-
-ScriptResult volumeAnswer(int volume)
-{
-    auto result = ScriptResult::ofText(std::to_string(volume));
-    result.integer = volume;
-    return result;
 }
 
 }  // namespace sonvara::players

@@ -12,18 +12,13 @@
 namespace sonvara::players {
 
 struct ScriptCommand {
-    enum class Verb { poll, getVolume, setVolume };
-
-    Verb verb = Verb::poll;
-    PlayerKind player = PlayerKind::music;
-    int volume = 0;  ///< 0 to 100; only for `setVolume`
+    PlayerKind player = PlayerKind::music;  ///< whose current track is asked for
 
     friend bool operator==(const ScriptCommand&, const ScriptCommand&) = default;
 };
 
-/// What `source` asks for; absent unless it is, byte for byte, one of the texts that the system
-/// sends: per player one that tells the current track, one that reads the volume and one that sets
-/// it to a decimal number from 0 to 100 without sign or leading zeros.
+/// What `source` asks for; absent unless it is, byte for byte, one of the texts with which the system asks
+/// for the current track, per player one.
 [[nodiscard]] std::optional<ScriptCommand> recognise(std::string_view source);
 
 /// The name by which scripts address the player.
@@ -35,6 +30,5 @@ struct ScriptCommand {
 [[nodiscard]] ScriptResult notRunningAnswer();
 /// The answer to a poll of a player that runs but says nothing of use.
 [[nodiscard]] ScriptResult pollFailure();
-[[nodiscard]] ScriptResult volumeAnswer(int volume);
 
 }  // namespace sonvara::players

@@ -3,22 +3,11 @@
 #import "platform/macos/system/ObjcPtr.h"
 #import "platform/macos/system/Strings.h"
 
-#include <chrono>
 #include <mutex>
 
 namespace sonvara {
 
 namespace {
-
-constexpr auto mainThreadPatience = std::chrono::seconds(2);
-
-/// The right to use the component, unless waiting for it would keep the program from ending.
-std::unique_lock<std::timed_mutex> lockComponent()
-{
-    static std::timed_mutex mutex;
-    if ([NSThread isMainThread]) return std::unique_lock(mutex, mainThreadPatience);
-    return std::unique_lock(mutex);
-}
 
 ScriptResult execute(NSAppleScript* script)
 {
@@ -35,8 +24,8 @@ ScriptResult execute(NSAppleScript* script)
 
 ScriptResult AppleScriptRunner::run(const std::string& source)
 {
-    const auto lock = lockComponent();
-    if (!lock) return {.created = false, .error = {}, .text = {}, .integer = 0};
+    static std::mutex component;
+    const std::lock_guard lock(component);
     @autoreleasepool {  // inside the lock: what the component leaves behind is released under it, too
         const auto script =
             ObjcPtr<NSAppleScript>::adopt([[NSAppleScript alloc] initWithSource:toNSString(source)]);

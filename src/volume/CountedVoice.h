@@ -1,4 +1,4 @@
-// A voice whose lines do not end before the player has been lowered for them.
+// A voice of which the keeper of the volumes knows how many lines are under way.
 #pragma once
 
 #include "ports/SpeechSynthesizer.h"
@@ -7,16 +7,14 @@
 
 namespace sonvara {
 
-class GlobalQueue;
+class LoweredPlayers;
+class MainQueue;
 
-/// A player is lowered while the line begins, which takes it a while, and is put back at the line's end. An
-/// end that overtook the lowering would leave the player lowered: a line that nothing can speak ends at once,
-/// and a pause may come at any moment. So of each line's end nothing is heard for the first second. What is
-/// heard of the voice itself is unchanged.
-class PatientVoice : public SpeechSynthesizer {
+/// Passes everything on unchanged and at once, and counts. Main thread, as the voice.
+class CountedVoice final : public SpeechSynthesizer {
 public:
-    /// Both must outlive this.
-    PatientVoice(SpeechSynthesizer& voice, GlobalQueue& queue);
+    /// All must outlive the voice's last call.
+    CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& keeper);
 
     void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate) override;
     void speak(SpeechUtterance utterance) override;
@@ -31,7 +29,7 @@ private:
     class Endings;
 
     SpeechSynthesizer& voice_;
-    GlobalQueue& queue_;
+    LoweredPlayers& keeper_;
     std::shared_ptr<Endings> endings_;
 };
 

@@ -1,0 +1,58 @@
+#include "volume/CountedVoice.h"
+
+#include "ports/MainQueue.h"
+#include "volume/LoweredPlayers.h"
+
+#include <mutex>
+#include <utility>
+
+namespace sonvara {
+
+class CountedVoice::Endings final : public SpeechSynthesizerDelegate {
+public:
+    Endings(MainQueue& mainQueue, LoweredPlayers& keeper) : mainQueue_(mainQueue), keeper_(keeper) {}
+
+    void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate)
+    {
+        const std::lock_guard lock(mutex_);
+        delegate_ = std::move(delegate);
+    }
+    void didFinish() override { end(&SpeechSynthesizerDelegate::didFinish); }
+    void didCancel() override { end(&SpeechSynthesizerDelegate::didCancel); }
+
+private:
+    void end(void (SpeechSynthesizerDelegate::*ending)())
+    {
+        mainQueue_.post([&keeper = keeper_] { keeper.lineEnded(); });
+        std::unique_lock lock(mutex_);
+        const auto delegate = delegate_.lock();
+        lock.unlock();
+        if (delegate) ((*delegate).*ending)();
+    }
+
+    MainQueue& mainQueue_;
+    LoweredPlayers& keeper_;
+    std::mutex mutex_;  ///< guards the rest: ends come on any thread
+    std::weak_ptr<SpeechSynthesizerDelegate> delegate_;
+};
+
+CountedVoice::CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& keeper)
+    : voice_(voice),
+      keeper_(keeper),
+      endings_(std::make_shared<Endings>(mainQueue, keeper))
+{
+    voice_.setDelegate(endings_);
+}
+
+void CountedVoice::setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate)
+{
+    endings_->setDelegate(std::move(delegate));
+}
+
+void CountedVoice::speak(SpeechUtterance utterance)
+{
+    keeper_.lineBegan();
+    voice_.speak(std::move(utterance));
+}
+
+}  // namespace sonvara
