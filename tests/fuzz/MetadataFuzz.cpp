@@ -12,7 +12,7 @@
 #include <string>
 
 using namespace sonvara;
-using namespace sonvara::players;
+using namespace sonvara;
 using fuzz::require;
 
 namespace {

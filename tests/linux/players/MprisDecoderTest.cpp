@@ -10,7 +10,7 @@
 #include <cmath>
 #include <limits>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 const QVariantMap song{{"xesam:title", "Song"},
@@ -133,4 +133,4 @@ TEST(MprisDecoder, WhatIsNoFiniteNumberIsNoVolume)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -95,4 +95,4 @@ TEST(PictureFeed, AChangeUndoneBeforeItsTurnIsNone)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 class PlayerDirectoryTest : public testing::Test {
@@ -168,4 +168,4 @@ TEST_F(PlayerDirectoryTest, APlayerWithHalfAFirstTrackIsNotKnownYet)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

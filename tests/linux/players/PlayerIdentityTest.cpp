@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 NameKind kindOf(const std::string& name)
@@ -79,4 +79,4 @@ TEST(PlayerIdentity, PlayersWithRelatedWordsAreNoBrowsers)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

@@ -4,7 +4,7 @@
 
 #include <thread>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 TEST(PlayerNotificationCenter, CallsTheObserversOfTheNameInOrder)
@@ -59,4 +59,4 @@ TEST(PlayerNotificationCenter, AHandleMayBeDroppedOnAnotherThreadAndAfterTheCent
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

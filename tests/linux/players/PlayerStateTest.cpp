@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 Track track(const std::string& title, const std::string& artist = "Artist")
@@ -105,4 +105,4 @@ TEST(PlayerState, ATrackNamedAfterAStopIsBelieved)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -28,4 +28,4 @@ TEST(PollBoard, AnswersForEachPlayerUntilItsTimeIsUp)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

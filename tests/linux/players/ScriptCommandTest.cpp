@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 TEST(ScriptCommand, ThePollsAreThoseThatTheMonitorSends)
@@ -61,4 +61,4 @@ TEST(ScriptCommand, WithoutATrackThePollAnswersError)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

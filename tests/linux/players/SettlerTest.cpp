@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara::players {
+namespace sonvara::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -208,4 +208,4 @@ TEST_F(SettlerTest, AnAdvertisementEndsTheTrack)
 }
 
 }  // namespace
-}  // namespace sonvara::players
+}  // namespace sonvara::test

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 const QString daemonName = QStringLiteral("org.freedesktop.DBus");
@@ -132,4 +132,4 @@ void MprisBus::askProperties(const std::string& owner, const QString& interface,
     ask(question, argumentsTo(answer));
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

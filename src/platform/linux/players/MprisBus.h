@@ -12,7 +12,7 @@
 
 class QDBusServiceWatcher;
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// Plain messages only: no proxy objects, whose making may wait for a hung player. Main thread;
 /// nothing blocks, and nobody is started by being asked.
@@ -68,4 +68,4 @@ private:
     QDBusConnection connection_;
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 constexpr double loudest = 100;  // some players go beyond full, none as far as that
@@ -117,4 +117,4 @@ std::optional<double> decodeVolume(const QVariant& value)
     return std::max(*volume, 0.0);
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

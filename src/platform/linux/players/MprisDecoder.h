@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// The string-keyed map in `wrapped`, as it comes over the bus; absent if it is something else.
 [[nodiscard]] std::optional<QVariantMap> decodeMap(const QVariant& wrapped);
@@ -28,4 +28,4 @@ namespace sonvara::players {
 /// number, or a whole number of another scale.
 [[nodiscard]] std::optional<double> decodeVolume(const QVariant& value);
 
-}  // namespace sonvara::players
+}  // namespace sonvara

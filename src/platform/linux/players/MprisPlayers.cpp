@@ -8,8 +8,6 @@
 
 namespace sonvara {
 
-using namespace players;
-
 struct MprisPlayers::Parts {
     Parts(const QDBusConnection& connection, SystemLog& log)
         : bus(connection),

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 std::string keyOf(const Track& track)
@@ -93,4 +93,4 @@ void MprisVolume::takeState(const std::string& owner, const std::optional<QVaria
     keeper_->heard(run, isPlaying, track);
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

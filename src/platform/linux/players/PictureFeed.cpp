@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 std::string textOf(PlaybackStatus status)
@@ -43,4 +43,4 @@ std::optional<Notification> PictureFeed::follow(const Picture& picture, Time now
     return notificationOf(kind_, picture);
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

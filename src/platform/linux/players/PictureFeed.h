@@ -10,7 +10,7 @@
 #include <optional>
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// The notification by which the player `kind` tells of `picture`.
 [[nodiscard]] Notification notificationOf(PlayerKind kind, const Picture& picture);
@@ -43,4 +43,4 @@ private:
     std::optional<Time> deadline_;
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

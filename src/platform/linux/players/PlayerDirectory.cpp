@@ -4,7 +4,7 @@
 #include <tuple>
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 
 NameKind Player::kindOfNames() const
 {
@@ -144,4 +144,4 @@ void PlayerDirectory::noteChange(Player& player, const Picture& before)
     if (player.settler.picture() != before) player.changed = ++changes_;
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// One connection to the bus that owns at least one player's name.
 struct Player {
@@ -71,4 +71,4 @@ private:
     std::uint64_t serials_ = 0;
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

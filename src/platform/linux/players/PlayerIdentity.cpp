@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 constexpr std::array<std::string_view, 17> browserWords = {
@@ -64,4 +64,4 @@ bool isBrowser(NameKind name, const Introduction& introduction)
     return namesBrowser(introduction.identity) || namesBrowser(introduction.desktopEntry);
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

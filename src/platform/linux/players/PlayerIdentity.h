@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// The two players that the system knows: the Spotify client, and the desktop's own music player.
 enum class PlayerKind { music, spotify };
@@ -36,4 +36,4 @@ struct Introduction {
 /// Whether a program is a web browser by its own words; by its bus name only if it says nothing.
 [[nodiscard]] bool isBrowser(NameKind name, const Introduction& introduction);
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 
 Subscription PlayerNotificationCenter::addObserver(const std::string& name,
                                                    std::function<void(const Notification&)> observer)
@@ -20,4 +20,4 @@ void PlayerNotificationCenter::post(const Notification& notification)
         if (each->name == notification.name && each->live->load()) each->call(notification);
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

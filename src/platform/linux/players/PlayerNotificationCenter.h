@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// Hands notifications to their observers. Main thread, except that handles may be dropped anywhere;
 /// the observer itself is destroyed on the main thread, with a later notification or with the center.
@@ -28,4 +28,4 @@ private:
     std::vector<std::shared_ptr<const Observer>> observers_;
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 // Where a worker waits for the answer to its script. The first answer counts.
@@ -69,4 +69,4 @@ bool PlayerScriptRunner::event(QEvent* event)
     return true;
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

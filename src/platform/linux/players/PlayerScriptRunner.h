@@ -12,7 +12,7 @@
 #include <optional>
 #include <vector>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// A script ends within `limit`, whatever the players and the main thread do. The runner is made and
 /// destroyed on the main thread; scripts that wait for their answer then end as failed.
@@ -49,4 +49,4 @@ private:
     std::vector<Request> requests_;  // under the mutex
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 std::string percentDecoded(std::string_view text)
@@ -71,4 +71,4 @@ Picture pictureOf(const PlayerState& state)
     return {state.status, track.title, track.artist, track.album, track.loved};
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace sonvara::players {
+namespace sonvara {
 
 enum class PlaybackStatus { playing, paused, stopped };
 
@@ -59,4 +59,4 @@ void merge(PlayerState& state, StateChange change);
 /// A stopped player, an advertisement and a track without a title are told as no track.
 [[nodiscard]] Picture pictureOf(const PlayerState& state);
 
-}  // namespace sonvara::players
+}  // namespace sonvara

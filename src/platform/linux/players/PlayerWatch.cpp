@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 Time now()
@@ -255,4 +255,4 @@ std::optional<PollBoard::Known> PlayerWatch::known(PlayerKind kind) const
     return PollBoard::Known{player->settler.picture(), player->answered + trust};
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

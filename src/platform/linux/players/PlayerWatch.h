@@ -21,7 +21,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// The one place that knows what the players do. Main thread only; nothing blocks.
 ///
@@ -92,4 +92,4 @@ private:
     QTimer timer_;
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

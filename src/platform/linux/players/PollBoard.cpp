@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 
 void PollBoard::put(PlayerKind kind, std::optional<Known> known)
 {
@@ -22,4 +22,4 @@ std::optional<ScriptResult> PollBoard::read(PlayerKind kind, Time now) const
     return picture ? pollAnswer(kind, *picture) : notRunningAnswer();
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

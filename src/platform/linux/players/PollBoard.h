@@ -8,7 +8,7 @@
 #include <mutex>
 #include <optional>
 
-namespace sonvara::players {
+namespace sonvara {
 
 /// Any thread. A poll that is answered here wakes neither the main thread nor the player.
 class PollBoard {
@@ -28,4 +28,4 @@ private:
     std::map<PlayerKind, Known> known_;  // under the mutex
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 namespace {
 
 std::string_view truthValue(bool value)
@@ -47,4 +47,4 @@ ScriptResult pollFailure()
     return ScriptResult::ofText("error");
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace sonvara::players {
+namespace sonvara {
 
 struct ScriptCommand {
     PlayerKind player = PlayerKind::music;  ///< whose current track is asked for
@@ -31,4 +31,4 @@ struct ScriptCommand {
 /// The answer to a poll of a player that runs but says nothing of use.
 [[nodiscard]] ScriptResult pollFailure();
 
-}  // namespace sonvara::players
+}  // namespace sonvara

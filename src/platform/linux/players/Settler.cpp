@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace sonvara::players {
+namespace sonvara {
 
 void Settler::observe(const PlayerState& said, Time now)
 {
@@ -52,4 +52,4 @@ void Settler::wait(const PlayerState& said, Time now)
     waiting_->said = said;
 }
 
-}  // namespace sonvara::players
+}  // namespace sonvara

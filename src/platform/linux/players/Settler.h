@@ -6,7 +6,7 @@
 #include <chrono>
 #include <optional>
 
-namespace sonvara::players {
+namespace sonvara {
 
 using Time = std::chrono::steady_clock::time_point;
 
@@ -52,4 +52,4 @@ private:
     std::optional<Waiting> waiting_;
 };
 
-}  // namespace sonvara::players
+}  // namespace sonvara
