@@ -2,9 +2,9 @@
 
 #include "ai/IntroText.h"
 #include "ports/ChildProcess.h"
-#include "ports/FileManager.h"
-#include "ports/GlobalQueue.h"
 #include "ports/Platform.h"
+#include "ports/Queues.h"
+#include "ports/System.h"
 #include "ports/UserDefaults.h"
 #include "support/Text.h"
 

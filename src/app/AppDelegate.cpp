@@ -2,9 +2,9 @@
 
 #include "log/DJLog.h"
 #include "monitor/MusicMonitor.h"
-#include "ports/Environment.h"
-#include "ports/MainQueue.h"
 #include "ports/Platform.h"
+#include "ports/Queues.h"
+#include "ports/System.h"
 #include "speech/SpeechManager.h"
 #include "ui/StatusBarController.h"
 

@@ -1,7 +1,7 @@
 #include "log/DJLog.h"
 
-#include "ports/MainQueue.h"
-#include "support/Uuid.h"
+#include "ports/Queues.h"
+#include "support/Random.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,7 +1,7 @@
 // The activity log: what the application did recently, for the user to read.
 #pragma once
 
-#include "ports/Clock.h"
+#include "ports/System.h"
 #include "support/Observable.h"
 
 #include <array>

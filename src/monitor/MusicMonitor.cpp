@@ -1,7 +1,7 @@
 #include "monitor/MusicMonitor.h"
 
-#include "ports/GlobalQueue.h"
 #include "ports/Platform.h"
+#include "ports/Queues.h"
 #include "ports/ScriptRunner.h"
 #include "support/PlayerScripts.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "monitor/NowPlaying.h"
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 #include "ports/SystemLog.h"
 #include "support/Observable.h"
 #include "support/Snapshot.h"

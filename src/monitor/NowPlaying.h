@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ports/NotificationCenter.h"
-#include "support/Players.h"
+#include "support/PlayerScripts.h"
 
 #include <cstddef>
 #include <optional>

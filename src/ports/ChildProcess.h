@@ -1,7 +1,7 @@
 // Port: running another program.
 #pragma once
 
-#include "ports/Environment.h"
+#include "ports/System.h"
 
 #include <memory>
 #include <optional>

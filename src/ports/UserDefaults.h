@@ -1,7 +1,6 @@
-// Port: the store of the user's settings.
+// Port: the store of the user's settings, and which settings there are: keys, types and defaults.
 #pragma once
 
-#include "support/Setting.h"
 #include "support/Subscription.h"
 
 #include <functional>
@@ -29,6 +28,27 @@ public:
     /// Calls `changed` on the main thread after any value changed, here or in another process.
     [[nodiscard]] virtual Subscription onChange(std::function<void()> changed) = 0;
 };
+
+/// A key of the settings store and the value that every reader takes when nothing is stored there.
+/// Defaults are never written to the store.
+template <typename T>
+struct Setting {
+    const char* key;
+    T whenAbsent;
+};
+
+namespace settings {
+
+/// Tracks are announced at all.
+inline constexpr Setting<bool> announcementsEnabled{"announcementsEnabled", true};
+/// The player is lowered while the DJ speaks.
+inline constexpr Setting<bool> duckMusic{"duckMusic", true};
+/// Intros are written by a command-line AI tool.
+inline constexpr Setting<bool> aiIntros{"aiIntros", false};
+/// Which tool: the raw value of an `AIProvider`.
+inline constexpr Setting<const char*> aiProvider{"aiProvider", "claudeCLI"};
+
+}  // namespace settings
 
 /// The stored Boolean, or the setting's default when nothing is stored under its key.
 inline bool read(const UserDefaults& defaults, const Setting<bool>& setting)

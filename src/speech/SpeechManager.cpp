@@ -2,11 +2,12 @@
 
 #include "ai/AIDJ.h"
 #include "log/DJLog.h"
-#include "ports/MainQueue.h"
 #include "ports/Platform.h"
+#include "ports/Queues.h"
 #include "ports/UserDefaults.h"
 #include "speech/AnnouncementPolicy.h"
 #include "speech/DJStyle.h"
+#include "speech/PlayerVolume.h"
 
 #include <utility>
 
@@ -108,6 +109,35 @@ void SpeechManager::restoreVolumeLater()
     platform_.mainQueue.post([weak = weak_from_this()] {
         if (const auto manager = weak.lock()) manager->restoreVolume();
     });
+}
+
+// Lowering the player: the bookkeeping stays on the main thread; the commands, which block, run on workers.
+void SpeechManager::duck(const std::string& source)
+{
+    if (duckedSource_) return;  // lowered already: the volume to go back to is the first one read
+    auto& platform = platform_;
+    platform.globalQueue.post(QualityOfService::userInitiated, [weak = weak_from_this(), source, &platform] {
+        const auto volume = PlayerVolume::read(platform.scriptRunner, source);
+        if (!volume) return;
+        PlayerVolume::set(platform.scriptRunner, source, PlayerVolume::ducked(*volume));
+        platform.mainQueue.post([weak, source, volume] {
+            const auto manager = weak.lock();
+            if (!manager) return;
+            manager->duckedSource_ = source;
+            manager->preDuckVolume_ = volume;
+        });
+    });
+}
+
+void SpeechManager::restoreVolume()
+{
+    if (!duckedSource_ || !preDuckVolume_) return;
+    auto& scripts = platform_.scriptRunner;
+    platform_.globalQueue.post(QualityOfService::userInitiated,
+                               [&scripts, source = *std::exchange(duckedSource_, std::nullopt),
+                                volume = *std::exchange(preDuckVolume_, std::nullopt)] {
+                                   PlayerVolume::set(scripts, source, volume);
+                               });
 }
 
 }  // namespace sonvara

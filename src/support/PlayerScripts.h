@@ -1,4 +1,5 @@
-// The scripts that the system sends to the players: a wire format, sent and recognised byte for byte.
+// The players that the system knows, and the scripts that it sends to them: a wire format, sent and
+// recognised byte for byte.
 #pragma once
 
 #include <optional>
@@ -6,6 +7,14 @@
 #include <string_view>
 
 namespace sonvara {
+
+/// The two players that the system knows, by the names that it and they use.
+inline constexpr const char* musicSource = "Music";
+inline constexpr const char* spotifySource = "Spotify";
+
+/// The notifications that they post.
+inline constexpr const char* musicNotification = "com.apple.Music.playerInfo";
+inline constexpr const char* spotifyNotification = "com.spotify.client.PlaybackStateChanged";
 
 /// Asks Music what it plays. The answer is "notrunning", "error", or title, artist, album, playing state
 /// and loved flag joined by "||".

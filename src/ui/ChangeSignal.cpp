@@ -1,6 +1,6 @@
 #include "ui/ChangeSignal.h"
 
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 
 #include <utility>
 

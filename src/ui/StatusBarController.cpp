@@ -1,9 +1,8 @@
 #include "ui/StatusBarController.h"
 
 #include "ports/Application.h"
-#include "ports/GlobalQueue.h"
-#include "ports/MainQueue.h"
 #include "ports/Platform.h"
+#include "ports/Queues.h"
 #include "ports/UserDefaults.h"
 #include "ui/SettingsView.h"
 #include "ui/StatusIcon.h"

@@ -1,6 +1,6 @@
 #include "volume/CountedVoice.h"
 
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 #include "volume/LoweredPlayers.h"
 
 #include <mutex>

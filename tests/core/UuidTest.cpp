@@ -1,5 +1,5 @@
 // Identifiers that nobody else has.
-#include "support/Uuid.h"
+#include "support/Random.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 
 #include "fakes/VirtualTime.h"
 #include "ports/ChildProcess.h"
-#include "ports/FileManager.h"
+#include "ports/System.h"
 
 #include <gtest/gtest.h>
 

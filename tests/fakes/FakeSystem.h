@@ -3,10 +3,10 @@
 
 #include "fakes/VirtualTime.h"
 #include "ports/Application.h"
-#include "ports/Environment.h"
 #include "ports/LoginItem.h"
 #include "ports/NotificationCenter.h"
 #include "ports/Pasteboard.h"
+#include "ports/System.h"
 #include "ports/SystemLog.h"
 #include "ports/UserDefaults.h"
 #include "support/Callbacks.h"

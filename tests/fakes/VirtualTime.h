@@ -1,9 +1,8 @@
 // Main queue, global queue and clock in one: time moves only when the test says so.
 #pragma once
 
-#include "ports/Clock.h"
-#include "ports/GlobalQueue.h"
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
+#include "ports/System.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,6 +1,4 @@
-#include "platform/posix/PosixClock.h"
-#include "platform/posix/PosixEnvironment.h"
-#include "platform/posix/PosixFileManager.h"
+#include "platform/posix/PosixSystem.h"
 
 #include "helpers/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 // Child processes by posix_spawn.
 #pragma once
 
-#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/Descriptors.h"
 #include "ports/ChildProcess.h"
 
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "platform/posix/PosixNoteStore.h"
 
-#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/Descriptors.h"
 
 #include <cstdio>
 #include <fcntl.h>

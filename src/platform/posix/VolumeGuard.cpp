@@ -1,8 +1,7 @@
 #include "platform/posix/VolumeGuard.h"
 
-#include "ports/Clock.h"
-#include "ports/GlobalQueue.h"
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
+#include "ports/System.h"
 #include "volume/NoteStore.h"
 
 #include <algorithm>

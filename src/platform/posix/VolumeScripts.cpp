@@ -1,6 +1,6 @@
 #include "platform/posix/VolumeScripts.h"
 
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 #include "support/PlayerScripts.h"
 
 #include <memory>

@@ -4,8 +4,8 @@
 #include "helpers/TemporaryFolder.h"
 #include "platform/linux/system/QtMainQueue.h"
 #include "platform/linux/system/WorkerPool.h"
-#include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixNoteStore.h"
+#include "platform/posix/PosixSystem.h"
 #include "platform/posix/VolumeGuard.h"
 
 #include <QDBusMessage>

@@ -1,7 +1,7 @@
 // A speech daemon on a socket of the test's own, which does as the test says.
 #pragma once
 
-#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/Descriptors.h"
 
 #include <condition_variable>
 #include <functional>

@@ -3,8 +3,8 @@
 #include "helpers/RecordingLog.h"
 
 #include "platform/linux/system/IniUserDefaults.h"
-#include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixProcessLauncher.h"
+#include "platform/posix/PosixSystem.h"
 
 #include <QFile>
 #include <QFileInfo>

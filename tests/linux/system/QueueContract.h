@@ -5,8 +5,7 @@
 // `shutDown()`, which ends the queues.
 #pragma once
 
-#include "ports/GlobalQueue.h"
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 
 #include <atomic>
 #include <chrono>

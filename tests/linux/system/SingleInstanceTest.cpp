@@ -2,8 +2,8 @@
 #include "helpers/EventLoop.h"
 
 #include "platform/linux/system/SingleInstance.h"
-#include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixProcessLauncher.h"
+#include "platform/posix/PosixSystem.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -16,8 +16,6 @@ namespace sonvara {
 
 class LoweredPlayers;
 
-namespace players {
-
 /// A run is one connection to the bus, as the directory knows it. Always asks the player itself: what players
 /// signal of their volume may be late or missing, so a signal is only a reason to ask. A player without an
 /// answer within the limit of the bus has none.
@@ -45,5 +43,4 @@ private:
     std::map<PlayerRun, std::string> owners_;  ///< of the runs that were reported
 };
 
-}  // namespace players
 }  // namespace sonvara

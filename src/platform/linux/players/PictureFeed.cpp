@@ -1,6 +1,6 @@
 #include "platform/linux/players/PictureFeed.h"
 
-#include "support/Players.h"
+#include "support/PlayerScripts.h"
 
 #include <algorithm>
 

@@ -1,7 +1,6 @@
 #include "platform/linux/players/ScriptCommand.h"
 
 #include "support/PlayerScripts.h"
-#include "support/Players.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // The language in which the user runs the session, from the locale's variables.
 #pragma once
 
-#include "ports/Environment.h"
+#include "ports/System.h"
 
 #include <string>
 #include <string_view>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/linux/speech/SpeechQueue.h"
-#include "ports/Environment.h"
 #include "ports/SpeechSynthesizer.h"
+#include "ports/System.h"
 
 namespace sonvara {
 

@@ -1,7 +1,7 @@
 // One connection to speech-dispatcher, as libspeechd sees it.
 #pragma once
 
-#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/Descriptors.h"
 
 #include <cstddef>
 #include <functional>

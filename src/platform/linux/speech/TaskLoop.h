@@ -1,8 +1,8 @@
 // The inbox of one thread: tasks from other threads, and what else that thread waits for.
 #pragma once
 
-#include "platform/posix/FileDescriptor.h"
-#include "ports/Task.h"
+#include "platform/posix/Descriptors.h"
+#include "ports/Queues.h"
 
 #include <chrono>
 #include <deque>

@@ -1,7 +1,7 @@
 // The main queue on Qt's event loop.
 #pragma once
 
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 
 #include <memory>
 #include <set>

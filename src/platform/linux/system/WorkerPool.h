@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/linux/system/DelayTimer.h"
-#include "ports/GlobalQueue.h"
+#include "ports/Queues.h"
 
 #include <chrono>
 #include <cstddef>

@@ -1,7 +1,7 @@
 // The threads of the worker pool and the tasks that wait for them.
 #pragma once
 
-#include "ports/GlobalQueue.h"
+#include "ports/Queues.h"
 
 #include <array>
 #include <chrono>

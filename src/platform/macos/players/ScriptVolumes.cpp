@@ -1,9 +1,7 @@
 #include "platform/macos/players/ScriptVolumes.h"
 
-#include "ports/GlobalQueue.h"
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 #include "support/PlayerScripts.h"
-#include "support/Players.h"
 #include "volume/LoweredPlayers.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Background work on the global dispatch queues.
 #pragma once
 
-#include "ports/GlobalQueue.h"
+#include "ports/Queues.h"
 
 namespace sonvara {
 

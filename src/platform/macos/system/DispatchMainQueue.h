@@ -1,7 +1,7 @@
 // The main queue on the main dispatch queue, its timer on the main run loop.
 #pragma once
 
-#include "ports/MainQueue.h"
+#include "ports/Queues.h"
 
 namespace sonvara {
 

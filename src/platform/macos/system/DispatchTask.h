@@ -1,7 +1,7 @@
 // How the dispatch queues run a C++ closure.
 #pragma once
 
-#include "ports/Task.h"
+#include "ports/Queues.h"
 
 namespace sonvara {
 

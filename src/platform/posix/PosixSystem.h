@@ -1,9 +1,20 @@
-// Files through the POSIX calls.
+// Clock, environment and files through the calls of the C library and POSIX.
 #pragma once
 
-#include "ports/FileManager.h"
+#include "ports/System.h"
 
 namespace sonvara {
+
+class PosixClock final : public Clock {
+public:
+    [[nodiscard]] WallTime now() const override;
+    [[nodiscard]] TimeOfDay local(WallTime time) const override;
+};
+
+class PosixEnvironment final : public Environment {
+public:
+    [[nodiscard]] Variables variables() const override;
+};
 
 class PosixFileManager final : public FileManager {
 public:
