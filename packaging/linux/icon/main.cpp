@@ -1,6 +1,6 @@
 // sonvara_icons FOLDER  Writes the application's icons into a new icon theme folder.
 #include "SvgText.h"
-#include "platform/linux/style/ApplicationIcon.h"
+#include "platform/linux/style/Icons.h"
 #include "platform/linux/style/QtImageRenderer.h"
 #include "ui/AppIcon.h"
 #include "ui/StatusIcon.h"

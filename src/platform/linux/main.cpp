@@ -2,7 +2,7 @@
 #include "app/SonvaraApp.h"
 #include "platform/linux/players/MprisPlayers.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
-#include "platform/linux/style/ApplicationIcon.h"
+#include "platform/linux/style/Icons.h"
 #include "platform/linux/style/QtImageRenderer.h"
 #include "platform/linux/system/AutostartLoginItem.h"
 #include "platform/linux/system/IniUserDefaults.h"

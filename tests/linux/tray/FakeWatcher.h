@@ -2,7 +2,7 @@
 #pragma once
 
 #include "helpers/EventLoop.h"
-#include "platform/linux/tray/StatusNotifierTypes.h"
+#include "platform/linux/tray/StatusNotifierItem.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

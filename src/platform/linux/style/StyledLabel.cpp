@@ -1,6 +1,5 @@
 #include "platform/linux/style/StyledLabel.h"
 
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/style/StylePalette.h"
 #include "platform/linux/style/ThemeWatcher.h"
 
@@ -15,7 +14,7 @@ StyledLabel::StyledLabel(const StyledText& text, QWidget* parent)
       color_(text.color)
 {
     setTextFormat(Qt::PlainText);
-    setText(toQt(text.text));
+    setText(QString::fromStdString(text.text));
     applyRoles();
     connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &StyledLabel::applyRoles);
 }

@@ -1,6 +1,5 @@
 #include "platform/linux/style/SymbolView.h"
 
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/style/StylePalette.h"
 #include "platform/linux/style/SymbolIcons.h"
 
@@ -15,7 +14,7 @@ SymbolView::SymbolView(Symbol symbol, FontRole font, ColorRole color, QWidget* p
       color_(color)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAccessibleName(toQt(symbol_.accessibilityDescription));
+    setAccessibleName(QString::fromStdString(symbol_.accessibilityDescription));
 }
 
 QSize SymbolView::sizeHint() const

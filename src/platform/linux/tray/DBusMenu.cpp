@@ -1,5 +1,6 @@
 #include "platform/linux/tray/DBusMenu.h"
 
+#include <QDBusMetaType>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -31,7 +32,116 @@ QVariantMap rootProperties()
     return {{QStringLiteral("children-display"), QStringLiteral("submenu")}};
 }
 
+template <typename... Fields>
+QDBusArgument& write(QDBusArgument& out, const Fields&... fields)
+{
+    out.beginStructure();
+    (out << ... << fields);
+    out.endStructure();
+    return out;
+}
+
+template <typename... Fields>
+const QDBusArgument& read(const QDBusArgument& in, Fields&... fields)
+{
+    in.beginStructure();
+    (in >> ... >> fields);
+    in.endStructure();
+    return in;
+}
+
 }  // namespace
+
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuNode& node)
+{
+    out.beginStructure();
+    out << node.id << node.properties;
+    out.beginArray(QMetaType::fromType<QDBusVariant>());
+    for (const auto& child : node.children) out << QDBusVariant(QVariant::fromValue(child));
+    out.endArray();
+    out.endStructure();
+    return out;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuNode& node)
+{
+    in.beginStructure();
+    in >> node.id >> node.properties;
+    in.beginArray();
+    while (!in.atEnd()) {
+        QDBusVariant child;
+        in >> child;
+        node.children.append(qdbus_cast<DBusMenuNode>(child.variant()));
+    }
+    in.endArray();
+    in.endStructure();
+    return in;
+}
+
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuProperties& item)
+{
+    return write(out, item.id, item.properties);
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuProperties& item)
+{
+    return read(in, item.id, item.properties);
+}
+
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuKeys& item)
+{
+    return write(out, item.id, item.keys);
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuKeys& item)
+{
+    return read(in, item.id, item.keys);
+}
+
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuEvent& event)
+{
+    return write(out, event.id, event.type, QDBusVariant(event.data), event.timestamp);
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuEvent& event)
+{
+    QDBusVariant data;
+    read(in, event.id, event.type, data, event.timestamp);
+    event.data = data.variant();
+    return in;
+}
+
+void registerDBusMenuTypes()
+{
+    qDBusRegisterMetaType<DBusMenuNode>();
+    qDBusRegisterMetaType<DBusMenuProperties>();
+    qDBusRegisterMetaType<DBusMenuPropertiesList>();
+    qDBusRegisterMetaType<DBusMenuKeys>();
+    qDBusRegisterMetaType<DBusMenuKeysList>();
+    qDBusRegisterMetaType<DBusMenuEvent>();
+    qDBusRegisterMetaType<DBusMenuEventList>();
+}
+
+QString dbusMenuLabel(const QString& title)
+{
+    // A single underscore would mark the next character as the access key and vanish.
+    return QString(title).replace(QLatin1Char('_'), QLatin1String("__"));
+}
+
+QVariantMap dbusMenuProperties(const MenuItem& item)
+{
+    if (item.isSeparator) return {{QStringLiteral("type"), QStringLiteral("separator")}};
+    QVariantMap properties;
+    const auto& title = item.attributedTitle ? item.attributedTitle->text : item.title;
+    properties[QStringLiteral("label")] = dbusMenuLabel(QString::fromStdString(title));
+    properties[QStringLiteral("enabled")] = item.isEnabled;
+    properties[QStringLiteral("visible")] = true;
+    if (item.isChecked) {
+        properties[QStringLiteral("toggle-type")] = QStringLiteral("checkmark");
+        properties[QStringLiteral("toggle-state")] = *item.isChecked ? 1 : 0;
+    }
+    return properties;
+}
 
 DBusMenu::DBusMenu(QtStatusMenu& menu, QObject* parent) : QDBusAbstractAdaptor(parent), menu_(menu)
 {

@@ -17,10 +17,10 @@ namespace {
 /// In pixels: the usual sizes of panels (16, 18, 22, 24 and 32) at one, one and a half, two and three times.
 constexpr std::array pictureSizes{16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
 
-NotifierImageList notifierImages(const TrayPicture& picture, const RoleColors& colors)
+NotifierImageList notifierImages(const IconContent& content, const RoleColors& colors)
 {
     NotifierImageList images;
-    for (const int side : pictureSizes) images.append(NotifierImage::of(rasterize(picture, side, colors)));
+    for (const int side : pictureSizes) images.append(NotifierImage::of(rasterize(content, side, colors)));
     return images;
 }
 
@@ -29,8 +29,8 @@ NotifierImageList notifierImages(const TrayPicture& picture, const RoleColors& c
 QtStatusItem::QtStatusItem(TrayHostWatcher& host, PanelColors& colors) : host_(host), colors_(colors)
 {
     connect(&host_, &TrayHostWatcher::notifierHostChanged, this, &QtStatusItem::rebuild);
-    connect(&colors_, &PanelColors::changed, this, &QtStatusItem::showPicture);
-    // With the next turn of the event loop, when picture and menu are there: a host fetches both at once.
+    connect(&colors_, &PanelColors::changed, this, &QtStatusItem::showContent);
+    // With the next turn of the event loop, when content and menu are there: a host fetches both at once.
     QTimer::singleShot(0, this, &QtStatusItem::rebuild);
 }
 
@@ -51,19 +51,19 @@ void QtStatusItem::setMenu(StatusMenu& menu)
 
 void QtStatusItem::setImage(std::shared_ptr<const Image> image)
 {
-    setPicture(std::dynamic_pointer_cast<const QtImage>(std::move(image)));
+    setContent(std::dynamic_pointer_cast<const QtImage>(std::move(image)));
 }
 
 void QtStatusItem::setSymbol(const Symbol& symbol)
 {
-    setPicture(symbol);
+    setContent(symbol);
 }
 
-void QtStatusItem::setPicture(TrayPicture picture)
+void QtStatusItem::setContent(IconContent content)
 {
-    if (picture == picture_) return;  // said again with every poll; the host would fetch it each time
-    picture_ = std::move(picture);
-    showPicture();
+    if (content == content_) return;  // said again with every poll; the host would fetch it each time
+    content_ = std::move(content);
+    showContent();
 }
 
 void QtStatusItem::rebuild()
@@ -73,17 +73,17 @@ void QtStatusItem::rebuild()
     if (!isVisible_) return;
     if (host_.hasNotifierHost()) {
         notifier_ = std::make_unique<StatusNotifierItem>(
-            [this] { return notifierImages(picture_, colors_.colors()); }, menu_);
+            [this] { return notifierImages(content_, colors_.colors()); }, menu_);
     } else {
         embedded_ = std::make_unique<XEmbedIcon>(menu_);
     }
-    showPicture();
+    showContent();
 }
 
-void QtStatusItem::showPicture()
+void QtStatusItem::showContent()
 {
     if (notifier_) notifier_->updateIcon();
-    if (embedded_) embedded_->setPicture(picture_, colors_.colors());
+    if (embedded_) embedded_->setContent(content_, colors_.colors());
 }
 
 }  // namespace sonvara

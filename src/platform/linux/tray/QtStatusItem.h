@@ -1,7 +1,7 @@
 // The tray item, in whatever kind of tray the desktop has at the moment.
 #pragma once
 
-#include "platform/linux/style/TrayPicture.h"
+#include "platform/linux/style/Icons.h"
 #include "ports/StatusBar.h"
 
 #include <QObject>
@@ -32,15 +32,15 @@ public:
 private:
     void setImage(std::shared_ptr<const Image> image) override;
     void setSymbol(const Symbol& symbol) override;
-    void setPicture(TrayPicture picture);
+    void setContent(IconContent content);
     void rebuild();
-    void showPicture();
+    void showContent();
 
     TrayHostWatcher& host_;
     PanelColors& colors_;
     bool isVisible_ = true;
     QtStatusMenu* menu_ = nullptr;
-    TrayPicture picture_;
+    IconContent content_;
     std::unique_ptr<StatusNotifierItem> notifier_;
     std::unique_ptr<XEmbedIcon> embedded_;
 };

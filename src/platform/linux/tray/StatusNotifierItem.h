@@ -1,12 +1,16 @@
-// The tray item as a StatusNotifierItem on the session bus.
+// The tray item as an org.kde.StatusNotifierItem on the session bus, and the values that it sends.
 #pragma once
 
-#include "platform/linux/tray/StatusNotifierTypes.h"
-
+#include <QByteArray>
 #include <QDBusAbstractAdaptor>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusObjectPath>
+#include <QImage>
+#include <QList>
+#include <QMetaType>
 #include <QObject>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -15,6 +19,32 @@ namespace sonvara {
 
 class QtStatusMenu;
 class TrayMenuView;
+
+/// A picture: (iiay), 32 bits a pixel, alpha first, not premultiplied, most significant byte first.
+struct NotifierImage {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+
+    [[nodiscard]] static NotifierImage of(const QImage& image);
+};
+using NotifierImageList = QList<NotifierImage>;
+
+/// (sa(iiay)ss)
+struct NotifierToolTip {
+    QString iconName;
+    NotifierImageList image;
+    QString title;
+    QString description;
+};
+
+QDBusArgument& operator<<(QDBusArgument& out, const NotifierImage& image);
+const QDBusArgument& operator>>(const QDBusArgument& in, NotifierImage& image);
+QDBusArgument& operator<<(QDBusArgument& out, const NotifierToolTip& tip);
+const QDBusArgument& operator>>(const QDBusArgument& in, NotifierToolTip& tip);
+
+/// To be called before these types travel; may be called again.
+void registerNotifierTypes();
 
 /// One registration with the watcher that runs now; to be made anew when another one takes over.
 /// Main thread. Dropping it removes the item from the tray.
@@ -103,3 +133,6 @@ private:
 };
 
 }  // namespace sonvara
+
+Q_DECLARE_METATYPE(sonvara::NotifierImage)
+Q_DECLARE_METATYPE(sonvara::NotifierToolTip)

@@ -1,7 +1,6 @@
 #include "platform/linux/tray/TrayMenuView.h"
 
 #include "platform/linux/style/Mnemonics.h"
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/style/StyledLabel.h"
 
 #include <QStyle>
@@ -46,10 +45,10 @@ QWidget* makeLabel(const StyledText& text, const QMenu& menu)
     // The same inset as that of the style's own items: the indicator's column and the text's margin.
     const int inset = menu.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &menu) + 12;
     label->setContentsMargins(inset, 3, inset, 3);
-    const auto width = label->fontMetrics().size(0, toQt(text.text)).width();
+    const auto width = label->fontMetrics().size(0, QString::fromStdString(text.text)).width();
     if (width > longestLine) {
         label->setWordWrap(true);
-        label->setText(breakable(toQt(text.text)));
+        label->setText(breakable(QString::fromStdString(text.text)));
         label->setFixedWidth(longestLine);
     }
     return label;
@@ -85,13 +84,13 @@ QAction* TrayMenuView::makeAction(const QtStatusMenu::Entry& entry)
     if (!item.action && !item.isSeparator) {
         auto* action = new QWidgetAction(&widget_);
         action->setDefaultWidget(makeLabel(shownText(item), widget_));
-        action->setText(toQt(shownText(item).text));
+        action->setText(QString::fromStdString(shownText(item).text));
         action->setEnabled(false);
         return action;
     }
     auto* action = new QAction(&widget_);
     action->setSeparator(item.isSeparator);
-    action->setText(withoutMnemonic(toQt(shownText(item).text)));
+    action->setText(withoutMnemonic(QString::fromStdString(shownText(item).text)));
     action->setEnabled(item.isEnabled);
     action->setCheckable(item.isChecked.has_value());
     action->setChecked(item.isChecked.value_or(false));

@@ -24,9 +24,9 @@ XEmbedIcon::~XEmbedIcon()
     icon_.setContextMenu(nullptr);
 }
 
-void XEmbedIcon::setPicture(const TrayPicture& picture, const RoleColors& colors)
+void XEmbedIcon::setContent(const IconContent& content, const RoleColors& colors)
 {
-    icon_.setIcon(pictureIcon(picture, colors));
+    icon_.setIcon(scalableIcon(content, colors));
     icon_.show();
 }
 

@@ -1,7 +1,7 @@
 // The tray item as an X window inside the panel, for a tray of the older kind.
 #pragma once
 
-#include "platform/linux/style/TrayPicture.h"
+#include "platform/linux/style/Icons.h"
 
 #include <QSystemTrayIcon>
 
@@ -20,7 +20,7 @@ public:
     explicit XEmbedIcon(QtStatusMenu* menu);
     ~XEmbedIcon();
 
-    void setPicture(const TrayPicture& picture, const RoleColors& colors);
+    void setContent(const IconContent& content, const RoleColors& colors);
 
 private:
     QSystemTrayIcon icon_;

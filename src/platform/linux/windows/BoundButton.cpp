@@ -1,20 +1,18 @@
 #include "platform/linux/windows/BoundButton.h"
 
-#include "platform/linux/style/QtText.h"
-
 namespace sonvara {
 
 BoundButton::BoundButton(const PushButton& button, Mnemonics& mnemonics, QWidget* parent)
     : QPushButton(parent),
       button_(button),
-      key_(mnemonics.pick(toQt(button.title())))
+      key_(mnemonics.pick(QString::fromStdString(button.title())))
 {
     refresh();
 }
 
 void BoundButton::refresh()
 {
-    const auto title = toQt(button_.title());
+    const auto title = QString::fromStdString(button_.title());
     setText(withMnemonic(title, key_));
     setAccessibleName(title);
     setEnabled(button_.isEnabled());

@@ -1,6 +1,5 @@
 #include "platform/linux/windows/FormWidget.h"
 
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/style/StyledLabel.h"
 #include "platform/linux/windows/BoundButton.h"
 #include "platform/linux/windows/FormComboBox.h"
@@ -77,7 +76,7 @@ void FormWidget::addSection(const FormSection& section)
     auto* header = new StyledLabel({section.header, FontRole::headline, ColorRole::label});
     header->setContentsMargins(2, 0, 0, 0);
     auto* card = new SectionCard;
-    card->setAccessibleName(toQt(section.header));
+    card->setAccessibleName(QString::fromStdString(section.header));
     column->addWidget(header);
     column->addSpacing(headerGap);
     column->addWidget(card);
@@ -88,7 +87,7 @@ void FormWidget::addSection(const FormSection& section)
 
 void FormWidget::addRow(SectionCard& card, const Toggle& toggle)
 {
-    const auto title = toQt(toggle.title);
+    const auto title = QString::fromStdString(toggle.title);
     auto* box = new QCheckBox(withMnemonic(title, mnemonics_.pick(title)));
     box->setAccessibleName(title);
     card.addRow(box);
@@ -103,19 +102,20 @@ void FormWidget::addRow(SectionCard& card, const Toggle& toggle)
 
 void FormWidget::addRow(SectionCard& card, const Picker& picker)
 {
-    const auto title = toQt(picker.title);
+    const auto title = QString::fromStdString(picker.title);
     auto* label = new QLabel(withMnemonic(title, mnemonics_.pick(title)));
     auto* box = new FormComboBox;
     box->setAccessibleName(title);
     label->setBuddy(box);
-    for (const auto& option : picker.options) box->addItem(toQt(option.label), toQt(option.tag));
+    for (const auto& option : picker.options)
+        box->addItem(QString::fromStdString(option.label), QString::fromStdString(option.tag));
     auto* row = new QHBoxLayout;
     row->addWidget(label);
     row->addStretch(1);
     row->addWidget(box);
     card.addRow(row);
     refreshers_.emplace_back([box, label, get = picker.selection.get, isEnabled = picker.isEnabled] {
-        box->setCurrentIndex(box->findData(toQt(get())));
+        box->setCurrentIndex(box->findData(QString::fromStdString(get())));
         box->setEnabled(isEnabled());
         label->setEnabled(isEnabled());
     });

@@ -1,6 +1,5 @@
 #include "platform/linux/windows/LogDialog.h"
 
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/style/StyledLabel.h"
 #include "platform/linux/windows/BoundButton.h"
 #include "platform/linux/windows/LogListView.h"
@@ -32,7 +31,7 @@ LogDialog::LogDialog(LogSheet sheet, QWidget* window)
       empty_(new StyledLabel(sheet_.emptyText)),
       list_(new LogListView(qRound(sheet_.rowSpacing), qRound(sheet_.columnSpacing)))
 {
-    setWindowTitle(toQt(sheet_.title.text));
+    setWindowTitle(QString::fromStdString(sheet_.title.text));
     setWindowModality(Qt::WindowModal);
     setFixedSize(qRound(sheet_.width), qRound(sheet_.height));
 
@@ -47,7 +46,7 @@ LogDialog::LogDialog(LogSheet sheet, QWidget* window)
     static_cast<QLabel*>(empty_)->setAlignment(Qt::AlignCenter);
     pages_->addWidget(empty_);
     pages_->addWidget(list_);
-    list_->setAccessibleName(toQt(sheet_.title.text));
+    list_->setAccessibleName(QString::fromStdString(sheet_.title.text));
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

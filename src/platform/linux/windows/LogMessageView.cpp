@@ -1,6 +1,5 @@
 #include "platform/linux/windows/LogMessageView.h"
 
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/style/StylePalette.h"
 #include "platform/linux/style/ThemeWatcher.h"
 
@@ -32,8 +31,8 @@ LogMessageView::LogMessageView(const StyledText& text, QWidget* parent)
     setSizePolicy(policy);
     document()->setDocumentMargin(0);
     applyRoles();
-    setPlainText(toQt(text.text));
-    setAccessibleName(toQt(text.text));
+    setPlainText(QString::fromStdString(text.text));
+    setAccessibleName(QString::fromStdString(text.text));
     connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &LogMessageView::applyRoles);
 }
 

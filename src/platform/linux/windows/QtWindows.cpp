@@ -1,6 +1,5 @@
 #include "platform/linux/windows/QtWindows.h"
 
-#include "platform/linux/style/QtText.h"
 #include "platform/linux/windows/FormWidget.h"
 
 #include <QCloseEvent>
@@ -36,7 +35,7 @@ void center(QWidget& window)
 
 FormWindow::FormWindow(const WindowSetup& setup) : QMainWindow(nullptr, flagsFor(setup))
 {
-    setWindowTitle(toQt(setup.title));
+    setWindowTitle(QString::fromStdString(setup.title));
     resize(qRound(setup.contentWidth), qRound(setup.contentHeight));
     // The form's own size counts: the window grows from its first size until the form is seen whole.
     if (!setup.isResizable) layout()->setSizeConstraint(QLayout::SetFixedSize);
