@@ -3,9 +3,10 @@
 
 #include "ports/SpeechSynthesizer.h"
 #include "ports/SystemLog.h"
-#include "speech/Generation.h"
 
 #include <cstdint>
+#include <cstdlib>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +15,25 @@ namespace sonvara {
 
 class AIDJ;
 struct Platform;
+
+/// Grows by one at each new track and each stop. A request notes the value when it is made; it is
+/// stale as soon as the counter has moved on.
+class Generation {
+public:
+    explicit Generation(std::int64_t start = 0) : value_(start) {}
+
+    [[nodiscard]] std::int64_t value() const { return value_; }
+
+    /// Moves on by one. Running over would make old requests look current, so it ends the process.
+    void advance()
+    {
+        if (value_ == std::numeric_limits<std::int64_t>::max()) std::abort();
+        ++value_;
+    }
+
+private:
+    std::int64_t value_;
+};
 
 /// Decides on each reported track, composes the line, lowers the player and hands the line to the
 /// synthesizer. A line for an older track, or from before a stop, is never spoken. Main thread.

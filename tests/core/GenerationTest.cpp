@@ -1,5 +1,5 @@
 // The counter that tells current requests from stale ones.
-#include "speech/Generation.h"
+#include "speech/SpeechManager.h"
 
 #include <gtest/gtest.h>
 

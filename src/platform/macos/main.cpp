@@ -10,7 +10,6 @@
 #include "platform/macos/system/DispatchGlobalQueue.h"
 #include "platform/macos/system/DispatchMainQueue.h"
 #include "platform/macos/system/ServiceLoginItem.h"
-#include "platform/macos/system/SupportFolder.h"
 #include "platform/macos/system/UnifiedLog.h"
 #include "platform/macos/windows/CocoaImage.h"
 #include "platform/macos/windows/CocoaStatusBar.h"

@@ -1,9 +1,11 @@
-// The shared application object.
+// The shared application object, and where the program keeps files of its own.
 #pragma once
 
 #include "ports/Application.h"
 
 #include <functional>
+#include <memory>
+#include <string>
 
 namespace sonvara {
 
@@ -25,5 +27,9 @@ private:
     struct Impl;
     std::unique_ptr<Impl> impl_;
 };
+
+/// The path for a file called `name` in the user's folder for files that support this application, which
+/// need not be there yet.
+[[nodiscard]] std::string supportFile(const std::string& name);
 
 }  // namespace sonvara

@@ -1,6 +1,7 @@
 #include "platform/macos/system/CocoaApplication.h"
 
 #import "platform/macos/system/ObjcPtr.h"
+#import "platform/macos/system/Strings.h"
 
 #import <AppKit/AppKit.h>
 
@@ -91,6 +92,16 @@ void CocoaApplication::activateIgnoringOtherApps()
 void CocoaApplication::terminate()
 {
     [NSApp terminate:nil];
+}
+
+std::string supportFile(const std::string& name)
+{
+    @autoreleasepool {
+        NSArray* folders =
+            NSSearchPathForDirectoriesInDomains(NSApplicationSupportDirectory, NSUserDomainMask, YES);
+        NSString* folder = [folders objectAtIndex:0];  // the user domain has one
+        return toString(folder) + "/" SONVARA_IDENTIFIER "/" + name;
+    }
 }
 
 }  // namespace sonvara
