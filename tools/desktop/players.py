@@ -19,6 +19,7 @@ class Kind:
     exponent: int  # the amplitude is the volume to this power
     settings: tuple = ()  # the name of a file below ~/.config, and what it says
     is_asked: bool = False  # to open the files once it runs; else they are in its command line
+    remote: tuple = ()  # by which it is asked, if it understands no OpenUri: the commands, before the files
 
 
 KINDS = {
@@ -30,6 +31,15 @@ KINDS = {
     "strawberry": Kind(("strawberry",), "strawberry", 1,
                        ("strawberry/strawberry.conf",
                         "[MainWindow]\nsearch_for_cover_auto=false\ndo_not_show_sponsor_message=true\n"), is_asked=True),
+    # These only for trials by hand (tools/volume-trial): the tests do not install them.
+    "elisa": Kind(("elisa",), "elisa", 3),
+    "parole": Kind(("parole", "--new-instance"), "parole", 3),
+    "pragha": Kind(("pragha",), "pragha", 3),
+    "rhythmbox": Kind(("rhythmbox",), "rhythmbox", 3, is_asked=True),
+    "cmus": Kind(("script", "-qfec", "cmus --listen $XDG_RUNTIME_DIR/cmus-trial", "/dev/null"), "cmus", 3,
+                 ("cmus/rc", "set output_plugin=pulse\nset softvol=false\nset repeat=true\n"), is_asked=True,
+                 remote=("sh", "-c", "cmus-remote --server $XDG_RUNTIME_DIR/cmus-trial \"$@\" && "
+                         "cmus-remote --server $XDG_RUNTIME_DIR/cmus-trial -n -p", "cmus-remote")),
     "vlc": Kind(("cvlc", "-I", "dummy", "--control", "dbus", "--no-video", "--aout", "pulse"), "vlc", 3),
 }
 
@@ -52,7 +62,9 @@ class Player:
         self._remote = Remote(desktop.bus, bus_name, _PATH)
         self.process = desktop.start("player", [*self._kind.command, *(() if self._kind.is_asked else files)])
         wait_until(f"{name} on the session bus", lambda: has_owner(desktop.bus, bus_name), 30)
-        if self._kind.is_asked:
+        if self._kind.remote:
+            desktop.run(*self._kind.remote, *files)
+        elif self._kind.is_asked:
             # It answers when it has started up.
             playlist = _write_playlist(files)
             Remote(desktop.bus, bus_name, _PATH, limit=30).call(_PLAYER, "OpenUri", "(s)", playlist)
