@@ -23,7 +23,7 @@ template <typename Number>
 std::optional<Number> takeNumber(std::string_view& line, Number most)
 {
     const auto size = line.find(' ');
-    if (size == std::string_view::npos || size > longestNumber) return std::nullopt;
+    if (size > longestNumber) return std::nullopt;  // or there is no blank
     std::istringstream in{std::string(line.substr(0, size))};
     in.imbue(std::locale::classic());
     Number number{};

@@ -92,7 +92,7 @@ private:
         VolumeLevels levels;
     };
 
-    void take(PlayerRun run, const std::optional<VolumeLook>& look);
+    void take(PlayerRun run, const std::optional<VolumeLook>& answer);
     void see(PlayerRun run, Known& known, const VolumeLook& look);
     void look(PlayerRun run, Known& known);
     [[nodiscard]] bool isDucked(PlayerRun run) const { return ducked_ && ducked_->run == run; }

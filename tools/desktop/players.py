@@ -35,11 +35,11 @@ KINDS = {
     "elisa": Kind(("elisa",), "elisa", 3),
     "parole": Kind(("parole", "--new-instance"), "parole", 3),
     "pragha": Kind(("pragha",), "pragha", 3),
-    "rhythmbox": Kind(("rhythmbox",), "rhythmbox", 3, is_asked=True),
+    "rhythmbox": Kind(("rhythmbox",), "rhythmbox", 3, is_asked=True,
+                      remote=("sh", "-c", "rhythmbox-client --no-start --play-uri=\"file://$1\"", "rhythmbox-client")),
     "cmus": Kind(("script", "-qfec", "cmus --listen $XDG_RUNTIME_DIR/cmus-trial", "/dev/null"), "cmus", 3,
                  ("cmus/rc", "set output_plugin=pulse\nset softvol=false\nset repeat=true\n"), is_asked=True,
-                 remote=("sh", "-c", "cmus-remote --server $XDG_RUNTIME_DIR/cmus-trial \"$@\" && "
-                         "cmus-remote --server $XDG_RUNTIME_DIR/cmus-trial -n -p", "cmus-remote")),
+                 remote=("sh", "-c", "cmus-remote --server $XDG_RUNTIME_DIR/cmus-trial --file \"$1\"", "cmus-remote")),
     "vlc": Kind(("cvlc", "-I", "dummy", "--control", "dbus", "--no-video", "--aout", "pulse"), "vlc", 3),
 }
 
