@@ -99,8 +99,12 @@ class Voice(Trial):
         self.end()
 
     def _wait_for_voice(self):
-        """Until something plays sound; the player of these tests is silent."""
-        wait_until("the voice", lambda: "protocol-native" in self.desktop.run("pactl", "list", "short", "sink-inputs"))
+        """Until a program plays sound; the player of these tests is silent."""
+        wait_until("the voice", lambda: [stream for stream in self._streams() if stream.split("\t")[2] != "-"])
+
+    def _streams(self):
+        """Each with its number, sink, client ("-": a part of the server) and more."""
+        return self.desktop.run("pactl", "list", "short", "sink-inputs").splitlines()
 
 
 class Players(Trial):

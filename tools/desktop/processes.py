@@ -56,6 +56,10 @@ class Processes:
         self._started.append(process)
         return process
 
+    def logs(self):
+        """The names under which processes were started."""
+        return sorted(name.removesuffix(".log") for name in os.listdir(self._log_folder) if name.endswith(".log"))
+
     def log_path(self, name):
         return os.path.join(self._log_folder, name + ".log")
 

@@ -1,59 +1,51 @@
 """A complete private desktop without a screen or a sound card, with nothing of the user's own in it.
 
-Xvfb with xfwm4 and xfce4-panel (the tray host), a session bus with accessibility switched on, PulseAudio with a
-sink for the player ("music") and one for the voice ("speech"), and speech-dispatcher with espeak-ng.
+Xvfb with xfwm4 and xfce4-panel (the tray host), a session bus with accessibility switched on, a sound
+server with a sink for the player and one for the voice, and speech-dispatcher with espeak-ng.
 """
 
 import os
 import shutil
 import subprocess
+import sys
 import tempfile
 
 from gi.repository import GLib
 
+from desktop import soundserver
 from desktop.dbus import Remote, connect, has_owner
 from desktop.processes import Processes, Timeout, undisturbed, wait_until
 
 _HERE = os.path.dirname(os.path.abspath(__file__))
 
-# Both sinks are parts of one null sink, so that one recording holds both on one clock.
-_SOUND = """
-load-module module-native-protocol-unix
-load-module module-null-sink sink_name=both rate=44100 channels=4 channel_map=front-left,front-right,rear-left,rear-right
-load-module module-remap-sink sink_name=music master=both channels=2 channel_map=front-left,front-right \
-master_channel_map=front-left,front-right remix=no
-load-module module-remap-sink sink_name=speech master=both channels=2 channel_map=front-left,front-right \
-master_channel_map=rear-left,rear-right remix=no
-set-default-sink music
-"""
 
+class PrivateSession:
+    """A session bus and a sound server in a folder of their own, and programs that know nothing else.
 
-class PrivateDesktop:
-    """Use it as a context manager: what was started in it is stopped at the end, and its folder removed."""
+    Use it as a context manager: what was started in it is stopped at the end, and its folder removed.
+    """
 
-    def __init__(self, keep=False, tray="xfce4-panel"):
-        """`tray`: what start_tray() starts at once; None leaves the desktop without a tray."""
-        self._keep, self._tray = keep, tray
+    def __init__(self, keep=False):
+        self._keep = keep
 
     def __enter__(self):
         self.folder = tempfile.mkdtemp(prefix="sonvara-desktop.")
         self.processes = Processes(self._make_folder("log"))
         self.env = self._private_environment()
         try:
-            self._start_display()
-            self._start_bus()
-            self._start_sound()
-            self._start_speech()
-            self.start("window-manager", ["xfwm4", "--compositor=off"])
-            if self._tray:
-                self.start_tray(self._tray)
+            self._start_parts()
         except BaseException:
             self._close()
             raise
         return self
 
+    def _start_parts(self):
+        self._start_bus()
+        self.sound = soundserver.start(self)
+
     def __exit__(self, kind, error, trace):
-        self._keep = self._keep or isinstance(error, Timeout)
+        if isinstance(error, Timeout):
+            self._tell_logs()
         self._close()
 
     def _close(self):
@@ -77,6 +69,11 @@ class PrivateDesktop:
         """The end of what a process that was started under this name has printed."""
         with open(self.processes.log_path(name), encoding="utf-8", errors="replace") as log:
             return log.read()[-4000:]
+
+    def _tell_logs(self):
+        for name in self.processes.logs():
+            print(f"--- the end of the log of {name}", *self.log(name).splitlines()[-10:], sep="\n",
+                  file=sys.stderr, flush=True)
 
     def write_setting(self, name, text):
         """Writes a file below the desktop's own ~/.config."""
@@ -113,6 +110,37 @@ class PrivateDesktop:
             env[f"XDG_{name}_HOME"] = self._make_folder("home", folder)
         return env
 
+    def _start_bus(self):
+        address = f"unix:path={self.env['XDG_RUNTIME_DIR']}/bus"
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = address
+        self.start("bus", ["dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + address])
+        self.bus = wait_until("the session bus", self._try_connect)
+
+    def _try_connect(self):
+        try:
+            return connect(self.env["DBUS_SESSION_BUS_ADDRESS"])
+        except GLib.Error:
+            return None
+
+
+class PrivateDesktop(PrivateSession):
+    """The session with everything else that a desktop has."""
+
+    def __init__(self, keep=False, tray="xfce4-panel"):
+        """`tray`: what start_tray() starts at once; None leaves the desktop without a tray."""
+        super().__init__(keep)
+        self._tray = tray
+
+    def _start_parts(self):
+        self._start_display()
+        super()._start_parts()
+        Remote(self.bus, "org.a11y.Bus", "/org/a11y/bus", limit=20.0).set(
+            "org.a11y.Status", "IsEnabled", "b", True)
+        self._start_speech()
+        self.start("window-manager", ["xfwm4", "--compositor=off"])
+        if self._tray:
+            self.start_tray(self._tray)
+
     def _start_display(self):
         read_end, write_end = os.pipe()
         self.start("display", ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24",
@@ -123,29 +151,6 @@ class PrivateDesktop:
         if not number:
             raise Timeout("the display did not start: " + self.log("display"))
         self.env["DISPLAY"] = ":" + number
-
-    def _start_bus(self):
-        address = f"unix:path={self.env['XDG_RUNTIME_DIR']}/bus"
-        self.env["DBUS_SESSION_BUS_ADDRESS"] = address
-        self.start("bus", ["dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + address])
-        self.bus = wait_until("the session bus", self._try_connect)
-        Remote(self.bus, "org.a11y.Bus", "/org/a11y/bus", limit=20.0).set(
-            "org.a11y.Status", "IsEnabled", "b", True)
-
-    def _try_connect(self):
-        try:
-            return connect(self.env["DBUS_SESSION_BUS_ADDRESS"])
-        except GLib.Error:
-            return None
-
-    def _start_sound(self):
-        self.write_setting("pulse/daemon.conf", "flat-volumes = no\n")
-        script = self._write(_SOUND, "sound.pa")
-        self.start("sound", ["pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
-                             "-n", "-F", script])
-        self.env["PULSE_SERVER"] = f"unix:{self.env['XDG_RUNTIME_DIR']}/pulse/native"
-        wait_until("the sound server", lambda: subprocess.run(
-            ["pactl", "info"], env=self.env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0)
 
     def _start_speech(self):
         socket = os.path.join(self._make_folder("run", "speech-dispatcher"), "speechd.sock")
