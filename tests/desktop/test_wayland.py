@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The program's face on a Wayland desktop: sway without a screen, with waybar as the tray host."""
+"""The program's face on a Wayland desktop: sway without a screen, whose own bar is the tray host."""
 
 import json
 import os
@@ -13,8 +13,6 @@ from scenario import PROGRAM
 from desktop.dbus import connect, has_owner
 from desktop.processes import Processes, wait_until
 from desktop.tray import TrayItem
-
-_BAR = {"layer": "top", "height": 30, "modules-right": ["tray"], "tray": {"icon-size": 21}}
 
 
 class Wayland(unittest.TestCase):
@@ -50,13 +48,12 @@ class Wayland(unittest.TestCase):
         self.bus = connect(address)
 
     def start_sway(self):
-        self.write("waybar/config", json.dumps(_BAR))
-        self.write("waybar/style.css", "* { font-size: 13px; }")
-        settings = self.write("sway.conf", "output * resolution 1280x800\nbar {\n swaybar_command waybar\n}\n")
+        settings = self.write("sway.conf", "output * resolution 1280x800\nbar bar-0 {\n swaybar_command true\n}\n")
         sway = self.start("sway", "sway", "-c", settings)
         socket = os.path.join(self.folder, f"sway-ipc.{os.getuid()}.{sway.pid}.sock")
         wait_until("sway", lambda: os.path.exists(socket), 20)
         self.env.update(SWAYSOCK=socket, WAYLAND_DISPLAY="wayland-1", QT_QPA_PLATFORM="wayland")
+        self.start("bar", "swaybar", "--bar_id", "bar-0")
         wait_until("the tray host", lambda: has_owner(self.bus, "org.kde.StatusNotifierWatcher"), 30)
 
     def windows(self):

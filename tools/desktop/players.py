@@ -24,6 +24,10 @@ class Kind:
 
 KINDS = {
     "audacious": Kind(("audacious", "-H"), "audacious", 3),
+    # It wants a terminal, and plays the first file at once.
+    "cmus": Kind(("env", "TERM=xterm", "script", "--quiet", "--command", "cmus", "/dev/null"), "cmus", 3,
+                 ("cmus/rc", "set output_plugin=pulse\n"), is_asked=True,
+                 remote=("sh", "-c", 'cmus-remote --file "$1"; shift; [ $# = 0 ] || cmus-remote --queue "$@"', "cmus")),
     "mpv": Kind(("mpv", "--no-config", "--script=/usr/lib/mpv-mpris/mpris.so", "--ao=pulse", "--no-video",
                  "--really-quiet"), "mpv", 3),
     # Without the settings it asks servers for album covers, and since 1.2 its user for money. That version loses the
@@ -37,9 +41,6 @@ KINDS = {
     "pragha": Kind(("pragha",), "pragha", 3),
     "rhythmbox": Kind(("rhythmbox",), "rhythmbox", 3, is_asked=True,
                       remote=("sh", "-c", "rhythmbox-client --no-start --play-uri=\"file://$1\"", "rhythmbox-client")),
-    "cmus": Kind(("script", "-qfec", "cmus --listen $XDG_RUNTIME_DIR/cmus-trial", "/dev/null"), "cmus", 3,
-                 ("cmus/rc", "set output_plugin=pulse\nset softvol=false\nset repeat=true\n"), is_asked=True,
-                 remote=("sh", "-c", "cmus-remote --server $XDG_RUNTIME_DIR/cmus-trial --file \"$1\"", "cmus-remote")),
     "vlc": Kind(("cvlc", "-I", "dummy", "--control", "dbus", "--no-video", "--aout", "pulse"), "vlc", 3),
 }
 

@@ -2,7 +2,9 @@
 
 import re
 import subprocess
-from dataclasses import dataclass
+from dataclasses import astuple, dataclass
+
+from PIL import ImageGrab
 
 from desktop.processes import wait_until
 
@@ -24,11 +26,11 @@ class Screen:
         self._desktop = desktop
 
     def window(self, title):
-        """Waits for the window, and returns its area with the frame and a margin."""
+        """Waits for the window, and returns its area with the frame."""
         window = self._find(title)
         area = self._area_of(window)
         frame = self._desktop.run("xprop", "-id", window, "_NET_FRAME_EXTENTS")
-        left, right, top, bottom = (int(width) + _MARGIN for width in re.findall(r"\d+", frame))
+        left, right, top, bottom = (int(width) for width in re.findall(r"\d+", frame))
         return Area(area.left - left, area.top - top, area.right + right, area.bottom + bottom)
 
     def close(self, title):
@@ -57,8 +59,10 @@ class Screen:
 
     def picture(self, name, area):
         """Saves a picture of the area as soon as nothing in it changes."""
-        size = f"{area.right - area.left}x{area.bottom - area.top}+{area.left}+{area.top}"
-        wait_until("a still picture", lambda: self._grab(name, size) == self._grab(name, size))
+        def still():
+            before, after = self._grab(area), self._grab(area)
+            return after if before == after else None
+        wait_until("a still picture", still).save(name)
 
     def clipboard(self):
         """The text in the clipboard, empty when there is none."""
@@ -67,9 +71,8 @@ class Screen:
         except subprocess.CalledProcessError:
             return ""
 
-    def _grab(self, name, size):
-        self._desktop.run("import", "-window", "root", "-crop", size, "+repage", name)
-        return self._desktop.run("identify", "-format", "%#", name)  # a hash of its pixels
+    def _grab(self, area):
+        return ImageGrab.grab(astuple(area), xdisplay=self._desktop.env["DISPLAY"])
 
     def _find(self, title):
         return self._desktop.run("xdotool", "search", "--sync", "--onlyvisible", "--name", f"^{title}$").split()[0]
