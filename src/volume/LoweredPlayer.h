@@ -30,21 +30,26 @@ struct VolumeLevels {
 ///   lowered  it was told `low`.
 ///   owed     it was told `home`, or is to be, and has not been seen there for certain.
 ///
+// clang-format off
 /// | state   | event                                | what follows
-/// |---------|--------------------------------------|---------------------------------------------------------------
+/// |---------|--------------------------------------|--------------------------------------------------------
 /// | free    | lower                                | tell low: lowered
 /// | lowered | no longer wanted low                 | tell home: owed
 /// | owed    | wanted low, or lower                 | tell low: lowered; home stays, so that nothing adds up
 /// | lowered | seen about low                       | it has obeyed
 /// | lowered | seen at home, has not obeyed yet     | tell low again, up to three times: Parole and Pragha
-/// swallow a |         |                                      | command in the first 30 ms of a stream |
-/// lowered | seen at home, had obeyed, a track or | tell low once more for this track: Strawberry takes its
-/// volume |         | stream has just begun                | back when it opens a stream | lowered | seen
-/// anywhere else                   | the user's hand: free | owed    | seen at home, for certain            |
-/// free | owed    | seen a hundredth below home          | tell home and a little, once: players cut off
-/// `int(v * 100)` | owed    | seen about low                       | tell home again | owed    | seen
-/// anywhere else                   | the user's hand: free | both    | a note of an earlier process or of a |
-/// owed, told nothing yet |         | player that has come back            |
+/// |         |                                      | swallow a command in the first 30 ms of a stream
+/// | lowered | seen at home, had obeyed, a track or | tell low once more for this track: Strawberry takes its
+/// |         | stream has just begun                | volume back when it opens a stream
+/// | lowered | seen anywhere else                   | the user's hand: free
+/// | owed    | seen at home, for certain            | free
+/// | owed    | seen a hundredth below home          | tell home and a little, once: players cut off
+/// |         |                                      | `int(v * 100)`
+/// | owed    | seen about low                       | tell home again
+/// | owed    | seen anywhere else                   | the user's hand: free
+/// | none    | a player appears of which there is a | owed; it is told nothing before it is seen
+/// |         | note from before                     |
+// clang-format on
 ///
 /// A player without an open stream tells and accepts anything. So a hand is seen, and a note is settled, only
 /// while it plays; "for certain" is: home was told while it played, and it has played for `opening` by now,
