@@ -8,7 +8,8 @@
 
 namespace sonvara {
 
-class CountedVoice::Endings final : public SpeechSynthesizerDelegate {
+class CountedVoice::Endings final : public SpeechSynthesizerDelegate,
+                                    public std::enable_shared_from_this<Endings> {
 public:
     Endings(MainQueue& mainQueue, LoweredPlayers& keeper) : mainQueue_(mainQueue), keeper_(keeper) {}
 
@@ -23,7 +24,10 @@ public:
 private:
     void end(void (SpeechSynthesizerDelegate::*ending)())
     {
-        mainQueue_.post([&keeper = keeper_] { keeper.lineEnded(); });
+        // The queue may come to this when the voice and the keeper have gone.
+        mainQueue_.post([weak = weak_from_this()] {
+            if (const auto alive = weak.lock()) alive->keeper_.lineEnded();
+        });
         std::unique_lock lock(mutex_);
         const auto delegate = delegate_.lock();
         lock.unlock();
