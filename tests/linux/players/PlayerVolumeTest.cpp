@@ -10,6 +10,7 @@
 
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QTimer>
 
 #include <atomic>
 #include <cmath>
@@ -140,6 +141,18 @@ TEST_F(PlayerVolume, IsLowWhileTheLineIsSpokenAndBackAtItsEnd)
     fallSilent();
     EXPECT_TRUE(comesTo(*player, 1.0 / 3)) << "the very number";
     EXPECT_TRUE(comesToNoNote());
+}
+
+// PipeWire: for up to 0.3 seconds a new stream has no volume, and cmus and Audacious tell 0.
+TEST_F(PlayerVolume, ThatIsNotKnownWhileTheStreamOpensIsWaitedFor)
+{
+    auto player = makePlaying("cmus");
+    player->change({{"Metadata", metadataOf("Two")}, {"Volume", 4.65452e-310}});
+    QTimer::singleShot(250, [&] { player->set({{"Volume", 0.8}}); });
+    say();
+    EXPECT_TRUE(comesTo(*player, 0.28));
+    fallSilent();
+    EXPECT_TRUE(comesTo(*player, 0.8));
 }
 
 TEST_F(PlayerVolume, ANoteIsOnDiskWhileThePlayerIsLowered)

@@ -5,11 +5,20 @@
 #include "volume/LoweredNotes.h"
 #include "volume/LoweredPlayers.h"
 
+#include <QTimer>
+
 #include <algorithm>
+#include <chrono>
 #include <vector>
 
 namespace sonvara {
 namespace {
+
+// A new stream may have no volume for 0.3 seconds, as was seen on PipeWire: it is read again for longer than
+// that.
+constexpr std::chrono::milliseconds pause{100};
+constexpr int patience = 4;
+constexpr double audible = 0.005;  // else it is 0 of 100: cmus tells a tiny number while it knows none
 
 std::string keyOf(const Track& track)
 {
@@ -45,6 +54,21 @@ PlayerRun MprisVolume::meant(const std::string& player)
     const auto kind = std::ranges::find(allPlayerKinds, player, nameOf);
     const auto* chosen = kind == allPlayerKinds.end() ? nullptr : directory_.chosen(*kind);
     return chosen == nullptr ? 0 : report(*chosen);
+}
+
+void MprisVolume::read(PlayerRun run, const Answer& answer)
+{
+    read(run, answer, patience);
+}
+
+void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
+{
+    look(run, [this, run, answer, repeats](const std::optional<VolumeLook>& look) {
+        if (look && look->volume < audible && repeats > 0)
+            QTimer::singleShot(pause, this, [this, run, answer, repeats] { read(run, answer, repeats - 1); });
+        else
+            answer(look);
+    });
 }
 
 void MprisVolume::look(PlayerRun run, const Answer& answer)

@@ -19,6 +19,9 @@ class LoweredPlayers;
 /// A run is one connection to the bus, as the directory knows it. Always asks the player itself: what players
 /// signal of their volume may be late or missing, so a signal is only a reason to ask. A player without an
 /// answer within the limit of the bus has none.
+///
+/// A volume of 0 is read again for a while: on PipeWire a new stream has no volume at first, and some players
+/// tell 0.
 class MprisVolume final : public QObject, public VolumePlayers {
 public:
     MprisVolume(MprisBus& bus, const PlayerDirectory& directory);
@@ -28,11 +31,12 @@ public:
     void reportTo(LoweredPlayers& keeper) { keeper_ = &keeper; }
 
     [[nodiscard]] PlayerRun meant(const std::string& player) override;
-    void read(PlayerRun run, const Answer& answer) override { look(run, answer); }
+    void read(PlayerRun run, const Answer& answer) override;
     void look(PlayerRun run, const Answer& answer) override;
     void tell(PlayerRun run, double volume) override;
 
 private:
+    void read(PlayerRun run, const Answer& answer, int repeats);
     PlayerRun report(const Player& player);
     void takeOwnerChange(const std::string& now);
     void takeState(const std::string& owner, const std::optional<QVariantMap>& properties);
