@@ -5,7 +5,8 @@ target_compile_options(sonvara_options INTERFACE
 # Qt and libspeechd want their users so; as all do it, they can share precompiled headers. ccache wants the other two
 # with those.
 target_compile_options(sonvara_options INTERFACE -fPIC -pthread
-  $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess> "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:SHELL:-Xclang -fno-pch-timestamp>")
+  $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>
+  "$<$<OR:$<COMPILE_LANG_AND_ID:CXX,Clang>,$<COMPILE_LANG_AND_ID:OBJCXX,Clang>>:SHELL:-Xclang -fno-pch-timestamp>")
 
 # What Debian builds its packages with: checks in the C library's functions and of the stack, and addresses of functions
 # that nothing can write to. (Its compilers make programs position independent by themselves.) The checks need
