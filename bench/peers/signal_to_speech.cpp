@@ -11,13 +11,13 @@
 
 namespace {
 
-class Announcer : public QObject {
+class Announcer final : public QObject {
     Q_OBJECT
 
 public:
     explicit Announcer(SPDConnection* speech) : speech_(speech) {}
 
-public slots:
+public Q_SLOTS:
     void hear(const QString& /*interface*/, const QVariantMap& changed, const QStringList& /*invalidated*/)
     {
         const auto metadata =

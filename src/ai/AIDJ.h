@@ -21,7 +21,7 @@ struct Platform;
 /// Runs the tool as a child process with a time limit of 25 seconds and takes the last line of its
 /// output. Every failure ends in no line and is reported in the activity log. Requests may overlap;
 /// each looks for the tool and reads the settings afresh.
-class AIDJ : public std::enable_shared_from_this<AIDJ> {
+class AIDJ final : public std::enable_shared_from_this<AIDJ> {
 public:
     /// The only folders in which a tool is looked for, in this order.
     static constexpr std::array<std::string_view, 4> binDirs{"/opt/homebrew/bin", "/usr/local/bin",

@@ -6,8 +6,7 @@ namespace sonvara {
 
 const AIProviderInfo& info(AIProvider provider)
 {
-    return *std::find_if(allAIProviders.begin(), allAIProviders.end(),
-                         [provider](const auto& candidate) { return candidate.provider == provider; });
+    return *std::ranges::find(allAIProviders, provider, &AIProviderInfo::provider);
 }
 
 std::optional<AIProvider> aiProviderFromRawValue(std::string_view rawValue)

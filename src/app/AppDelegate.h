@@ -17,7 +17,7 @@ class StatusBarController;
 
 /// The application delegate: owns the monitor, the announcer and the status item, and their wiring.
 /// Main thread.
-class AppDelegate : public ApplicationDelegate, public std::enable_shared_from_this<AppDelegate> {
+class AppDelegate final : public ApplicationDelegate, public std::enable_shared_from_this<AppDelegate> {
 public:
     /// Made through a shared pointer: the wiring holds the delegate weakly.
     explicit AppDelegate(Platform& platform) : platform_(platform) {}

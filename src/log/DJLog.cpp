@@ -24,8 +24,7 @@ constexpr std::array levelNames{LevelNames{DJLog::Level::info, "info", "INFO"},
 
 const LevelNames& names(DJLog::Level level)
 {
-    return *std::find_if(levelNames.begin(), levelNames.end(),
-                         [level](const auto& candidate) { return candidate.level == level; });
+    return *std::ranges::find(levelNames, level, &LevelNames::level);
 }
 
 std::string twoDigits(int number)

@@ -22,7 +22,7 @@ struct Platform;
 /// every notification) and each notification assigns all six properties, changed or not.
 ///
 /// Main thread, but for the polls, which run on the global queue and hand their result back.
-class MusicMonitor : public std::enable_shared_from_this<MusicMonitor> {
+class MusicMonitor final : public std::enable_shared_from_this<MusicMonitor> {
 public:
     /// Makes a monitor that already watches and polls.
     [[nodiscard]] static std::shared_ptr<MusicMonitor> create(Platform& platform);

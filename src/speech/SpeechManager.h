@@ -37,7 +37,8 @@ private:
 
 /// Decides on each reported track, composes the line, lowers the player and hands the line to the
 /// synthesizer. A line for an older track, or from before a stop, is never spoken. Main thread.
-class SpeechManager : public SpeechSynthesizerDelegate, public std::enable_shared_from_this<SpeechManager> {
+class SpeechManager final : public SpeechSynthesizerDelegate,
+                            public std::enable_shared_from_this<SpeechManager> {
 public:
     /// Makes a manager and sets it as the synthesizer's delegate.
     [[nodiscard]] static std::shared_ptr<SpeechManager> create(Platform& platform);

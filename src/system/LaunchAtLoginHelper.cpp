@@ -20,7 +20,7 @@ void LaunchAtLoginHelper::toggle()
 {
     const auto error = isEnabled.get() ? loginItem_.unregisterItem() : loginItem_.registerItem();
     if (error) {
-        std::cout << "Failed to toggle launch at login: " << *error << std::endl;
+        std::cout << "Failed to toggle launch at login: " << *error << '\n' << std::flush;
         return;
     }
     isEnabled.set(!isEnabled.get());

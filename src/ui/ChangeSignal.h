@@ -15,7 +15,7 @@ class MainQueue;
 /// Calls a view back on the next turn of the main queue after any of its sources changed: properties
 /// announce a change before they hold the new value, and the view reads them again. Several changes in
 /// one turn give one call. Main thread.
-class ChangeSignal : public std::enable_shared_from_this<ChangeSignal> {
+class ChangeSignal final : public std::enable_shared_from_this<ChangeSignal> {
 public:
     [[nodiscard]] static std::shared_ptr<ChangeSignal> create(MainQueue& mainQueue,
                                                               std::function<void()> changed);

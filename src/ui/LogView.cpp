@@ -48,8 +48,8 @@ std::vector<LogRow> makeRows(const DJLog& log)
     const auto& entries = log.entries.get();
     std::vector<LogRow> rows;
     rows.reserve(entries.size());
-    std::transform(entries.rbegin(), entries.rend(), std::back_inserter(rows),
-                   [&log](const auto& entry) { return makeRow(log, entry); });
+    std::ranges::transform(entries.rbegin(), entries.rend(), std::back_inserter(rows),
+                           [&log](const auto& entry) { return makeRow(log, entry); });
     return rows;
 }
 

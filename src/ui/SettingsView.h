@@ -14,7 +14,7 @@ struct Platform;
 
 /// One showing of the form. It writes the settings straight into the store, where everybody reads them.
 /// Main thread.
-class SettingsView : public std::enable_shared_from_this<SettingsView> {
+class SettingsView final : public std::enable_shared_from_this<SettingsView> {
 public:
     [[nodiscard]] static std::shared_ptr<SettingsView> create(Platform& platform);
 

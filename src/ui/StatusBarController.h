@@ -17,7 +17,8 @@ class SpeechManager;
 
 /// Owns the status item and opens the settings window. The menu is rebuilt whenever something it shows
 /// may have changed, and when it opens. Main thread, but for the two operations that say otherwise.
-class StatusBarController : public WindowDelegate, public std::enable_shared_from_this<StatusBarController> {
+class StatusBarController final : public WindowDelegate,
+                                  public std::enable_shared_from_this<StatusBarController> {
 public:
     /// Puts the item into the status bar and starts to render its icons.
     [[nodiscard]] static std::shared_ptr<StatusBarController>

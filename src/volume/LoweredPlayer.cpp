@@ -9,7 +9,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double sameWithin = 0.001;  // VLC tells 0.300003 for 0.3
 constexpr double silence = 0.01;
 // What is cut off or rounded to a hundredth. Further up it is the user's next step.
 constexpr double cutOff = 0.0105;

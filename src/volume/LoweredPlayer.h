@@ -16,6 +16,9 @@ struct VolumeLook {
     std::string track;  ///< another text for another track
 };
 
+/// Nearer to each other than this, two volumes are the same: VLC tells 0.300003 for 0.3.
+inline constexpr double sameWithin = 0.001;
+
 /// The two volumes between which a player moves.
 struct VolumeLevels {
     double home = 0;  ///< what its user chose: the very number that the player told

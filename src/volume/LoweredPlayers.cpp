@@ -8,7 +8,6 @@ namespace sonvara {
 namespace {
 
 constexpr std::size_t mostAway = 50;
-constexpr double sameWithin = 0.001;
 
 }  // namespace
 

@@ -3,19 +3,19 @@
 
 #include <gmock/gmock.h>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using testing::ElementsAre;
 
-TEST(AIProvider, ClaudeComesFirst)
+TEST(AIProviderTest, ClaudeComesFirst)
 {
     ASSERT_EQ(allAIProviders.size(), 2U);
     EXPECT_EQ(allAIProviders[0].provider, AIProvider::claudeCLI);
     EXPECT_EQ(allAIProviders[1].provider, AIProvider::geminiCLI);
 }
 
-TEST(AIProvider, EachHasItsFixedProperties)
+TEST(AIProviderTest, EachHasItsFixedProperties)
 {
     const auto& claude = info(AIProvider::claudeCLI);
     EXPECT_EQ(claude.rawValue, "claudeCLI");
@@ -29,7 +29,7 @@ TEST(AIProvider, EachHasItsFixedProperties)
     EXPECT_THAT(gemini.leadingArguments, ElementsAre("--skip-trust", "-p"));
 }
 
-TEST(AIProvider, RawValuesAreComparedWithTheirCase)
+TEST(AIProviderTest, RawValuesAreComparedWithTheirCase)
 {
     EXPECT_EQ(aiProviderFromRawValue("claudeCLI"), AIProvider::claudeCLI);
     EXPECT_EQ(aiProviderFromRawValue("geminiCLI"), AIProvider::geminiCLI);
@@ -39,4 +39,4 @@ TEST(AIProvider, RawValuesAreComparedWithTheirCase)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -5,7 +5,7 @@
 
 #include <ostream>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 struct Case {
@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
              false}),
     [](const auto& instance) { return instance.param.behaviour; });
 
-TEST(IsNewTrack, IsAboutTheTitleAlone)
+TEST(IsNewTrackTest, IsAboutTheTitleAlone)
 {
     EXPECT_TRUE(AnnouncementPolicy::isNewTrack("Song 2", "Song 1"));
     EXPECT_FALSE(AnnouncementPolicy::isNewTrack("Song 1", "Song 1"));
@@ -65,4 +65,4 @@ TEST(IsNewTrack, IsAboutTheTitleAlone)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 /// Where a step begins, its extent and the width of its line.
@@ -28,7 +28,7 @@ ColorRole colorOf(const DrawingStep& step)
     return std::visit([](const auto& each) { return each.color.role; }, step);
 }
 
-TEST(AppIcon, IsTheDrawingOfThePlayingRecordEnlargedOnADisc)
+TEST(AppIconTest, IsTheDrawingOfThePlayingRecordEnlargedOnADisc)
 {
     const auto record = statusIcon(true);
     const auto icon = appIcon(180);
@@ -45,7 +45,7 @@ TEST(AppIcon, IsTheDrawingOfThePlayingRecordEnlargedOnADisc)
     }
 }
 
-TEST(AppIcon, HasItsDiscInsideThePictureAndAroundTheRecord)
+TEST(AppIconTest, HasItsDiscInsideThePictureAndAroundTheRecord)
 {
     const auto icon = appIcon(180);
     const auto& disc = std::get<FillOval>(icon.steps[0]);
@@ -56,4 +56,4 @@ TEST(AppIcon, HasItsDiscInsideThePictureAndAroundTheRecord)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

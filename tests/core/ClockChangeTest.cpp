@@ -44,7 +44,7 @@ std::vector<std::string> eveningWith(VirtualTime::Duration jump)
     return heard;
 }
 
-TEST(ClockChange, ADayForwardOrBackChangesNothing)
+TEST(ClockChangeTest, ADayForwardOrBackChangesNothing)
 {
     const auto usual = eveningWith(0s);
     EXPECT_EQ(usual.size(), 5U) << "three lines, the scripts and the volume";
@@ -52,7 +52,7 @@ TEST(ClockChange, ADayForwardOrBackChangesNothing)
     EXPECT_EQ(eveningWith(-24h), usual);
 }
 
-TEST(ClockChange, OnlyTheLogShowsTheTimeThatTheClockSays)
+TEST(ClockChangeTest, OnlyTheLogShowsTheTimeThatTheClockSays)
 {
     FakeDesktop desktop;
     desktop.log->log("before", DJLog::Level::info);

@@ -148,7 +148,7 @@ TEST_F(DJLogTest, AnEntryCarriesTheTimeOfTheCallNotOfTheAppend)
     EXPECT_EQ(log->plainText(), "[14:03:27] INFO: from a worker");
 }
 
-TEST(DJLogLevel, RawValuesAreExactlyTheThree)
+TEST(DJLogLevelTest, RawValuesAreExactlyTheThree)
 {
     EXPECT_EQ(DJLog::levelFromRawValue("info"), DJLog::Level::info);
     EXPECT_EQ(DJLog::levelFromRawValue("success"), DJLog::Level::success);

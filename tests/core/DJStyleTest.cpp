@@ -6,22 +6,22 @@
 #include <map>
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
-TEST(OfflineIntro, NamesTrackArtistAndAlbum)
+TEST(OfflineIntroTest, NamesTrackArtistAndAlbum)
 {
     EXPECT_EQ(DJ::offlineIntro("Song 1", "Artist A", "Album A", false, "Up next"),
               "Up next Song 1 by Artist A, from Album A.");
 }
 
-TEST(OfflineIntro, ComplimentsAFavorite)
+TEST(OfflineIntroTest, ComplimentsAFavorite)
 {
     EXPECT_EQ(DJ::offlineIntro("Song 1", "Artist A", "Album A", true, "Now playing"),
               "Now playing Song 1 by Artist A, from Album A. One of your favorites!");
 }
 
-TEST(OfflineIntro, LeavesOutWhatIsEmpty)
+TEST(OfflineIntroTest, LeavesOutWhatIsEmpty)
 {
     EXPECT_EQ(DJ::offlineIntro("Song 1", "", "Album A", false, "Spinning up"),
               "Spinning up Song 1, from Album A.");
@@ -31,27 +31,27 @@ TEST(OfflineIntro, LeavesOutWhatIsEmpty)
               "Here we go with Song 1. One of your favorites!");
 }
 
-TEST(OfflineIntro, AnEmptyTitleLeavesABlankAndAFullStop)
+TEST(OfflineIntroTest, AnEmptyTitleLeavesABlankAndAFullStop)
 {
     EXPECT_EQ(DJ::offlineIntro("", "", "", false, "Up next"), "Up next .");
 }
 
-TEST(OfflineIntro, ATitleThatEndsInAFullStopGetsASecondOne)
+TEST(OfflineIntroTest, ATitleThatEndsInAFullStopGetsASecondOne)
 {
     EXPECT_EQ(DJ::offlineIntro("The End.", "", "", false, "Up next"), "Up next The End..");
 }
 
-TEST(OfflineIntro, BlanksAreKept)
+TEST(OfflineIntroTest, BlanksAreKept)
 {
     EXPECT_EQ(DJ::offlineIntro("Song", "  ", " ", false, "Up next"), "Up next Song by   , from  .");
 }
 
-TEST(OfflineIntro, AnEmptyOpenerGivesALineThatStartsWithABlank)
+TEST(OfflineIntroTest, AnEmptyOpenerGivesALineThatStartsWithABlank)
 {
     EXPECT_EQ(DJ::offlineIntro("Song", "", "", false, ""), " Song.");
 }
 
-TEST(OfflineIntro, DrawsEachOpenerEquallyOften)
+TEST(OfflineIntroTest, DrawsEachOpenerEquallyOften)
 {
     constexpr int draws = 6000;
     std::map<std::string, int> counts;
@@ -64,9 +64,9 @@ TEST(OfflineIntro, DrawsEachOpenerEquallyOften)
     ASSERT_EQ(counts.size(), DJ::openers.size());
     for (const auto opener : DJ::openers) {
         // Six standard deviations of a fair draw on either side.
-        EXPECT_NEAR(counts[std::string(opener)], draws / 6, 174) << opener;
+        EXPECT_NEAR(counts[std::string(opener)], draws / 6.0, 174) << opener;
     }
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(PlayerVolume, DuckedVolumesAreThoseOfTheTable)
+TEST(PlayerVolumeTest, DuckedVolumesAreThoseOfTheTable)
 {
     EXPECT_EQ(PlayerVolume::ducked(100), 35);
     EXPECT_EQ(PlayerVolume::ducked(90), 31);
@@ -27,7 +27,7 @@ TEST(PlayerVolume, DuckedVolumesAreThoseOfTheTable)
     EXPECT_EQ(PlayerVolume::ducked(0), 12);
 }
 
-TEST(PlayerVolume, DuckedVolumeAgreesWithWholeNumberArithmetic)
+TEST(PlayerVolumeTest, DuckedVolumeAgreesWithWholeNumberArithmetic)
 {
     for (int volume = 0; volume <= 100; ++volume) {
         EXPECT_EQ(PlayerVolume::ducked(volume), std::max(35 * volume / 100, 12)) << volume;
@@ -35,7 +35,7 @@ TEST(PlayerVolume, DuckedVolumeAgreesWithWholeNumberArithmetic)
 }
 
 /// Records the one script it is given.
-struct OneScript : ScriptRunner {
+struct OneScript final : ScriptRunner {
     std::string script;
     ScriptResult result;
     ScriptResult run(const std::string& source) override
@@ -45,7 +45,7 @@ struct OneScript : ScriptRunner {
     }
 };
 
-TEST(PlayerVolume, SettingClampsToTheRange)
+TEST(PlayerVolumeTest, SettingClampsToTheRange)
 {
     OneScript scripts;
     PlayerVolume::set(scripts, "Music", -5);
@@ -54,7 +54,7 @@ TEST(PlayerVolume, SettingClampsToTheRange)
     EXPECT_EQ(scripts.script, "tell application \"Music\" to set sound volume to 100");
 }
 
-TEST(PlayerVolume, ReadingGivesTheNumberOrNothing)
+TEST(PlayerVolumeTest, ReadingGivesTheNumberOrNothing)
 {
     OneScript scripts;
     scripts.result.integer = 64;

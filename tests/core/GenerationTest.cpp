@@ -5,10 +5,10 @@
 
 #include <limits>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
-TEST(Generation, GrowsByOne)
+TEST(GenerationTest, GrowsByOne)
 {
     Generation generation;
     EXPECT_EQ(generation.value(), 0);
@@ -24,4 +24,4 @@ TEST(GenerationDeathTest, RunningOverEndsTheProcess)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 const std::string instructions =
@@ -19,7 +19,7 @@ const std::string instructions =
     "markdown, "
     "quotation marks, or stage directions. Output only the spoken line, nothing before or after.\n\n";
 
-TEST(BuildPrompt, OfAFavoriteWithAnAlbumHasAllLines)
+TEST(BuildPromptTest, OfAFavoriteWithAnAlbumHasAllLines)
 {
     EXPECT_EQ(buildPrompt("Song A", "Band B", "Album C", true),
               instructions +
@@ -27,12 +27,12 @@ TEST(BuildPrompt, OfAFavoriteWithAnAlbumHasAllLines)
                   "Note: this is one of the listener's favorite songs.\n\nGive the DJ intro line.");
 }
 
-TEST(BuildPrompt, InstructionsAreOfTheFixedLength)
+TEST(BuildPromptTest, InstructionsAreOfTheFixedLength)
 {
     EXPECT_EQ(instructions.size(), 8U + 237U + 268U + 2U);
 }
 
-TEST(BuildPrompt, WithoutAnAlbumThereIsNoAlbumLine)
+TEST(BuildPromptTest, WithoutAnAlbumThereIsNoAlbumLine)
 {
     EXPECT_EQ(buildPrompt("Song A", "Band B", "", true),
               instructions +
@@ -42,58 +42,58 @@ TEST(BuildPrompt, WithoutAnAlbumThereIsNoAlbumLine)
               instructions + "Track: Song A\nArtist: Band B\n\nGive the DJ intro line.");
 }
 
-TEST(BuildPrompt, WhatIsNoFavoriteHasNoNote)
+TEST(BuildPromptTest, WhatIsNoFavoriteHasNoNote)
 {
     EXPECT_EQ(buildPrompt("Song A", "Band B", "Album C", false),
               instructions + "Track: Song A\nArtist: Band B\nAlbum: Album C\n\nGive the DJ intro line.");
 }
 
-TEST(BuildPrompt, EmptyTitleAndArtistKeepTheirLines)
+TEST(BuildPromptTest, EmptyTitleAndArtistKeepTheirLines)
 {
     EXPECT_EQ(buildPrompt("", "", "", false), instructions + "Track: \nArtist: \n\nGive the DJ intro line.");
 }
 
-TEST(BuildPrompt, LineFeedsAndQuotationMarksPassThrough)
+TEST(BuildPromptTest, LineFeedsAndQuotationMarksPassThrough)
 {
     EXPECT_EQ(buildPrompt("a\n\"b\"", "'c'", "\\d\\", false),
               instructions + "Track: a\n\"b\"\nArtist: 'c'\nAlbum: \\d\\\n\nGive the DJ intro line.");
 }
 
-TEST(IntroLine, IsTheLastOfSeveralLines)
+TEST(IntroLineTest, IsTheLastOfSeveralLines)
 {
     EXPECT_EQ(introLine("Hello!\n\nYour intro:\nHere comes Song A.\n"), "Here comes Song A.");
 }
 
-TEST(IntroLine, IsTrimmed)
+TEST(IntroLineTest, IsTrimmed)
 {
     EXPECT_EQ(introLine("  Here comes Song A.  \n"), "Here comes Song A.");
     EXPECT_EQ(introLine("\u3000Song A\u00a0\r\n"), "Song A");
 }
 
-TEST(IntroLine, OfNothingButLineFeedsOrBlanksIsEmpty)
+TEST(IntroLineTest, OfNothingButLineFeedsOrBlanksIsEmpty)
 {
     EXPECT_EQ(introLine(""), "");
     EXPECT_EQ(introLine("\n\n\n"), "");
     EXPECT_EQ(introLine("   \n \n"), "");
 }
 
-TEST(IntroLine, ALastLineOfBlanksHidesTheOnesBefore)
+TEST(IntroLineTest, ALastLineOfBlanksHidesTheOnesBefore)
 {
     EXPECT_EQ(introLine("A line.\n   \n"), "");
     EXPECT_EQ(introLine("A line.\n\u2003\u3000\n"), "");
 }
 
-TEST(IntroLine, AMegabyteWithoutALineFeedIsOneLine)
+TEST(IntroLineTest, AMegabyteWithoutALineFeedIsOneLine)
 {
     const std::string line(1 << 20, 'x');
     EXPECT_EQ(introLine(line), line);
 }
 
-TEST(IntroLine, NothingElseIsCleaned)
+TEST(IntroLineTest, NothingElseIsCleaned)
 {
     EXPECT_EQ(introLine("**\"Song\"** \xF0\x9F\x8E\xB5\n"), "**\"Song\"** \xF0\x9F\x8E\xB5");
     EXPECT_EQ(introLine(std::string("a\0b\x1b[31m\n", 9)), std::string("a\0b\x1b[31m", 8));
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 Notification music(UserInfo info)
@@ -18,7 +18,7 @@ NowPlaying record(const char* source, bool isPlaying, const char* name = "Song")
     return {name, "Artist", "Album", isPlaying, false, source};
 }
 
-TEST(ParseEvent, APausedMusicTrackMarkedAsLovedKeepsItsMark)
+TEST(ParseEventTest, APausedMusicTrackMarkedAsLovedKeepsItsMark)
 {
     const auto event = parseEvent(music({{"Player State", std::string("Paused")},
                                          {"Name", std::string("Song 1")},
@@ -34,7 +34,7 @@ TEST(ParseEvent, APausedMusicTrackMarkedAsLovedKeepsItsMark)
     EXPECT_EQ(event->source, "Music");
 }
 
-TEST(ParseEvent, AStoppedSpotifyWithoutATitleIsTheEmptyRecord)
+TEST(ParseEventTest, AStoppedSpotifyWithoutATitleIsTheEmptyRecord)
 {
     const auto event = parseEvent({spotifyNotification, UserInfo{{"Player State", std::string("Stopped")},
                                                                  {"Artist", std::string("not read")},
@@ -48,7 +48,7 @@ TEST(ParseEvent, AStoppedSpotifyWithoutATitleIsTheEmptyRecord)
     EXPECT_EQ(event->source, "Spotify");
 }
 
-TEST(ParseEvent, WithoutATitleOnlyAStopYieldsARecord)
+TEST(ParseEventTest, WithoutATitleOnlyAStopYieldsARecord)
 {
     EXPECT_FALSE(parseEvent(music({{"Player State", std::string("Playing")}})));
     EXPECT_FALSE(parseEvent(music({{"Player State", std::string("stopped")}})));
@@ -56,7 +56,7 @@ TEST(ParseEvent, WithoutATitleOnlyAStopYieldsARecord)
     EXPECT_FALSE(parseEvent({musicNotification, std::nullopt}));
 }
 
-TEST(ParseEvent, PlayingIsComparedWithItsCase)
+TEST(ParseEventTest, PlayingIsComparedWithItsCase)
 {
     for (const auto* state : {"playing", "PLAYING", "Playing ", ""}) {
         const auto event =
@@ -68,7 +68,7 @@ TEST(ParseEvent, PlayingIsComparedWithItsCase)
                     ->isPlaying);
 }
 
-TEST(ParseEvent, AStopWithATitleIsARecordThatDoesNotPlay)
+TEST(ParseEventTest, AStopWithATitleIsARecordThatDoesNotPlay)
 {
     const auto event =
         parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string("Stopped")}}));
@@ -77,14 +77,14 @@ TEST(ParseEvent, AStopWithATitleIsARecordThatDoesNotPlay)
     EXPECT_FALSE(event->isPlaying);
 }
 
-TEST(ParseEvent, ALovedValueThatIsATextIsNotLoved)
+TEST(ParseEventTest, ALovedValueThatIsATextIsNotLoved)
 {
     EXPECT_FALSE(
         parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::string("true")}}))->favorited);
     EXPECT_FALSE(parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::int64_t{1}}}))->favorited);
 }
 
-TEST(ParseEvent, ValuesOfOtherTypesCountAsMissing)
+TEST(ParseEventTest, ValuesOfOtherTypesCountAsMissing)
 {
     const auto event = parseEvent(music({{"Name", std::string("Song")},
                                          {"Artist", std::int64_t{5}},
@@ -97,36 +97,36 @@ TEST(ParseEvent, ValuesOfOtherTypesCountAsMissing)
     EXPECT_FALSE(parseEvent(music({{"Name", std::monostate{}}, {"Player State", std::string("Paused")}})));
 }
 
-TEST(ParseEvent, AnyOtherNotificationCountsAsSpotifys)
+TEST(ParseEventTest, AnyOtherNotificationCountsAsSpotifys)
 {
     EXPECT_EQ(parseEvent({"another.player", UserInfo{{"Name", std::string("Song")}}})->source, "Spotify");
 }
 
-TEST(Pick, APlayingPlayerWinsOverAPausedOne)
+TEST(PickTest, APlayingPlayerWinsOverAPausedOne)
 {
     EXPECT_EQ(pick(record("Music", false), record("Spotify", true), std::nullopt)->source, "Spotify");
     EXPECT_EQ(pick(record("Music", true), record("Spotify", false), std::nullopt)->source, "Music");
 }
 
-TEST(Pick, MusicWinsWhenBothPlayOrBothPause)
+TEST(PickTest, MusicWinsWhenBothPlayOrBothPause)
 {
     EXPECT_EQ(pick(record("Music", true), record("Spotify", true), std::nullopt)->source, "Music");
     EXPECT_EQ(pick(record("Music", false), record("Spotify", false), std::nullopt)->source, "Music");
 }
 
-TEST(Pick, ASinglePausedPlayerIsChosenBeforeTheFallback)
+TEST(PickTest, ASinglePausedPlayerIsChosenBeforeTheFallback)
 {
     EXPECT_EQ(pick(std::nullopt, record("Spotify", false), record("Music", true))->source, "Spotify");
 }
 
-TEST(Pick, TheFallbackIsTakenAsItIsWhenNeitherPollGaveAnything)
+TEST(PickTest, TheFallbackIsTakenAsItIsWhenNeitherPollGaveAnything)
 {
     EXPECT_EQ(pick(std::nullopt, std::nullopt, record("Music", true, "Last"))->name, "Last");
     EXPECT_EQ(pick(std::nullopt, std::nullopt, record("Spotify", false, ""))->name, "");
     EXPECT_FALSE(pick(std::nullopt, std::nullopt, std::nullopt));
 }
 
-TEST(ParsePollOutput, TakesThePartsByPositionAndTrimsThem)
+TEST(ParsePollOutputTest, TakesThePartsByPositionAndTrimsThem)
 {
     const auto record = parsePollOutput("Music", " Song \n||\tArtist||\u3000Album|| true ||true\r\n", 5);
     ASSERT_TRUE(record);
@@ -138,7 +138,7 @@ TEST(ParsePollOutput, TakesThePartsByPositionAndTrimsThem)
     EXPECT_EQ(record->source, "Music");
 }
 
-TEST(ParsePollOutput, ATitleWithTheSeparatorShiftsTheOtherParts)
+TEST(ParsePollOutputTest, ATitleWithTheSeparatorShiftsTheOtherParts)
 {
     const auto record = parsePollOutput("Spotify", "A||B||Artist||Album||true", 4);
     ASSERT_TRUE(record);
@@ -148,22 +148,22 @@ TEST(ParsePollOutput, ATitleWithTheSeparatorShiftsTheOtherParts)
     EXPECT_FALSE(record->isPlaying);
 }
 
-TEST(ParsePollOutput, TruthValuesAreComparedWithTheirCase)
+TEST(ParsePollOutputTest, TruthValuesAreComparedWithTheirCase)
 {
     EXPECT_FALSE(parsePollOutput("Music", "a||b||c||True||TRUE", 5)->isPlaying);
     EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true||TRUE", 5)->favorited);
 }
 
-TEST(ParsePollOutput, ASpotifyRecordIsNeverLoved)
+TEST(ParsePollOutputTest, ASpotifyRecordIsNeverLoved)
 {
     EXPECT_FALSE(parsePollOutput("Spotify", "a||b||c||true||true", 4)->favorited);
 }
 
-TEST(ParsePollOutput, TooFewPartsGiveNothing)
+TEST(ParsePollOutputTest, TooFewPartsGiveNothing)
 {
     EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true", 5));
     EXPECT_FALSE(parsePollOutput("Spotify", "", 4));
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

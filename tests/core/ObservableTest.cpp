@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using testing::ElementsAre;
@@ -20,7 +20,7 @@ struct Recorder {
     }
 };
 
-TEST(Observable, NewSubscriberFirstReceivesTheCurrentValue)
+TEST(ObservableTest, NewSubscriberFirstReceivesTheCurrentValue)
 {
     Observable<int> property(7);
     Recorder recorder;
@@ -28,7 +28,7 @@ TEST(Observable, NewSubscriberFirstReceivesTheCurrentValue)
     EXPECT_THAT(recorder.heard, ElementsAre(7));
 }
 
-TEST(Observable, EveryAssignmentIsPublishedAlsoOfAnUnchangedValue)
+TEST(ObservableTest, EveryAssignmentIsPublishedAlsoOfAnUnchangedValue)
 {
     Observable<int> property(1);
     Recorder recorder;
@@ -39,7 +39,7 @@ TEST(Observable, EveryAssignmentIsPublishedAlsoOfAnUnchangedValue)
     EXPECT_THAT(recorder.heard, ElementsAre(1, 1, 2, 2));
 }
 
-TEST(Observable, TheNewValueIsDeliveredBeforeThePropertyHoldsIt)
+TEST(ObservableTest, TheNewValueIsDeliveredBeforeThePropertyHoldsIt)
 {
     Observable<int> property(1);
     std::vector<int> readBack;
@@ -50,7 +50,7 @@ TEST(Observable, TheNewValueIsDeliveredBeforeThePropertyHoldsIt)
     EXPECT_EQ(property.get(), 3);
 }
 
-TEST(Observable, SubscribersAreCalledInOrderOfSubscription)
+TEST(ObservableTest, SubscribersAreCalledInOrderOfSubscription)
 {
     Observable<int> property(0);
     std::string order;
@@ -61,7 +61,7 @@ TEST(Observable, SubscribersAreCalledInOrderOfSubscription)
     EXPECT_EQ(order, "ab");
 }
 
-TEST(Observable, ADroppedHandleEndsTheSubscription)
+TEST(ObservableTest, ADroppedHandleEndsTheSubscription)
 {
     Observable<int> property(0);
     Recorder recorder;
@@ -71,7 +71,7 @@ TEST(Observable, ADroppedHandleEndsTheSubscription)
     EXPECT_THAT(recorder.heard, ElementsAre(0));
 }
 
-TEST(Observable, AMovedHandleKeepsTheSubscriptionAndAReplacedOneEndsIt)
+TEST(ObservableTest, AMovedHandleKeepsTheSubscriptionAndAReplacedOneEndsIt)
 {
     Observable<int> property(0);
     Recorder recorder;
@@ -83,7 +83,7 @@ TEST(Observable, AMovedHandleKeepsTheSubscriptionAndAReplacedOneEndsIt)
     EXPECT_THAT(recorder.heard, ElementsAre(0, 1));
 }
 
-TEST(Observable, AHandleDroppedDuringADeliveryEndsAlsoForThatDelivery)
+TEST(ObservableTest, AHandleDroppedDuringADeliveryEndsAlsoForThatDelivery)
 {
     Observable<int> property(0);
     Recorder second;
@@ -97,7 +97,7 @@ TEST(Observable, AHandleDroppedDuringADeliveryEndsAlsoForThatDelivery)
     EXPECT_THAT(second.heard, ElementsAre(0));
 }
 
-TEST(Observable, ASubscriberMayDropItsOwnHandleDuringADelivery)
+TEST(ObservableTest, ASubscriberMayDropItsOwnHandleDuringADelivery)
 {
     Observable<int> property(0);
     std::vector<int> heard;
@@ -114,7 +114,7 @@ TEST(Observable, ASubscriberMayDropItsOwnHandleDuringADelivery)
     EXPECT_THAT(later.heard, ElementsAre(0, 1, 2));
 }
 
-TEST(Observable, ASubscriberAddedDuringADeliveryReceivesTheOldAndThenTheNewValue)
+TEST(ObservableTest, ASubscriberAddedDuringADeliveryReceivesTheOldAndThenTheNewValue)
 {
     Observable<int> property(0);
     Recorder late;
@@ -126,7 +126,7 @@ TEST(Observable, ASubscriberAddedDuringADeliveryReceivesTheOldAndThenTheNewValue
     EXPECT_THAT(late.heard, ElementsAre(0, 1));
 }
 
-TEST(Observable, AnAssignmentDuringADeliveryIsPublishedAtOnceAndTheOuterOneIsStoredLast)
+TEST(ObservableTest, AnAssignmentDuringADeliveryIsPublishedAtOnceAndTheOuterOneIsStoredLast)
 {
     Observable<int> property(0);
     Recorder recorder;
@@ -139,7 +139,7 @@ TEST(Observable, AnAssignmentDuringADeliveryIsPublishedAtOnceAndTheOuterOneIsSto
     EXPECT_EQ(property.get(), 1);
 }
 
-TEST(Observable, AHandleMayOutliveItsProperty)
+TEST(ObservableTest, AHandleMayOutliveItsProperty)
 {
     auto property = std::make_unique<Observable<int>>(0);
     Recorder recorder;
@@ -149,7 +149,7 @@ TEST(Observable, AHandleMayOutliveItsProperty)
     EXPECT_THAT(recorder.heard, ElementsAre(0));
 }
 
-TEST(Observable, ModifyIsOneAssignment)
+TEST(ObservableTest, ModifyIsOneAssignment)
 {
     Observable<int> property(5);
     Recorder recorder;
@@ -159,4 +159,4 @@ TEST(Observable, ModifyIsOneAssignment)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

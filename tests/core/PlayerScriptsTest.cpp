@@ -5,10 +5,10 @@
 
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
-TEST(PlayerScripts, PollsAreTheWireFormatToTheByte)
+TEST(PlayerScriptsTest, PollsAreTheWireFormatToTheByte)
 {
     EXPECT_EQ(musicPollScript().size(), 543U);
     EXPECT_EQ(spotifyPollScript().size(), 470U);
@@ -25,7 +25,7 @@ TEST(PlayerScripts, PollsAreTheWireFormatToTheByte)
     EXPECT_EQ(spotifyPollScript(), expected);
 }
 
-TEST(PlayerScripts, VolumeCommandsAreTheWireFormat)
+TEST(PlayerScriptsTest, VolumeCommandsAreTheWireFormat)
 {
     EXPECT_EQ(volumeScript({"Music", std::nullopt}), "tell application \"Music\" to get sound volume");
     EXPECT_EQ(volumeScript({"Spotify", std::nullopt}), "tell application \"Spotify\" to get sound volume");
@@ -33,7 +33,7 @@ TEST(PlayerScripts, VolumeCommandsAreTheWireFormat)
     EXPECT_EQ(volumeScript({"Spotify", 0}), "tell application \"Spotify\" to set sound volume to 0");
 }
 
-TEST(PlayerScripts, VolumeCommandsAreRecognised)
+TEST(PlayerScriptsTest, VolumeCommandsAreRecognised)
 {
     for (const auto& command : {VolumeCommand{"Music", std::nullopt}, VolumeCommand{"Spotify", 0},
                                 VolumeCommand{"Music", 100}, VolumeCommand{"Any player", 7}}) {
@@ -41,7 +41,7 @@ TEST(PlayerScripts, VolumeCommandsAreRecognised)
     }
 }
 
-TEST(PlayerScripts, AnythingElseIsNoVolumeCommand)
+TEST(PlayerScriptsTest, AnythingElseIsNoVolumeCommand)
 {
     const std::string set = "tell application \"Music\" to set sound volume to ";
     for (const auto* number : {"", "-1", "+5", "05", "101", "1000", "5 ", "5.0", "x"}) {
@@ -54,4 +54,4 @@ TEST(PlayerScripts, AnythingElseIsNoVolumeCommand)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

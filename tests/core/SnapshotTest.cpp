@@ -10,16 +10,16 @@
 #include <thread>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
-TEST(Snapshot, HoldsNothingAtFirst)
+TEST(SnapshotTest, HoldsNothingAtFirst)
 {
     const Snapshot<int> snapshot;
     EXPECT_EQ(snapshot.load(), nullptr);
 }
 
-TEST(Snapshot, HoldsWhatWasStoredLast)
+TEST(SnapshotTest, HoldsWhatWasStoredLast)
 {
     Snapshot<std::string> snapshot;
     snapshot.store("one");
@@ -27,7 +27,7 @@ TEST(Snapshot, HoldsWhatWasStoredLast)
     EXPECT_EQ(*snapshot.load(), "two");
 }
 
-TEST(Snapshot, ARecordOutlivesItsReplacementWhereItIsHeld)
+TEST(SnapshotTest, ARecordOutlivesItsReplacementWhereItIsHeld)
 {
     Snapshot<std::string> snapshot;
     snapshot.store("one");
@@ -36,7 +36,7 @@ TEST(Snapshot, ARecordOutlivesItsReplacementWhereItIsHeld)
     EXPECT_EQ(*held, "one");
 }
 
-TEST(Snapshot, LetsGoOfWhatItHasReplaced)
+TEST(SnapshotTest, LetsGoOfWhatItHasReplaced)
 {
     Snapshot<std::shared_ptr<int>> snapshot;
     std::weak_ptr<int> first;
@@ -50,7 +50,7 @@ TEST(Snapshot, LetsGoOfWhatItHasReplaced)
     EXPECT_TRUE(first.expired());
 }
 
-TEST(Snapshot, ReadersSeeWholeRecordsThatNeverGetOlder)
+TEST(SnapshotTest, ReadersSeeWholeRecordsThatNeverGetOlder)
 {
     constexpr int last = 20000;
     Snapshot<std::vector<int>> snapshot;
@@ -71,4 +71,4 @@ TEST(Snapshot, ReadersSeeWholeRecordsThatNeverGetOlder)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -103,7 +103,7 @@ private:
     int spoken_ = 0;
 };
 
-TEST(Soak, TenThousandTracksLeaveNothingBehind)
+TEST(SoakTest, TenThousandTracksLeaveNothingBehind)
 {
     Session session;
     session.play(1000);  // the activity log is full by then

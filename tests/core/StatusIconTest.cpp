@@ -5,7 +5,7 @@
 
 #include <variant>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 void expectRect(const Rect& rect, double x, double y, double size)
@@ -56,7 +56,7 @@ void expectRecordAndArm(const Drawing& icon, ColorRole primary, ColorRole accent
     expectDot(icon.steps[5], 14.1, 13.1, 1.8, accent);
 }
 
-TEST(StatusIcon, WhileNothingPlaysItIsATemplateInTheLabelColourWithoutStylus)
+TEST(StatusIconTest, WhileNothingPlaysItIsATemplateInTheLabelColourWithoutStylus)
 {
     const auto icon = statusIcon(false);
     EXPECT_TRUE(icon.isTemplate);
@@ -64,7 +64,7 @@ TEST(StatusIcon, WhileNothingPlaysItIsATemplateInTheLabelColourWithoutStylus)
     expectRecordAndArm(icon, ColorRole::label, ColorRole::label);
 }
 
-TEST(StatusIcon, WhileMusicPlaysItIsGreenAndOrangeWithAStylusDotBesideTheCentre)
+TEST(StatusIconTest, WhileMusicPlaysItIsGreenAndOrangeWithAStylusDotBesideTheCentre)
 {
     const auto icon = statusIcon(true);
     EXPECT_FALSE(icon.isTemplate);
@@ -73,7 +73,7 @@ TEST(StatusIcon, WhileMusicPlaysItIsGreenAndOrangeWithAStylusDotBesideTheCentre)
     expectDot(icon.steps[6], 9.5, 9.5, 1.6, ColorRole::systemOrange);
 }
 
-TEST(StatusIcon, TheRimStaysInsideThePicture)
+TEST(StatusIconTest, TheRimStaysInsideThePicture)
 {
     const auto icon = statusIcon(true);
     const auto& rim = std::get<StrokeOval>(icon.steps[0]);
@@ -82,4 +82,4 @@ TEST(StatusIcon, TheRimStaysInsideThePicture)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

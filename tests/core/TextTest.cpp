@@ -5,23 +5,23 @@
 
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using testing::ElementsAre;
 
-TEST(TextEqual, PrecomposedAndDecomposedLettersAreEqual)
+TEST(TextEqualTest, PrecomposedAndDecomposedLettersAreEqual)
 {
     EXPECT_TRUE(text::equal("Caf\u00e9", "Cafe\u0301"));
     EXPECT_TRUE(text::equal("\uAC00", "\u1100\u1161"));  // a Hangul syllable and its letters
 }
 
-TEST(TextEqual, OrderOfCombiningMarksOfDifferentClassesDoesNotCount)
+TEST(TextEqualTest, OrderOfCombiningMarksOfDifferentClassesDoesNotCount)
 {
     EXPECT_TRUE(text::equal("q\u0307\u0323", "q\u0323\u0307"));
 }
 
-TEST(TextEqual, MoreMarksThanAnyWritingHasAreComparedByteByByte)
+TEST(TextEqualTest, MoreMarksThanAnyWritingHasAreComparedByteByByte)
 {
     const auto marks = [](int count, const char* first, const char* second) {
         std::string text = "a";
@@ -34,7 +34,7 @@ TEST(TextEqual, MoreMarksThanAnyWritingHasAreComparedByteByByte)
     EXPECT_FALSE(text::equal(marks(250'000, "\u0301", "\u0316"), marks(250'000, "\u0316", "\u0301")));
 }
 
-TEST(TextEqual, CaseBlanksAccentsAndCompatibilityFormsCount)
+TEST(TextEqualTest, CaseBlanksAccentsAndCompatibilityFormsCount)
 {
     EXPECT_FALSE(text::equal("Song", "song"));
     EXPECT_FALSE(text::equal("Song", "Song "));
@@ -42,26 +42,26 @@ TEST(TextEqual, CaseBlanksAccentsAndCompatibilityFormsCount)
     EXPECT_FALSE(text::equal("\uFB01", "fi"));
 }
 
-TEST(TextEqual, InvalidUtf8IsComparedByteByByte)
+TEST(TextEqualTest, InvalidUtf8IsComparedByteByByte)
 {
     EXPECT_TRUE(text::equal("\xff\xfe", "\xff\xfe"));
     EXPECT_FALSE(text::equal("\xff", "\xfe"));
     EXPECT_FALSE(text::equal("\xff", "e"));
 }
 
-TEST(TextEqual, NulIsACharacterLikeAnyOther)
+TEST(TextEqualTest, NulIsACharacterLikeAnyOther)
 {
     EXPECT_FALSE(text::equal(std::string("a\0b", 3), std::string("a\0c", 3)));
     EXPECT_FALSE(text::equal(std::string("a\0b", 3), "a"));
 }
 
-TEST(TextTrim, RemovesUnicodeWhiteSpaceAndLineEndsFromBothEnds)
+TEST(TextTrimTest, RemovesUnicodeWhiteSpaceAndLineEndsFromBothEnds)
 {
     EXPECT_EQ(text::trim(" \t\r\n\v\f\u0085\u00a0\u1680\u2003\u2028\u2029\u202f\u205f\u3000Song A\u3000\n "),
               "Song A");
 }
 
-TEST(TextTrim, KeepsWhatIsNoWhiteSpace)
+TEST(TextTrimTest, KeepsWhatIsNoWhiteSpace)
 {
     EXPECT_EQ(text::trim("\u200bA\u200b"), "\u200bA\u200b");  // zero-width space is a format character
     EXPECT_EQ(text::trim("  a b  "), "a b");
@@ -72,14 +72,14 @@ TEST(TextTrim, KeepsWhatIsNoWhiteSpace)
     EXPECT_EQ(text::trim("A \x80"), "A \x80") << "the end of no character; the blank is not at the end";
 }
 
-TEST(TextSplit, KeepsEmptyPiecesAndFindsSeparatorsFromLeftToRight)
+TEST(TextSplitTest, KeepsEmptyPiecesAndFindsSeparatorsFromLeftToRight)
 {
     EXPECT_THAT(text::split("a||b||", "||"), ElementsAre("a", "b", ""));
     EXPECT_THAT(text::split("", "||"), ElementsAre(""));
     EXPECT_THAT(text::split("a|||b", "||"), ElementsAre("a", "|b"));
 }
 
-TEST(TextLength, CountsUserPerceivedCharacters)
+TEST(TextLengthTest, CountsUserPerceivedCharacters)
 {
     EXPECT_EQ(text::length(""), 0U);
     EXPECT_EQ(text::length("abc"), 3U);
@@ -90,7 +90,7 @@ TEST(TextLength, CountsUserPerceivedCharacters)
     EXPECT_EQ(text::length("\xff\xfe"), 2U);
 }
 
-TEST(TextIsValidUtf8, RefusesWhatIsNoText)
+TEST(TextIsValidUtf8Test, RefusesWhatIsNoText)
 {
     EXPECT_TRUE(text::isValidUtf8(""));
     EXPECT_TRUE(text::isValidUtf8(std::string("a\0\u00e9\U0001F600", 8)));
@@ -100,37 +100,37 @@ TEST(TextIsValidUtf8, RefusesWhatIsNoText)
     EXPECT_FALSE(text::isValidUtf8("\xf4\x90\x80\x80"));  // above the last code point
 }
 
-TEST(TextWrap, BreaksAtBlanksAndJoinsWithLineFeeds)
+TEST(TextWrapTest, BreaksAtBlanksAndJoinsWithLineFeeds)
 {
     EXPECT_EQ(text::wrap("a b", 3), "a b");
     EXPECT_EQ(text::wrap("a b", 2), "a\nb");
     EXPECT_EQ(text::wrap("one two three", 7), "one two\nthree");
 }
 
-TEST(TextWrap, AnEmptyTextOrOneOfBlanksIsEmpty)
+TEST(TextWrapTest, AnEmptyTextOrOneOfBlanksIsEmpty)
 {
     EXPECT_EQ(text::wrap("", 40), "");
     EXPECT_EQ(text::wrap("     ", 40), "");
 }
 
-TEST(TextWrap, RunsOfBlanksCountAsOneBreakAndOuterOnesVanish)
+TEST(TextWrapTest, RunsOfBlanksCountAsOneBreakAndOuterOnesVanish)
 {
     EXPECT_EQ(text::wrap("  a   b  ", 40), "a b");
 }
 
-TEST(TextWrap, ALongWordStandsAloneUnbroken)
+TEST(TextWrapTest, ALongWordStandsAloneUnbroken)
 {
     const std::string word(60, 'x');
     EXPECT_EQ(text::wrap(word, 40), word);
     EXPECT_EQ(text::wrap("a " + word + " b", 40), "a\n" + word + "\nb");
 }
 
-TEST(TextWrap, TabsAndLineFeedsStayInsideTheirWord)
+TEST(TextWrapTest, TabsAndLineFeedsStayInsideTheirWord)
 {
     EXPECT_EQ(text::wrap("a\tb c\nd", 3), "a\tb\nc\nd");
 }
 
-TEST(TextWrap, WidthIsCountedInUserPerceivedCharacters)
+TEST(TextWrapTest, WidthIsCountedInUserPerceivedCharacters)
 {
     const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
     EXPECT_EQ(text::wrap(family + " " + family, 3), family + " " + family);
@@ -138,4 +138,4 @@ TEST(TextWrap, WidthIsCountedInUserPerceivedCharacters)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -7,10 +7,10 @@
 #include <set>
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
-TEST(Uuid, IsRandomAndOfVersionFour)
+TEST(UuidTest, IsRandomAndOfVersionFour)
 {
     std::set<std::string> seen;
     for (int i = 0; i < 100; ++i) {
@@ -22,7 +22,7 @@ TEST(Uuid, IsRandomAndOfVersionFour)
     EXPECT_EQ(seen.size(), 100U);
 }
 
-TEST(Uuid, EveryOtherPlaceVaries)
+TEST(UuidTest, EveryOtherPlaceVaries)
 {
     const auto first = makeUuid();
     std::string varied(first.size(), '-');
@@ -35,4 +35,4 @@ TEST(Uuid, EveryOtherPlaceVaries)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -17,13 +17,13 @@
 
 namespace sonvara::test {
 
-class FakeImage : public Image {
+class FakeImage final : public Image {
 public:
     explicit FakeImage(Drawing from) : drawing(std::move(from)) {}
     Drawing drawing;
 };
 
-class FakeImageRenderer : public ImageRenderer {
+class FakeImageRenderer final : public ImageRenderer {
 public:
     explicit FakeImageRenderer(VirtualTime& time) : time_(time) {}
     std::shared_ptr<const Image> render(const Drawing& drawing) override
@@ -42,7 +42,7 @@ private:
     VirtualTime& time_;
 };
 
-class FakeStatusMenu : public StatusMenu {
+class FakeStatusMenu final : public StatusMenu {
 public:
     void setItems(std::vector<MenuItem> newItems) override
     {
@@ -75,7 +75,7 @@ private:
     Callbacks<> willOpen_;
 };
 
-class FakeStatusButton : public StatusButton {
+class FakeStatusButton final : public StatusButton {
 public:
     void setImage(std::shared_ptr<const Image> newImage) override
     {
@@ -106,7 +106,7 @@ struct StatusBarState {
     int itemsMade = 0;
 };
 
-class FakeStatusBar : public StatusBar {
+class FakeStatusBar final : public StatusBar {
 public:
     std::unique_ptr<StatusItem> makeSquareItem() override
     {
@@ -123,7 +123,7 @@ public:
     StatusBarState state;
 
 private:
-    class Item : public StatusItem {
+    class Item final : public StatusItem {
     public:
         explicit Item(StatusBarState& state) : state_(state) {}
         StatusButton* button() override { return state_.givesButton ? &state_.button : nullptr; }
@@ -138,7 +138,7 @@ private:
     };
 };
 
-class FakeWindow : public Window {
+class FakeWindow final : public Window {
 public:
     explicit FakeWindow(WindowSetup from) : setup(std::move(from)) {}
     [[nodiscard]] bool isVisible() const override { return isShown && !isMiniaturized; }
@@ -166,7 +166,7 @@ public:
     int broughtToFront = 0;
 };
 
-class FakeWindows : public Windows {
+class FakeWindows final : public Windows {
 public:
     std::shared_ptr<Window> make(WindowSetup setup) override
     {

@@ -15,7 +15,7 @@ namespace sonvara::test {
 
 /// What one player would answer. Scripts other than the known ones fail the test, as do scripts that
 /// are run on the main thread.
-class FakePlayers : public ScriptRunner {
+class FakePlayers final : public ScriptRunner {
 public:
     struct Player {
         bool isRunning = false;

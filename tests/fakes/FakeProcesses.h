@@ -27,7 +27,7 @@ struct ToolBehaviour {
     bool ignoresTerminate = false;
 };
 
-class FakeChild : public ChildProcess {
+class FakeChild final : public ChildProcess {
 public:
     FakeChild(VirtualTime& time, ChildProcessSetup how, ToolBehaviour behaviour)
         : setup(std::move(how)),
@@ -82,7 +82,7 @@ private:
 };
 
 /// Launches `FakeChild`ren, each with the behaviour that is set at that moment.
-class FakeLauncher : public ProcessLauncher {
+class FakeLauncher final : public ProcessLauncher {
 public:
     explicit FakeLauncher(VirtualTime& time) : time_(time) {}
     std::shared_ptr<ChildProcess> make(ChildProcessSetup setup) override
@@ -99,7 +99,7 @@ private:
     VirtualTime& time_;
 };
 
-class FakeFileManager : public FileManager {
+class FakeFileManager final : public FileManager {
 public:
     explicit FakeFileManager(VirtualTime& time) : time_(time) {}
     [[nodiscard]] bool isExecutableFile(const std::string& path) const override

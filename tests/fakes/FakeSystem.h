@@ -24,7 +24,7 @@
 
 namespace sonvara::test {
 
-class FakeNotificationCenter : public NotificationCenter {
+class FakeNotificationCenter final : public NotificationCenter {
 public:
     explicit FakeNotificationCenter(VirtualTime& time) : time_(time) {}
     Subscription addObserver(const std::string& name,
@@ -48,7 +48,7 @@ private:
 };
 
 /// Read from any thread; the test's turns are the only writers, and they never overlap with readers.
-class FakeUserDefaults : public UserDefaults {
+class FakeUserDefaults final : public UserDefaults {
 public:
     using Value = std::variant<bool, std::string>;
 
@@ -63,7 +63,7 @@ public:
     {
         const auto found = values.find(key);
         const auto* value = found == values.end() ? nullptr : std::get_if<std::string>(&found->second);
-        return value ? std::optional(*value) : std::nullopt;
+        return value != nullptr ? std::optional(*value) : std::nullopt;
     }
     void setBool(const std::string& key, bool value) override { store(key, value); }
     void setString(const std::string& key, const std::string& value) override { store(key, value); }
@@ -80,7 +80,7 @@ private:
     Callbacks<> changed_;
 };
 
-class FakeSystemLog : public SystemLog {
+class FakeSystemLog final : public SystemLog {
 public:
     struct Message {
         LogLevel level;
@@ -88,7 +88,10 @@ public:
         std::string text;       ///< all pieces
         std::string published;  ///< with "<private>" in place of the private ones
     };
-    [[nodiscard]] bool isEnabled(LogLevel, std::string_view) const override { return true; }
+    [[nodiscard]] bool isEnabled(LogLevel /*level*/, std::string_view /*category*/) const override
+    {
+        return true;
+    }
     void write(const LogMessage& message) override
     {
         Message rendered{message.level, message.category, "", ""};
@@ -111,20 +114,20 @@ public:
     std::vector<Message> messages;
 };
 
-class FakeEnvironment : public Environment {
+class FakeEnvironment final : public Environment {
 public:
     [[nodiscard]] Variables variables() const override { return values; }
     Variables values{{"PATH", "/usr/games"}, {"HOME", "/home/listener"}};
 };
 
-class FakePasteboard : public Pasteboard {
+class FakePasteboard final : public Pasteboard {
 public:
     void clearContents() override { contents.clear(); }
     void setString(const std::string& text) override { contents.push_back(text); }
     std::vector<std::string> contents{"an older copy"};
 };
 
-class FakeLoginItem : public LoginItem {
+class FakeLoginItem final : public LoginItem {
 public:
     [[nodiscard]] LoginItemStatus status() const override
     {
@@ -147,7 +150,7 @@ private:
     }
 };
 
-class FakeApplication : public Application {
+class FakeApplication final : public Application {
 public:
     void setDelegate(std::weak_ptr<ApplicationDelegate> newDelegate) override
     {

@@ -17,7 +17,7 @@
 namespace sonvara::test {
 
 /// Speaks one line at a time and reports each end exactly once, on a worker as real ones do.
-class FakeVoice : public SpeechSynthesizer {
+class FakeVoice final : public SpeechSynthesizer {
 public:
     enum class Ending { none, finished, cancelled };
     struct Line {

@@ -98,7 +98,7 @@ private:
     std::thread thread_;  // last: it uses the others
 };
 
-class VirtualTime::Timer : public RepeatingTimer {
+class VirtualTime::Timer final : public RepeatingTimer {
 public:
     Timer(Duration every, Task run) : interval(every), action(std::move(run)) {}
     void invalidate() override { action = nullptr; }
@@ -106,7 +106,7 @@ public:
     Task action;
 };
 
-class VirtualTime::Delayed : public DelayedTask {
+class VirtualTime::Delayed final : public DelayedTask {
 public:
     void cancel() override { isCancelled = true; }
     std::atomic<bool> isCancelled = false;
@@ -228,8 +228,7 @@ bool VirtualTime::step()
             candidates.emplace_back(blocked_[i]->order, [this, i] { resumeWorker(i); });
     }
     if (candidates.empty()) return false;
-    auto chosen = std::min_element(candidates.begin(), candidates.end(),
-                                   [](const auto& a, const auto& b) { return a.first < b.first; });
+    auto chosen = std::ranges::min_element(candidates, {}, [](const auto& it) { return it.first; });
     if (random_) {
         std::uniform_int_distribution<std::size_t> any(0, candidates.size() - 1);
         chosen = candidates.begin() + static_cast<std::ptrdiff_t>(any(*random_));

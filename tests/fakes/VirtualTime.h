@@ -24,7 +24,7 @@ namespace sonvara::test {
 /// A worker task runs on a thread of its own, so that fakes can block in it as the real parts do, but the
 /// threads take turns: exactly one runs at any moment. The test's own thread is the main thread. Endless
 /// posting at one moment in time fails the test.
-class VirtualTime : public MainQueue, public GlobalQueue, public Clock {
+class VirtualTime final : public MainQueue, public GlobalQueue, public Clock {
 public:
     using Duration = std::chrono::milliseconds;
 

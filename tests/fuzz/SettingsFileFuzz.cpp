@@ -13,7 +13,7 @@ using fuzz::require;
 
 namespace {
 
-struct NoLog : SystemLog {
+struct NoLog final : SystemLog {
     [[nodiscard]] bool isEnabled(LogLevel, std::string_view) const override { return false; }
     void write(const LogMessage&) override {}
 };

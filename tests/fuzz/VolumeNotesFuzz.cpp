@@ -11,7 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!notes) return 0;
     require(parseLoweredNotes(format(*notes), 0) == notes);
     for (const auto& note : *notes) {
-        require(note.levels.home >= 0 && note.levels.home <= 100 && note.levels.low >= 0 && note.levels.low <= 100);
+        require(note.levels.home >= 0 && note.levels.home <= 100 && note.levels.low >= 0 &&
+                note.levels.low <= 100);
     }
     return 0;
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 
 /// The number in the four bytes at `offset`, the most significant one first. Throws when there are fewer.
 [[nodiscard]] inline std::size_t bigEndianAt(const std::string& data, std::size_t offset)
@@ -15,4 +15,4 @@ namespace sonvara {
     return number;
 }
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -11,7 +11,7 @@
 #include <iterator>
 #include <map>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 NSDictionary* propertyList(const char* path)
@@ -61,4 +61,4 @@ TEST(BundleTest, IconHoldsEveryPictureInItsSize)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-namespace sonvara {
+namespace sonvara::test {
 
 /// Any thread: runs a shell's command to its end; whether it succeeded. The shell prints the status, since
 /// GNUstep may collect that of every child of the process before anybody else can.
@@ -18,4 +18,4 @@ namespace sonvara {
     return printed == "0\n";
 }
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -9,7 +9,7 @@
 #include <future>
 #include <type_traits>
 
-namespace sonvara {
+namespace sonvara::test {
 
 /// Runs `action` on the main thread, also while a menu is open, and returns its result.
 template <typename Action>
@@ -32,4 +32,4 @@ std::invoke_result_t<Action> onMain(Action action)
     return true;
 }
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 inline constexpr const char* title = "A form";
 inline constexpr const char* sheetPlace = "A form/sheet";
@@ -92,7 +92,7 @@ struct Model {
     }
 };
 
-struct Closed : WindowDelegate {
+struct Closed final : WindowDelegate {
     std::shared_ptr<Window> window;  // dropped when it closes
     int times = 0;
     void windowWillClose(Window& closing) override
@@ -147,4 +147,4 @@ protected:
     std::shared_ptr<Closed> closed_ = std::make_shared<Closed>();
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

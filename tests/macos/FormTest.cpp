@@ -1,7 +1,7 @@
 // A window with a form: the renderer shows what it is given.
 #include "FormFixture.h"
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using FormTest = FormFixture;
@@ -87,4 +87,4 @@ TEST_F(FormTest, DroppingTheWindowClosesItWithoutTellingTheDelegate)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

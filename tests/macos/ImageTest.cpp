@@ -7,7 +7,7 @@
 #include <future>
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 constexpr std::string_view pngSignature = "\x89PNG\r\n\x1a\n";
@@ -54,4 +54,4 @@ TEST(CocoaImageTest, DrawsOffTheMainThread)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -1,7 +1,7 @@
 // The sheet over a form: a list of rows that comes and goes with its binding.
 #include "FormFixture.h"
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using LogSheetTest = FormFixture;
@@ -101,4 +101,4 @@ TEST_F(LogSheetTest, AReaderAtTheTopSeesTheNewRow)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

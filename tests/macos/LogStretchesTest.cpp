@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using Texts = std::array<std::string, 5>;
@@ -48,4 +48,4 @@ TEST(LogStretchesTest, HidesMoreRatherThanLess)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 constexpr const char* name = "app.sonvara.test.playerInfo";
@@ -62,4 +62,4 @@ TEST_F(DistributedNotificationCenterTest, DroppingAHandleEndsItsDeliveryOnly)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

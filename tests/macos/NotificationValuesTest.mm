@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 Notification notificationWith(NSDictionary* userInfo)
@@ -48,4 +48,4 @@ TEST(NotificationValuesTest, LeavesOutKeysThatAreNoStrings)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara::probe {
+namespace sonvara::test::probe {
 
 /// Makes the application object, as a program does at its start.
 void startApplication();
@@ -66,4 +66,4 @@ void scrollToEnd(const std::string& place);
 [[nodiscard]] std::string clipboard();
 void setClipboard(const std::string& text);
 
-}  // namespace sonvara::probe
+}  // namespace sonvara::test::probe

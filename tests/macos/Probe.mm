@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace sonvara::probe {
+namespace sonvara::test::probe {
 
 namespace {
 
@@ -222,4 +222,4 @@ void setClipboard(const std::string& text)
     [[NSPasteboard generalPasteboard] setString:toNSString(text) forType:NSPasteboardTypeString];
 }
 
-}  // namespace sonvara::probe
+}  // namespace sonvara::test::probe

@@ -11,7 +11,7 @@
 
 using namespace std::chrono_literals;
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 TEST(DispatchMainQueueTest, RunsTasksLaterAndInOrder)
@@ -116,4 +116,4 @@ TEST(DispatchGlobalQueueTest, CancelDropsATaskThatHasNotBegun)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

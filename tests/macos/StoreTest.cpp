@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 TEST(CocoaUserDefaultsTest, HasNothingUnderAnUnknownKey)
@@ -57,4 +57,4 @@ TEST(CocoaPasteboardTest, ReplacesTheWholeContent)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -6,6 +6,6 @@
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    sonvara::probe::startApplication();
+    sonvara::test::probe::startApplication();
     return RUN_ALL_TESTS();
 }

@@ -37,7 +37,7 @@ struct SlowStore final : NoteStore {
     std::vector<std::string> written;
 };
 
-TEST(NoteWriter, NobodyWaitsForTheDiskAndOnlyTheLatestTextIsWritten)
+TEST(NoteWriterTest, NobodyWaitsForTheDiskAndOnlyTheLatestTextIsWritten)
 {
     SlowStore store;
     NoteWriter writer(store);
@@ -53,7 +53,7 @@ TEST(NoteWriter, NobodyWaitsForTheDiskAndOnlyTheLatestTextIsWritten)
     EXPECT_EQ(store.written, (std::vector<std::string>{"one", "four", "(removed)"}));
 }
 
-TEST(NoteWriter, WhatWasGivenLastIsWrittenBeforeItEnds)
+TEST(NoteWriterTest, WhatWasGivenLastIsWrittenBeforeItEnds)
 {
     SlowStore store;
     store.isReleased = true;

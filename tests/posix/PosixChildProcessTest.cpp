@@ -243,9 +243,9 @@ TEST_F(PosixChildProcessTest, NamesTheReasonOfAFailedLaunch)
     expectNoChildren();
 }
 
-using PosixChildProcessAsRoot = PosixChildProcessTest;
+using PosixChildProcessAsRootTest = PosixChildProcessTest;
 
-TEST_F(PosixChildProcessAsRoot, RefusesAFolderOfAnotherUser)
+TEST_F(PosixChildProcessAsRootTest, RefusesAFolderOfAnotherUser)
 {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a folder of another user";
     ASSERT_EQ(::chown(folder_.path().c_str(), 12345, 12345), 0);

@@ -44,7 +44,7 @@ std::string madeFile(const TemporaryFolder& folder, const std::string& name, uns
     return path;
 }
 
-TEST(PosixFileManager, ExecutableFilesAreRegularFilesOrLinksToThem)
+TEST(PosixFileManagerTest, ExecutableFilesAreRegularFilesOrLinksToThem)
 {
     const TemporaryFolder folder;
     const PosixFileManager files;
@@ -67,7 +67,7 @@ TEST(PosixFileManager, ExecutableFilesAreRegularFilesOrLinksToThem)
     EXPECT_FALSE(files.isExecutableFile("/dev/null"));
 }
 
-TEST(PosixFileManagerAsRoot, ExecutabilityIsAskedForTheEffectiveUser)
+TEST(PosixFileManagerAsRootTest, ExecutabilityIsAskedForTheEffectiveUser)
 {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
     const TemporaryFolder folder;
@@ -84,7 +84,7 @@ TEST(PosixFileManagerAsRoot, ExecutabilityIsAskedForTheEffectiveUser)
     EXPECT_TRUE(mayExecuteOther);
 }
 
-TEST(PosixFileManager, TemporaryFolderIsTmpdirOrTmp)
+TEST(PosixFileManagerTest, TemporaryFolderIsTmpdirOrTmp)
 {
     const PosixFileManager files;
     const ScopedVariable variable("TMPDIR", "/some/where");
@@ -97,7 +97,7 @@ TEST(PosixFileManager, TemporaryFolderIsTmpdirOrTmp)
     }
 }
 
-TEST(PosixFileManager, MakesAFolderWithThoseAboveIt)
+TEST(PosixFileManagerTest, MakesAFolderWithThoseAboveIt)
 {
     const TemporaryFolder folder;
     PosixFileManager files;
@@ -112,7 +112,7 @@ TEST(PosixFileManager, MakesAFolderWithThoseAboveIt)
     EXPECT_FALSE(files.createDirectory(folder.file("file/below")));
 }
 
-TEST(PosixEnvironment, HoldsEveryVariable)
+TEST(PosixEnvironmentTest, HoldsEveryVariable)
 {
     const ScopedVariable empty("SONVARA_TEST_EMPTY", "");
     const ScopedVariable text("SONVARA_TEST_TEXT", "a=b\n\xFF");
@@ -123,7 +123,7 @@ TEST(PosixEnvironment, HoldsEveryVariable)
     EXPECT_FALSE(variables.contains("SONVARA_TEST_ABSENT"));
 }
 
-TEST(PosixClock, GivesTheTimeOfDayInTheCurrentZone)
+TEST(PosixClockTest, GivesTheTimeOfDayInTheCurrentZone)
 {
     const PosixClock clock;
     const auto time =
@@ -141,7 +141,7 @@ TEST(PosixClock, GivesTheTimeOfDayInTheCurrentZone)
     EXPECT_EQ(moved.second, 9);
 }
 
-TEST(PosixClock, NowIsTheSystemsTime)
+TEST(PosixClockTest, NowIsTheSystemsTime)
 {
     const auto before = std::chrono::system_clock::now();
     const auto now = PosixClock().now();

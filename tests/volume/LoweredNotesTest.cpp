@@ -10,7 +10,7 @@ namespace {
 
 constexpr int today = 20'000;
 
-TEST(LoweredNotes, AreReadBackAsTheyWereWritten)
+TEST(LoweredNotesTest, AreReadBackAsTheyWereWritten)
 {
     const LoweredNotes notes{{"org.mpris.MediaPlayer2.vlc", {1.0 / 3, 0.12}, 19'990},
                              {"a player with blanks", {1.0, 0.35}, today}};
@@ -18,14 +18,14 @@ TEST(LoweredNotes, AreReadBackAsTheyWereWritten)
     EXPECT_EQ(parseLoweredNotes(format({}), today), LoweredNotes());
 }
 
-TEST(LoweredNotes, APersonCanReadThem)
+TEST(LoweredNotesTest, APersonCanReadThem)
 {
     EXPECT_EQ(format({{"org.mpris.MediaPlayer2.vlc", {0.58, 0.2}, today}}),
               "Players that Sonvara has lowered: volume, lowered volume, day, player\n"
               "0.58 0.2 20000 org.mpris.MediaPlayer2.vlc\n");
 }
 
-TEST(LoweredNotes, ThoseOfVersionOneAreRead)
+TEST(LoweredNotesTest, ThoseOfVersionOneAreRead)
 {
     EXPECT_EQ(parseLoweredNotes("Players that Sonvara has lowered: volume, lowered volume, program\n"
                                 "80 28 org.mpris.MediaPlayer2.vlc.instance4711\n",
@@ -33,7 +33,7 @@ TEST(LoweredNotes, ThoseOfVersionOneAreRead)
               (LoweredNotes{{"org.mpris.MediaPlayer2.vlc", {0.8, 0.28}, today}}));
 }
 
-TEST(LoweredNotes, WhatIsNotAsItIsWrittenIsNothing)
+TEST(LoweredNotesTest, WhatIsNotAsItIsWrittenIsNothing)
 {
     const std::string heading = "Players that Sonvara has lowered: volume, lowered volume, day, player\n";
     for (const std::string text :
@@ -50,7 +50,7 @@ TEST(LoweredNotes, WhatIsNotAsItIsWrittenIsNothing)
     EXPECT_EQ(parseLoweredNotes(many, today), std::nullopt);
 }
 
-TEST(LoweredNotes, AStableNameIsWithoutTheInstance)
+TEST(LoweredNotesTest, AStableNameIsWithoutTheInstance)
 {
     EXPECT_EQ(stableName("org.mpris.MediaPlayer2.vlc"), "org.mpris.MediaPlayer2.vlc");
     EXPECT_EQ(stableName("org.mpris.MediaPlayer2.vlc.instance123"), "org.mpris.MediaPlayer2.vlc");

@@ -161,7 +161,7 @@ private:
 };
 
 /// The keeper on a desktop of model players, of which one is meant by "Music".
-class ModelDesktop : public VolumePlayers {
+class ModelDesktop final : public VolumePlayers {
 public:
     struct Run {
         ModelPlayer* player;

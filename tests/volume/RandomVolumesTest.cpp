@@ -296,7 +296,7 @@ private:
     std::string failure_;
 };
 
-TEST(RandomVolumes, AreRightInAnyOrderOfEvents)
+TEST(RandomVolumesTest, AreRightInAnyOrderOfEvents)
 {
     const auto* given = std::getenv("SEED");
     const unsigned first =

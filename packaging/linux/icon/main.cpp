@@ -5,6 +5,7 @@
 #include "ui/AppIcon.h"
 #include "ui/StatusIcon.h"
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -14,7 +15,7 @@ using namespace sonvara;
 
 namespace {
 
-constexpr int pngSizes[] = {16, 22, 24, 32, 48, 64, 128, 256};
+constexpr std::array pngSizes{16, 22, 24, 32, 48, 64, 128, 256};
 constexpr int svgSize = 128;
 constexpr int symbolicSize = 16;
 constexpr double points = 18;

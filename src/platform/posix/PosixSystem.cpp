@@ -45,7 +45,7 @@ Variables PosixEnvironment::variables() const
 
 bool PosixFileManager::isExecutableFile(const std::string& path) const
 {
-    struct stat status {};
+    struct stat status{};
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
     return ::faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }

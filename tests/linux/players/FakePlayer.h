@@ -15,7 +15,7 @@ namespace sonvara::test {
 
 /// Serves the properties of an MPRIS player on one connection. Nothing happens by itself: signals
 /// are sent when told, whatever the properties are.
-class FakePlayer : public QDBusVirtualObject {
+class FakePlayer final : public QDBusVirtualObject {
 public:
     enum class Manner {
         proper,   ///< answers as the properties say

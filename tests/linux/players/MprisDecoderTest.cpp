@@ -38,7 +38,7 @@ const QVariantList strangers{QVariant(),
                              QVariant::fromValue(QDBusVariant()),
                              QVariantList{1, 2.0, QVariant()}};
 
-TEST(MprisDecoder, ReadsATrack)
+TEST(MprisDecoderTest, ReadsATrack)
 {
     const auto track = decodeTrack(song);
     EXPECT_EQ(track.title, "Song");
@@ -49,7 +49,7 @@ TEST(MprisDecoder, ReadsATrack)
     EXPECT_FALSE(track.loved);
 }
 
-TEST(MprisDecoder, ArtistsMayBeOneTextOrAnyList)
+TEST(MprisDecoderTest, ArtistsMayBeOneTextOrAnyList)
 {
     EXPECT_EQ(decodeWith("xesam:artist", "Solo").artist, "Solo");
     EXPECT_EQ(decodeWith("xesam:artist", QVariantList{"A", 5, "B"}).artist, "A, B");
@@ -57,12 +57,12 @@ TEST(MprisDecoder, ArtistsMayBeOneTextOrAnyList)
     EXPECT_EQ(decodeWith("xesam:artist", QStringList{}).artist, "");
 }
 
-TEST(MprisDecoder, ATrackIdMayBeAText)
+TEST(MprisDecoderTest, ATrackIdMayBeAText)
 {
     EXPECT_EQ(decodeWith("mpris:trackid", "spotify:track:1").id, "spotify:track:1");
 }
 
-TEST(MprisDecoder, ValuesOfWrongTypesAreMissing)
+TEST(MprisDecoderTest, ValuesOfWrongTypesAreMissing)
 {
     for (const auto& stranger : strangers) {
         EXPECT_EQ(decodeWith("xesam:title", stranger).title, "");
@@ -75,7 +75,7 @@ TEST(MprisDecoder, ValuesOfWrongTypesAreMissing)
     }
 }
 
-TEST(MprisDecoder, LovedIsTheHighestRatingOnly)
+TEST(MprisDecoderTest, LovedIsTheHighestRatingOnly)
 {
     EXPECT_TRUE(decodeWith("xesam:userRating", 1.0).loved);
     EXPECT_TRUE(decodeWith("xesam:userRating", 1).loved);
@@ -85,13 +85,13 @@ TEST(MprisDecoder, LovedIsTheHighestRatingOnly)
     EXPECT_FALSE(decodeWith("xesam:userRating", std::nan("")).loved);
 }
 
-TEST(MprisDecoder, VariantsInVariantsAreUnwrapped)
+TEST(MprisDecoderTest, VariantsInVariantsAreUnwrapped)
 {
     const auto wrapped = QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant("Deep"))));
     EXPECT_EQ(decodeWith("xesam:title", wrapped).title, "Deep");
 }
 
-TEST(MprisDecoder, TextsAreValidWhateverTheyHold)
+TEST(MprisDecoderTest, TextsAreValidWhateverTheyHold)
 {
     const auto nul = QString(QChar(0)) + "a";
     EXPECT_EQ(decodeText(nul), std::string("\0a", 2));
@@ -101,7 +101,7 @@ TEST(MprisDecoder, TextsAreValidWhateverTheyHold)
     EXPECT_EQ(decodeText(QString(1 << 20, 'x')).size(), std::size_t(1 << 20));
 }
 
-TEST(MprisDecoder, StateNamesOnlyWhatThePropertiesHold)
+TEST(MprisDecoderTest, StateNamesOnlyWhatThePropertiesHold)
 {
     const auto volume = decodeState({{"Volume", 0.5}});
     EXPECT_FALSE(volume.status || volume.track);
@@ -114,7 +114,7 @@ TEST(MprisDecoder, StateNamesOnlyWhatThePropertiesHold)
     EXPECT_FALSE(decodeState({{"Metadata", "a text"}}).track);
 }
 
-TEST(MprisDecoder, AVolumeIsTheVeryNumberThatWasTold)
+TEST(MprisDecoderTest, AVolumeIsTheVeryNumberThatWasTold)
 {
     for (const double volume : {0.0, 1.0, 0.300003, 0.295, 1.25}) EXPECT_EQ(decodeVolume(volume), volume);
     EXPECT_EQ(decodeVolume(-0.5), 0.0);
@@ -122,7 +122,7 @@ TEST(MprisDecoder, AVolumeIsTheVeryNumberThatWasTold)
     EXPECT_EQ(decodeVolume(QVariant::fromValue(QDBusVariant(0.5))), 0.5);
 }
 
-TEST(MprisDecoder, WhatIsNoFiniteNumberIsNoVolume)
+TEST(MprisDecoderTest, WhatIsNoFiniteNumberIsNoVolume)
 {
     EXPECT_EQ(decodeVolume(1e300), std::nullopt);
     EXPECT_EQ(decodeVolume(std::nan("")), std::nullopt);

@@ -17,7 +17,7 @@ std::string nameIn(const std::optional<Notification>& notification)
     return notification ? std::get<std::string>(notification->userInfo->at("Name")) : "(none)";
 }
 
-TEST(PictureFeed, WritesANotificationAsThePlayersDo)
+TEST(PictureFeedTest, WritesANotificationAsThePlayersDo)
 {
     const auto music = notificationOf(PlayerKind::music, {PlaybackStatus::playing, "T", "A, B", "C", true});
     EXPECT_EQ(music.name, "com.apple.Music.playerInfo");
@@ -32,14 +32,14 @@ TEST(PictureFeed, WritesANotificationAsThePlayersDo)
     EXPECT_EQ(spotify.userInfo->at("Loved"), Variant(false));
 }
 
-TEST(PictureFeed, TellsTheEndAsStoppedWithAnEmptyName)
+TEST(PictureFeedTest, TellsTheEndAsStoppedWithAnEmptyName)
 {
     const auto end = notificationOf(PlayerKind::music, Picture{});
     EXPECT_EQ(end.userInfo->at("Player State"), Variant(std::string("Stopped")));
     EXPECT_EQ(end.userInfo->at("Name"), Variant(std::string()));
 }
 
-TEST(PictureFeed, TellsEachChangeOnceAndAtOnce)
+TEST(PictureFeedTest, TellsEachChangeOnceAndAtOnce)
 {
     PictureFeed feed(PlayerKind::music);
     Time now{};
@@ -50,7 +50,7 @@ TEST(PictureFeed, TellsEachChangeOnceAndAtOnce)
     EXPECT_FALSE(feed.deadline());
 }
 
-TEST(PictureFeed, WhatThereWasAtTheStartIsNoChange)
+TEST(PictureFeedTest, WhatThereWasAtTheStartIsNoChange)
 {
     PictureFeed feed(PlayerKind::music);
     feed.begin(playing("One"));
@@ -58,7 +58,7 @@ TEST(PictureFeed, WhatThereWasAtTheStartIsNoChange)
     EXPECT_EQ(nameIn(feed.follow(Picture{}, Time{})), "");
 }
 
-TEST(PictureFeed, AFloodIsToldByItsLatestTrack)
+TEST(PictureFeedTest, AFloodIsToldByItsLatestTrack)
 {
     PictureFeed feed(PlayerKind::music);
     Time now{};
@@ -76,14 +76,14 @@ TEST(PictureFeed, AFloodIsToldByItsLatestTrack)
     EXPECT_FALSE(feed.deadline());
 }
 
-TEST(PictureFeed, AFewQuickChangesAreAllTold)
+TEST(PictureFeedTest, AFewQuickChangesAreAllTold)
 {
     PictureFeed feed(PlayerKind::music);
     for (int i = 0; i < PictureFeed::burst; ++i)
         EXPECT_EQ(nameIn(feed.follow(playing(std::to_string(i)), Time{})), std::to_string(i));
 }
 
-TEST(PictureFeed, AChangeUndoneBeforeItsTurnIsNone)
+TEST(PictureFeedTest, AChangeUndoneBeforeItsTurnIsNone)
 {
     PictureFeed feed(PlayerKind::music);
     const Time now{};

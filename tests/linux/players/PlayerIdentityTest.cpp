@@ -15,7 +15,7 @@ bool isBrowserNamed(const std::string& name, const std::string& identity, const 
     return isBrowser(kindOf(name), {identity, desktopEntry, std::nullopt});
 }
 
-TEST(PlayerIdentity, SpotifyIsKnownByItsName)
+TEST(PlayerIdentityTest, SpotifyIsKnownByItsName)
 {
     EXPECT_EQ(kindOf("spotify"), NameKind::spotify);
     EXPECT_EQ(kindOf("spotify.instance4711"), NameKind::spotify);
@@ -23,27 +23,27 @@ TEST(PlayerIdentity, SpotifyIsKnownByItsName)
     EXPECT_EQ(kindOf("spotifyd.instance1"), NameKind::player);
 }
 
-TEST(PlayerIdentity, EveryOtherPlayerIsAPlayer)
+TEST(PlayerIdentityTest, EveryOtherPlayerIsAPlayer)
 {
     for (const auto* name :
          {"audacious", "mpv", "vlc", "vlc.instance12", "strawberry", "rhythmbox", "mpd", "cider"})
         EXPECT_EQ(kindOf(name), NameKind::player) << name;
 }
 
-TEST(PlayerIdentity, ProxiesAndMirrorsAreNoPlayers)
+TEST(PlayerIdentityTest, ProxiesAndMirrorsAreNoPlayers)
 {
     for (const auto* name : {"playerctld", "kdeconnect.mpris_abc", "plasma-browser-integration"})
         EXPECT_EQ(kindOf(name), NameKind::ignored) << name;
 }
 
-TEST(PlayerIdentity, OtherNamesAreNoPlayers)
+TEST(PlayerIdentityTest, OtherNamesAreNoPlayers)
 {
     for (const auto* name : {"", "org.mpris.MediaPlayer2", "org.mpris.MediaPlayer2.",
                              "org.mpris.MediaPlayer2Foo.vlc", ":1.5", "org.freedesktop.DBus"})
         EXPECT_EQ(kindOfName(name), NameKind::ignored) << name;
 }
 
-TEST(PlayerIdentity, BrowsersAreKnownByWhatTheySayOfThemselves)
+TEST(PlayerIdentityTest, BrowsersAreKnownByWhatTheySayOfThemselves)
 {
     EXPECT_TRUE(isBrowserNamed("firefox.instance_1_23", "Mozilla Firefox", "firefox"));
     EXPECT_TRUE(isBrowserNamed("firefox.instance_1_23", "Nightly", "firefox-nightly"));
@@ -57,13 +57,13 @@ TEST(PlayerIdentity, BrowsersAreKnownByWhatTheySayOfThemselves)
     EXPECT_TRUE(isBrowserNamed("anything", "", "org.mozilla.firefox"));
 }
 
-TEST(PlayerIdentity, AMusicClientOnABrowsersEngineCounts)
+TEST(PlayerIdentityTest, AMusicClientOnABrowsersEngineCounts)
 {
     EXPECT_FALSE(isBrowserNamed("chromium.instance7", "Cider", "cider"));
     EXPECT_FALSE(isBrowserNamed("chromium.instance7", "Cider", ""));
 }
 
-TEST(PlayerIdentity, TheNameDecidesOnlyWhenThePlayerSaysNothing)
+TEST(PlayerIdentityTest, TheNameDecidesOnlyWhenThePlayerSaysNothing)
 {
     EXPECT_TRUE(isBrowserNamed("chromium.instance7", "", ""));
     EXPECT_TRUE(isBrowserNamed("firefox.instance_1_2", "", ""));
@@ -71,7 +71,7 @@ TEST(PlayerIdentity, TheNameDecidesOnlyWhenThePlayerSaysNothing)
     EXPECT_FALSE(isBrowserNamed("spotify", "Chromium", "chromium"));
 }
 
-TEST(PlayerIdentity, PlayersWithRelatedWordsAreNoBrowsers)
+TEST(PlayerIdentityTest, PlayersWithRelatedWordsAreNoBrowsers)
 {
     EXPECT_FALSE(isBrowserNamed("operetta", "Operetta", "operetta"));
     EXPECT_FALSE(isBrowserNamed("gmusicbrowser", "gmusicbrowser", "gmusicbrowser"));

@@ -7,7 +7,7 @@
 namespace sonvara::test {
 namespace {
 
-TEST(PlayerNotificationCenter, CallsTheObserversOfTheNameInOrder)
+TEST(PlayerNotificationCenterTest, CallsTheObserversOfTheNameInOrder)
 {
     PlayerNotificationCenter center;
     std::string calls;
@@ -19,7 +19,7 @@ TEST(PlayerNotificationCenter, CallsTheObserversOfTheNameInOrder)
     EXPECT_EQ(calls, "12b");
 }
 
-TEST(PlayerNotificationCenter, ADroppedObserverIsNotCalledByTheDeliveryUnderWay)
+TEST(PlayerNotificationCenterTest, ADroppedObserverIsNotCalledByTheDeliveryUnderWay)
 {
     PlayerNotificationCenter center;
     int calls = 0;
@@ -30,7 +30,7 @@ TEST(PlayerNotificationCenter, ADroppedObserverIsNotCalledByTheDeliveryUnderWay)
     EXPECT_EQ(calls, 0);
 }
 
-TEST(PlayerNotificationCenter, AnObserverMayAddAnotherAndDropItself)
+TEST(PlayerNotificationCenterTest, AnObserverMayAddAnotherAndDropItself)
 {
     PlayerNotificationCenter center;
     int calls = 0;
@@ -45,7 +45,7 @@ TEST(PlayerNotificationCenter, AnObserverMayAddAnotherAndDropItself)
     EXPECT_EQ(calls, 1);
 }
 
-TEST(PlayerNotificationCenter, AHandleMayBeDroppedOnAnotherThreadAndAfterTheCenter)
+TEST(PlayerNotificationCenterTest, AHandleMayBeDroppedOnAnotherThreadAndAfterTheCenter)
 {
     auto center = std::make_unique<PlayerNotificationCenter>();
     int calls = 0;

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 //
 // Each test ends with a track that the player changes to properly: what else it made the adapter
 // post must have come before.
-class PlayerQuirks : public PlayersTest {
+class PlayerQuirksTest : public PlayersTest {
 protected:
     void SetUp() override
     {
@@ -41,7 +41,7 @@ protected:
     const std::string last = "Music Playing Last/Artist/Album";
 };
 
-TEST_F(PlayerQuirks, AudaciousSendsOneSignalAndOneConstantTrackId)
+TEST_F(PlayerQuirksTest, AudaciousSendsOneSignalAndOneConstantTrackId)
 {
     auto player = makePlayer({"audacious"});
     playsFirst(player);
@@ -49,7 +49,7 @@ TEST_F(PlayerQuirks, AudaciousSendsOneSignalAndOneConstantTrackId)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
-TEST_F(PlayerQuirks, MpvShowsTheFileNameUntilItHasReadTheTags)
+TEST_F(PlayerQuirksTest, MpvShowsTheFileNameUntilItHasReadTheTags)
 {
     auto player = makePlayer({"mpv"});
     playsFirst(player);
@@ -61,7 +61,7 @@ TEST_F(PlayerQuirks, MpvShowsTheFileNameUntilItHasReadTheTags)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
-TEST_F(PlayerQuirks, VlcSaysEverythingTwiceAndStopsBetweenTracks)
+TEST_F(PlayerQuirksTest, VlcSaysEverythingTwiceAndStopsBetweenTracks)
 {
     auto player = makePlayer({"vlc", "vlc.instance77"});
     playsFirst(player);
@@ -76,7 +76,7 @@ TEST_F(PlayerQuirks, VlcSaysEverythingTwiceAndStopsBetweenTracks)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
-TEST_F(PlayerQuirks, VlcMayShowItselfOnTwoConnections)
+TEST_F(PlayerQuirksTest, VlcMayShowItselfOnTwoConnections)
 {
     auto player = makePlayer({"vlc"});
     auto twin = makePlayer({"vlc.instance77"});
@@ -86,7 +86,7 @@ TEST_F(PlayerQuirks, VlcMayShowItselfOnTwoConnections)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
-TEST_F(PlayerQuirks, StrawberrySendsTheTrackTwiceBeforeItPlays)
+TEST_F(PlayerQuirksTest, StrawberrySendsTheTrackTwiceBeforeItPlays)
 {
     auto metadata = metadataOf("First");
     metadata["mpris:trackid"] = "a text, no path";
@@ -97,7 +97,7 @@ TEST_F(PlayerQuirks, StrawberrySendsTheTrackTwiceBeforeItPlays)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
 }
 
-TEST_F(PlayerQuirks, RhythmboxClearsEverythingBeforeTheNextTrack)
+TEST_F(PlayerQuirksTest, RhythmboxClearsEverythingBeforeTheNextTrack)
 {
     auto player = makePlayer({"rhythmbox"});
     playsFirst(player);
@@ -107,7 +107,7 @@ TEST_F(PlayerQuirks, RhythmboxClearsEverythingBeforeTheNextTrack)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
-TEST_F(PlayerQuirks, MpdRepeatsTheTrackAfterAVolumeChange)
+TEST_F(PlayerQuirksTest, MpdRepeatsTheTrackAfterAVolumeChange)
 {
     auto player = makePlayer({"mpd"});
     playsFirst(player);
@@ -117,7 +117,7 @@ TEST_F(PlayerQuirks, MpdRepeatsTheTrackAfterAVolumeChange)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
-TEST_F(PlayerQuirks, SpotifyStartsWithoutMetadata)
+TEST_F(PlayerQuirksTest, SpotifyStartsWithoutMetadata)
 {
     auto player = makePlayer({"spotify"});
     player.change({{"PlaybackStatus", "Playing"}, {"Metadata", QVariantMap()}});
@@ -128,7 +128,7 @@ TEST_F(PlayerQuirks, SpotifyStartsWithoutMetadata)
     EXPECT_EQ(pollSpotify(), "First||Artist||Album||true");
 }
 
-TEST_F(PlayerQuirks, SpotifySignalsWithoutTheNewValues)
+TEST_F(PlayerQuirksTest, SpotifySignalsWithoutTheNewValues)
 {
     auto player = makePlayer({"spotify"});
     player.set({{"PlaybackStatus", "Playing"}, {"Metadata", metadataOf("First")}});
@@ -139,7 +139,7 @@ TEST_F(PlayerQuirks, SpotifySignalsWithoutTheNewValues)
     EXPECT_EQ(postsUntil(2).back(), "Spotify Playing Second/Artist/Album");
 }
 
-TEST_F(PlayerQuirks, SpotifysAdvertisementsAreNoTracks)
+TEST_F(PlayerQuirksTest, SpotifysAdvertisementsAreNoTracks)
 {
     auto player = makePlayer({"spotify"});
     player.play("First");
@@ -152,7 +152,7 @@ TEST_F(PlayerQuirks, SpotifysAdvertisementsAreNoTracks)
     EXPECT_EQ(postsUntilLast(player).size(), 3U);
 }
 
-TEST_F(PlayerQuirks, BrowsersAreKnownByTheirWordsNotTheirNames)
+TEST_F(PlayerQuirksTest, BrowsersAreKnownByTheirWordsNotTheirNames)
 {
     auto browser = makePlayer({});
     browser.introduction = {{"Identity", "Chromium"}, {"DesktopEntry", "chromium"}};
@@ -168,7 +168,7 @@ TEST_F(PlayerQuirks, BrowsersAreKnownByTheirWordsNotTheirNames)
     EXPECT_EQ(posts, Posts{"Music Playing A video/Artist/Album"});
 }
 
-TEST_F(PlayerQuirks, ProxiesAndMirrorsAreNotAskedAtAll)
+TEST_F(PlayerQuirksTest, ProxiesAndMirrorsAreNotAskedAtAll)
 {
     auto proxy = makePlayer({"playerctld", "kdeconnect.mpris_1", "plasma-browser-integration"});
     proxy.play("First");
@@ -178,7 +178,7 @@ TEST_F(PlayerQuirks, ProxiesAndMirrorsAreNotAskedAtAll)
     EXPECT_EQ(proxy.questions(), 0);
 }
 
-TEST_F(PlayerQuirks, SeveralArtistsAreJoinedAndTheHighestRatingIsLove)
+TEST_F(PlayerQuirksTest, SeveralArtistsAreJoinedAndTheHighestRatingIsLove)
 {
     auto player = makePlayer({"rhythmbox"});
     auto metadata = metadataOf("First", {"A", "B"});
@@ -188,7 +188,7 @@ TEST_F(PlayerQuirks, SeveralArtistsAreJoinedAndTheHighestRatingIsLove)
     EXPECT_EQ(pollMusic(), "First||A, B||Album||true||true");
 }
 
-TEST_F(PlayerQuirks, WrongTypesAreTakenForWhatTheyCanMean)
+TEST_F(PlayerQuirksTest, WrongTypesAreTakenForWhatTheyCanMean)
 {
     auto player = makePlayer({"vlc"});
     QVariantMap metadata{{"xesam:title", "First"},     {"xesam:artist", "Solo"}, {"xesam:album", 7},

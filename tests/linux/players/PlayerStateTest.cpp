@@ -13,7 +13,7 @@ Track track(const std::string& title, const std::string& artist = "Artist")
     return result;
 }
 
-TEST(PlayerState, TellsATrackThatPlaysOrIsPaused)
+TEST(PlayerStateTest, TellsATrackThatPlaysOrIsPaused)
 {
     auto song = track("Song");
     song.album = "Album";
@@ -24,17 +24,17 @@ TEST(PlayerState, TellsATrackThatPlaysOrIsPaused)
               (Picture{PlaybackStatus::paused, "Song", "Artist", "Album", true}));
 }
 
-TEST(PlayerState, AStoppedPlayerHasNoTrackWhateverItStillNames)
+TEST(PlayerStateTest, AStoppedPlayerHasNoTrackWhateverItStillNames)
 {
     EXPECT_EQ(pictureOf({PlaybackStatus::stopped, track("Song")}), Picture{});
 }
 
-TEST(PlayerState, ATrackWithoutATitleIsNone)
+TEST(PlayerStateTest, ATrackWithoutATitleIsNone)
 {
     EXPECT_EQ(pictureOf({PlaybackStatus::playing, track("")}), Picture{});
 }
 
-TEST(PlayerState, AdvertisementsAreRecognisedByTheirIdOrTheirAddress)
+TEST(PlayerStateTest, AdvertisementsAreRecognisedByTheirIdOrTheirAddress)
 {
     auto byPath = track("Buy this");
     byPath.id = "/com/spotify/ad/42";
@@ -48,7 +48,7 @@ TEST(PlayerState, AdvertisementsAreRecognisedByTheirIdOrTheirAddress)
     }
 }
 
-TEST(PlayerState, TheUsersOwnFolderMayBeCalledAd)
+TEST(PlayerStateTest, TheUsersOwnFolderMayBeCalledAd)
 {
     auto song = track("Song");
     song.id = "spotify:track:/add/";
@@ -56,14 +56,14 @@ TEST(PlayerState, TheUsersOwnFolderMayBeCalledAd)
     EXPECT_FALSE(isAdvertisement(song));
 }
 
-TEST(PlayerState, ATrackIsCompleteWithTitleAndArtist)
+TEST(PlayerStateTest, ATrackIsCompleteWithTitleAndArtist)
 {
     EXPECT_TRUE(isComplete(track("Song")));
     EXPECT_FALSE(isComplete(track("Song", "")));
     EXPECT_FALSE(isComplete(track("")));
 }
 
-TEST(PlayerState, AFileNameIsNoCompleteTitle)
+TEST(PlayerStateTest, AFileNameIsNoCompleteTitle)
 {
     auto song = track("My song #1.mp3");
     song.url = "file:///music/My%20song%20%231.mp3";
@@ -75,7 +75,7 @@ TEST(PlayerState, AFileNameIsNoCompleteTitle)
     EXPECT_FALSE(isComplete(song));
 }
 
-TEST(PlayerState, AMessageChangesOnlyWhatItNames)
+TEST(PlayerStateTest, AMessageChangesOnlyWhatItNames)
 {
     PlayerState state;
     merge(state, {PlaybackStatus::playing, track("One")});
@@ -86,7 +86,7 @@ TEST(PlayerState, AMessageChangesOnlyWhatItNames)
     EXPECT_EQ(state.track.title, "Two");
 }
 
-TEST(PlayerState, ATrackFromBeforeAStopIsNotBelieved)
+TEST(PlayerStateTest, ATrackFromBeforeAStopIsNotBelieved)
 {
     PlayerState state;
     merge(state, {PlaybackStatus::playing, track("One")});
@@ -95,7 +95,7 @@ TEST(PlayerState, ATrackFromBeforeAStopIsNotBelieved)
     EXPECT_EQ(state.track.title, "");
 }
 
-TEST(PlayerState, ATrackNamedAfterAStopIsBelieved)
+TEST(PlayerStateTest, ATrackNamedAfterAStopIsBelieved)
 {
     PlayerState state;
     merge(state, {PlaybackStatus::stopped, std::nullopt});

@@ -45,7 +45,7 @@ struct SilentVoice final : SpeechSynthesizer {
     }
 };
 
-class PlayerVolume : public PlayersTest {
+class PlayerVolumeTest : public PlayersTest {
 protected:
     TemporaryFolder folder;
     SilentVoice voice;
@@ -55,7 +55,7 @@ protected:
     WorkerPool workers;
     std::unique_ptr<VolumeGuard> guard;
 
-    ~PlayerVolume() override
+    ~PlayerVolumeTest() override
     {
         if (guard) guard->end();
         EXPECT_TRUE(workers.shutDown(5s));
@@ -133,7 +133,7 @@ protected:
     }
 };
 
-TEST_F(PlayerVolume, IsLowWhileTheLineIsSpokenAndBackAtItsEnd)
+TEST_F(PlayerVolumeTest, IsLowWhileTheLineIsSpokenAndBackAtItsEnd)
 {
     const auto player = makePlaying("rhythmbox", 1.0 / 3);
     say();
@@ -144,7 +144,7 @@ TEST_F(PlayerVolume, IsLowWhileTheLineIsSpokenAndBackAtItsEnd)
 }
 
 // PipeWire: for up to 0.3 seconds a new stream has no volume, and cmus and Audacious tell 0.
-TEST_F(PlayerVolume, ThatIsNotKnownWhileTheStreamOpensIsWaitedFor)
+TEST_F(PlayerVolumeTest, ThatIsNotKnownWhileTheStreamOpensIsWaitedFor)
 {
     auto player = makePlaying("cmus");
     player->change({{"Metadata", metadataOf("Two")}, {"Volume", 4.65452e-310}});
@@ -155,7 +155,7 @@ TEST_F(PlayerVolume, ThatIsNotKnownWhileTheStreamOpensIsWaitedFor)
     EXPECT_TRUE(comesTo(*player, 0.8));
 }
 
-TEST_F(PlayerVolume, ANoteIsOnDiskWhileThePlayerIsLowered)
+TEST_F(PlayerVolumeTest, ANoteIsOnDiskWhileThePlayerIsLowered)
 {
     const auto player = makePlaying("vlc.instance77");
     say();
@@ -166,7 +166,7 @@ TEST_F(PlayerVolume, ANoteIsOnDiskWhileThePlayerIsLowered)
     fallSilent();
 }
 
-TEST_F(PlayerVolume, TheEndOfALineIsPassedOnAtOnce)
+TEST_F(PlayerVolumeTest, TheEndOfALineIsPassedOnAtOnce)
 {
     struct Ends final : SpeechSynthesizerDelegate {
         int count = 0;
@@ -182,7 +182,7 @@ TEST_F(PlayerVolume, TheEndOfALineIsPassedOnAtOnce)
 }
 
 // A pause right at a line's beginning: its duck comes later than its end.
-TEST_F(PlayerVolume, ALineThatIsOverLowersNothing)
+TEST_F(PlayerVolumeTest, ALineThatIsOverLowersNothing)
 {
     const auto player = makePlaying("rhythmbox");
     untilReady();
@@ -197,7 +197,7 @@ TEST_F(PlayerVolume, ALineThatIsOverLowersNothing)
     EXPECT_TRUE(comesTo(*player, 1.0));
 }
 
-TEST_F(PlayerVolume, IsSetOnTheProgramOnWhichItWasReadOrNowhere)
+TEST_F(PlayerVolumeTest, IsSetOnTheProgramOnWhichItWasReadOrNowhere)
 {
     auto player = makePlaying("rhythmbox");
     speak();
@@ -222,7 +222,7 @@ TEST_F(PlayerVolume, IsSetOnTheProgramOnWhichItWasReadOrNowhere)
     EXPECT_EQ(run(getMusicVolume).integer, 100) << "the other one's";
 }
 
-TEST_F(PlayerVolume, OfAProgramThatTakesTheNameOverIsLeftAlone)
+TEST_F(PlayerVolumeTest, OfAProgramThatTakesTheNameOverIsLeftAlone)
 {
     auto player = makePlaying("rhythmbox");
     say();
@@ -238,7 +238,7 @@ TEST_F(PlayerVolume, OfAProgramThatTakesTheNameOverIsLeftAlone)
     EXPECT_EQ(other.property("Volume"), QVariant(0.6));
 }
 
-TEST_F(PlayerVolume, ThatTheUserMovesDuringALineStaysWhereItIs)
+TEST_F(PlayerVolumeTest, ThatTheUserMovesDuringALineStaysWhereItIs)
 {
     auto player = makePlaying("rhythmbox");
     say();
@@ -253,7 +253,7 @@ TEST_F(PlayerVolume, ThatTheUserMovesDuringALineStaysWhereItIs)
 }
 
 // mpv by the wheel; a drag by the mouse.
-TEST_F(PlayerVolume, ThatTheUserMovesAfterALineStaysWhereItIs)
+TEST_F(PlayerVolumeTest, ThatTheUserMovesAfterALineStaysWhereItIs)
 {
     auto player = makePlaying("mpv");
     untilReady();
@@ -266,7 +266,7 @@ TEST_F(PlayerVolume, ThatTheUserMovesAfterALineStaysWhereItIs)
     EXPECT_FALSE(eventuallyWithin(500ms, [&] { return player->property("Volume") != QVariant(0.35); }));
 }
 
-TEST_F(PlayerVolume, ThatAPlayerTakesBackAtATracksBeginIsSetOnceMore)
+TEST_F(PlayerVolumeTest, ThatAPlayerTakesBackAtATracksBeginIsSetOnceMore)
 {
     auto player = makePlaying("strawberry");
     say();
@@ -280,7 +280,7 @@ TEST_F(PlayerVolume, ThatAPlayerTakesBackAtATracksBeginIsSetOnceMore)
 }
 
 // Parole and Pragha, in the first 30 ms of a stream.
-TEST_F(PlayerVolume, ThatAPlayerSwallowsIsSetOnceMore)
+TEST_F(PlayerVolumeTest, ThatAPlayerSwallowsIsSetOnceMore)
 {
     auto player = makePlaying("parole");
     int sets = 0;
@@ -294,7 +294,7 @@ TEST_F(PlayerVolume, ThatAPlayerSwallowsIsSetOnceMore)
 }
 
 // MPD and cmus: without a stream a command is answered as a success, and does nothing.
-TEST_F(PlayerVolume, OfAPlayerThatIsStoppedWhileLoweredComesBackWhenItPlays)
+TEST_F(PlayerVolumeTest, OfAPlayerThatIsStoppedWhileLoweredComesBackWhenItPlays)
 {
     auto player = makePlaying("mpd", 0.9);
     say();
@@ -310,7 +310,7 @@ TEST_F(PlayerVolume, OfAPlayerThatIsStoppedWhileLoweredComesBackWhenItPlays)
     EXPECT_TRUE(comesToNoNote());
 }
 
-TEST_F(PlayerVolume, OfAPlayerThatIsClosedWhileLoweredComesBackWithIt)
+TEST_F(PlayerVolumeTest, OfAPlayerThatIsClosedWhileLoweredComesBackWithIt)
 {
     auto player = makePlaying("vlc.instance1", 0.8);
     say();
@@ -327,7 +327,7 @@ TEST_F(PlayerVolume, OfAPlayerThatIsClosedWhileLoweredComesBackWithIt)
     EXPECT_TRUE(comesToNoNote());
 }
 
-TEST_F(PlayerVolume, ThatIsCutOffToAHundredthComesBackExactly)
+TEST_F(PlayerVolumeTest, ThatIsCutOffToAHundredthComesBackExactly)
 {
     auto player = makePlaying("cmus", 0.58);
     player->onQuestion = [&](const QDBusMessage& question) {
@@ -343,7 +343,7 @@ TEST_F(PlayerVolume, ThatIsCutOffToAHundredthComesBackExactly)
     EXPECT_TRUE(comesToNoNote());
 }
 
-TEST_F(PlayerVolume, OfALoweredPlayerReadsAsItsUsersChoice)
+TEST_F(PlayerVolumeTest, OfALoweredPlayerReadsAsItsUsersChoice)
 {
     const auto player = makePlaying("rhythmbox", 0.8);
     say();
@@ -351,7 +351,7 @@ TEST_F(PlayerVolume, OfALoweredPlayerReadsAsItsUsersChoice)
     fallSilent();
 }
 
-TEST_F(PlayerVolume, ThatCannotBeReadIsAnError)
+TEST_F(PlayerVolumeTest, ThatCannotBeReadIsAnError)
 {
     auto player = makePlaying("vlc");
     for (const QVariant& volume : {QVariant("loud"), QVariant(std::nan("")), QVariant(QStringList{"1.0"})}) {
@@ -365,7 +365,7 @@ TEST_F(PlayerVolume, ThatCannotBeReadIsAnError)
     EXPECT_TRUE(run(getSpotifyVolume).error);
 }
 
-TEST_F(PlayerVolume, OfAHungPlayerIsAnErrorAfterAShortWait)
+TEST_F(PlayerVolumeTest, OfAHungPlayerIsAnErrorAfterAShortWait)
 {
     auto player = makePlaying("vlc");
     player->manner = FakePlayer::Manner::hanging;
@@ -374,7 +374,7 @@ TEST_F(PlayerVolume, OfAHungPlayerIsAnErrorAfterAShortWait)
     EXPECT_TRUE(result.error);
 }
 
-TEST_F(PlayerVolume, IsAnErrorAlthoughTheMainThreadIsGone)
+TEST_F(PlayerVolumeTest, IsAnErrorAlthoughTheMainThreadIsGone)
 {
     begin();
     const auto start = std::chrono::steady_clock::now();
@@ -384,7 +384,7 @@ TEST_F(PlayerVolume, IsAnErrorAlthoughTheMainThreadIsGone)
     EXPECT_LT(std::chrono::steady_clock::now() - start, 1500ms);
 }
 
-TEST_F(PlayerVolume, DoesNotWaitForASlowDisk)
+TEST_F(PlayerVolumeTest, DoesNotWaitForASlowDisk)
 {
     struct SlowStore final : NoteStore {
         std::atomic<bool> isReleased = false;
@@ -417,7 +417,7 @@ TEST_F(PlayerVolume, DoesNotWaitForASlowDisk)
     guard = nullptr;
 }
 
-TEST_F(PlayerVolume, ComesBackWhenTheProgramEnds)
+TEST_F(PlayerVolumeTest, ComesBackWhenTheProgramEnds)
 {
     const auto player = makePlaying("rhythmbox");
     untilReady();

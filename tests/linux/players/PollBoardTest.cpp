@@ -8,12 +8,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(PollBoard, KnowsNothingUntilItIsTold)
+TEST(PollBoardTest, KnowsNothingUntilItIsTold)
 {
     EXPECT_FALSE(PollBoard().read(PlayerKind::music, Time()));
 }
 
-TEST(PollBoard, AnswersForEachPlayerUntilItsTimeIsUp)
+TEST(PollBoardTest, AnswersForEachPlayerUntilItsTimeIsUp)
 {
     PollBoard board;
     const Time now{1h};

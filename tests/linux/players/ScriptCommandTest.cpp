@@ -7,13 +7,13 @@
 namespace sonvara::test {
 namespace {
 
-TEST(ScriptCommand, ThePollsAreThoseThatTheMonitorSends)
+TEST(ScriptCommandTest, ThePollsAreThoseThatTheMonitorSends)
 {
     EXPECT_EQ(recognise(musicPollScript()), ScriptCommand{PlayerKind::music});
     EXPECT_EQ(recognise(spotifyPollScript()), ScriptCommand{PlayerKind::spotify});
 }
 
-TEST(ScriptCommand, APollThatDiffersInOneByteIsNone)
+TEST(ScriptCommandTest, APollThatDiffersInOneByteIsNone)
 {
     for (const auto& script : {musicPollScript(), spotifyPollScript()}) {
         EXPECT_EQ(recognise(script + "\n"), std::nullopt);
@@ -26,7 +26,7 @@ TEST(ScriptCommand, APollThatDiffersInOneByteIsNone)
     }
 }
 
-TEST(ScriptCommand, AnyOtherTextIsNone)
+TEST(ScriptCommandTest, AnyOtherTextIsNone)
 {
     for (const auto* text : {"", "try", "tell application", R"(tell application "Music" to get sound volume)",
                              R"(tell application "Music" to play)"})
@@ -34,7 +34,7 @@ TEST(ScriptCommand, AnyOtherTextIsNone)
     EXPECT_EQ(recognise(musicPollScript() + '\0'), std::nullopt);
 }
 
-TEST(ScriptCommand, AMusicPollAnswersFiveFieldsAndASpotifyPollFour)
+TEST(ScriptCommandTest, AMusicPollAnswersFiveFieldsAndASpotifyPollFour)
 {
     const Picture picture{PlaybackStatus::playing, "T", "A", "B", true};
     EXPECT_EQ(pollAnswer(PlayerKind::music, picture).text, "T||A||B||true||true");
@@ -44,14 +44,14 @@ TEST(ScriptCommand, AMusicPollAnswersFiveFieldsAndASpotifyPollFour)
     EXPECT_EQ(pollAnswer(PlayerKind::spotify, pause).text, "T||||||false");
 }
 
-TEST(ScriptCommand, TheTitleIsGivenAsItIs)
+TEST(ScriptCommandTest, TheTitleIsGivenAsItIs)
 {
     const std::string title = std::string("a||b\n\"") + '\0' + std::string(1 << 20, 'x');
     const Picture picture{PlaybackStatus::playing, title, "A", "B", false};
     EXPECT_EQ(pollAnswer(PlayerKind::spotify, picture).text, title + "||A||B||true");
 }
 
-TEST(ScriptCommand, WithoutATrackThePollAnswersError)
+TEST(ScriptCommandTest, WithoutATrackThePollAnswersError)
 {
     const auto result = pollAnswer(PlayerKind::music, Picture{});
     EXPECT_EQ(result.text, "error");

@@ -59,7 +59,7 @@ Session* session = nullptr;
 
 }  // namespace
 
-class RealDaemon : public SpeechFixture {
+class RealDaemonTest : public SpeechFixture {
 protected:
     const std::string sentence =
         "This is a sentence that takes several seconds to speak, whatever the voice.";
@@ -73,7 +73,7 @@ protected:
     }
 };
 
-TEST_F(RealDaemon, aSpokenLineEnds)
+TEST_F(RealDaemonTest, aSpokenLineEnds)
 {
     start();
     speak("Now playing.");
@@ -82,7 +82,7 @@ TEST_F(RealDaemon, aSpokenLineEnds)
     EXPECT_TRUE(log.messages().empty());
 }
 
-TEST_F(RealDaemon, linesThatAreHardToSpeakEndByThemselves)
+TEST_F(RealDaemonTest, linesThatAreHardToSpeakEndByThemselves)
 {
     SpeechTimes times;
     times.speaking.base = std::chrono::minutes(5);
@@ -98,7 +98,7 @@ TEST_F(RealDaemon, linesThatAreHardToSpeakEndByThemselves)
     EXPECT_EQ(ears->waitForEnds(lines.size(), std::chrono::seconds(30)), std::string(lines.size(), 'F'));
 }
 
-TEST_F(RealDaemon, aStopEndsTheLineSoonAndTheNextOneIsSpoken)
+TEST_F(RealDaemonTest, aStopEndsTheLineSoonAndTheNextOneIsSpoken)
 {
     start();
     speakOne();
@@ -110,7 +110,7 @@ TEST_F(RealDaemon, aStopEndsTheLineSoonAndTheNextOneIsSpoken)
     EXPECT_EQ(ears->waitForEnds(3), "FCF");
 }
 
-TEST_F(RealDaemon, aDaemonKilledMidLineEndsItAndTheNextLineIsSpoken)
+TEST_F(RealDaemonTest, aDaemonKilledMidLineEndsItAndTheNextLineIsSpoken)
 {
     start();
     speakOne();
@@ -123,7 +123,7 @@ TEST_F(RealDaemon, aDaemonKilledMidLineEndsItAndTheNextLineIsSpoken)
     EXPECT_LE(log.messages().size(), 1U) << "the loss, but no failure to speak the next line";
 }
 
-TEST_F(RealDaemon, speaksInAnotherLanguage)
+TEST_F(RealDaemonTest, speaksInAnotherLanguage)
 {
     start();
     speak({"Ein Lied.", SpeechVoice{"de-DE"}, 0.75});

@@ -5,9 +5,9 @@
 
 namespace sonvara::test {
 
-class SpeechContract : public StubFixture {};
+class SpeechContractTest : public StubFixture {};
 
-TEST_F(SpeechContract, speaksOneLineAfterTheOther)
+TEST_F(SpeechContractTest, speaksOneLineAfterTheOther)
 {
     start();
     speak("one");
@@ -23,7 +23,7 @@ TEST_F(SpeechContract, speaksOneLineAfterTheOther)
     EXPECT_TRUE(log.messages().empty());
 }
 
-TEST_F(SpeechContract, takesAnEndThatComesBeforeTheLinesNumber)
+TEST_F(SpeechContractTest, takesAnEndThatComesBeforeTheLinesNumber)
 {
     server.setEndings(Endings::atOnce);
     start();
@@ -32,7 +32,7 @@ TEST_F(SpeechContract, takesAnEndThatComesBeforeTheLinesNumber)
     EXPECT_EQ(server.lines().size(), 20U);
 }
 
-TEST_F(SpeechContract, endsALineWithNothingToSayWithoutConnecting)
+TEST_F(SpeechContractTest, endsALineWithNothingToSayWithoutConnecting)
 {
     start();
     speak("");
@@ -41,7 +41,7 @@ TEST_F(SpeechContract, endsALineWithNothingToSayWithoutConnecting)
     EXPECT_TRUE(server.commands().empty());
 }
 
-TEST_F(SpeechContract, keepsTheOrderOfLinesThatHaveNothingToSay)
+TEST_F(SpeechContractTest, keepsTheOrderOfLinesThatHaveNothingToSay)
 {
     start();
     speak("one");
@@ -52,7 +52,7 @@ TEST_F(SpeechContract, keepsTheOrderOfLinesThatHaveNothingToSay)
     EXPECT_EQ(ears->waitForEnds(2), "CF");
 }
 
-TEST_F(SpeechContract, stopsTheCurrentLineAndNeverSendsTheWaitingOnes)
+TEST_F(SpeechContractTest, stopsTheCurrentLineAndNeverSendsTheWaitingOnes)
 {
     start();
     speak("current");
@@ -66,7 +66,7 @@ TEST_F(SpeechContract, stopsTheCurrentLineAndNeverSendsTheWaitingOnes)
     EXPECT_EQ(server.lines(), (std::vector<std::string>{"current", "later"}));
 }
 
-TEST_F(SpeechContract, neverSendsALineThatWasStoppedWhileItWasConnectedTo)
+TEST_F(SpeechContractTest, neverSendsALineThatWasStoppedWhileItWasConnectedTo)
 {
     start();
     server.hangAt("SET SELF CLIENT_NAME");
@@ -81,7 +81,7 @@ TEST_F(SpeechContract, neverSendsALineThatWasStoppedWhileItWasConnectedTo)
     EXPECT_EQ(ears->ends(), "C");
 }
 
-TEST_F(SpeechContract, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
+TEST_F(SpeechContractTest, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
 {
     start();
     server.hangAt("speak");
@@ -100,7 +100,7 @@ TEST_F(SpeechContract, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
     EXPECT_EQ(ears->waitForEnds(2), "CF");
 }
 
-TEST_F(SpeechContract, stopCancelsOnlyWhatCameBefore)
+TEST_F(SpeechContractTest, stopCancelsOnlyWhatCameBefore)
 {
     start();
     speak("before");
@@ -114,7 +114,7 @@ TEST_F(SpeechContract, stopCancelsOnlyWhatCameBefore)
     EXPECT_EQ(std::ranges::count(commands, "CANCEL SELF"), 1);
 }
 
-TEST_F(SpeechContract, ignoresTheLateCancelOfAStoppedLine)
+TEST_F(SpeechContractTest, ignoresTheLateCancelOfAStoppedLine)
 {
     server.setEndings(Endings::atNextLine);
     start();
@@ -127,7 +127,7 @@ TEST_F(SpeechContract, ignoresTheLateCancelOfAStoppedLine)
     EXPECT_EQ(ears->waitForEnds(2), "CF");
 }
 
-TEST_F(SpeechContract, stopWithNothingUnderWayDoesNothing)
+TEST_F(SpeechContractTest, stopWithNothingUnderWayDoesNothing)
 {
     server.setEndings(Endings::atOnce);
     start();
@@ -140,7 +140,7 @@ TEST_F(SpeechContract, stopWithNothingUnderWayDoesNothing)
     EXPECT_EQ(std::ranges::count(server.commands(), "CANCEL SELF"), 0);
 }
 
-TEST_F(SpeechContract, reportsALineThatAnotherProgramCancelled)
+TEST_F(SpeechContractTest, reportsALineThatAnotherProgramCancelled)
 {
     start();
     speak("one");
@@ -149,7 +149,7 @@ TEST_F(SpeechContract, reportsALineThatAnotherProgramCancelled)
     EXPECT_EQ(ears->waitForEnds(1), "C");
 }
 
-TEST_F(SpeechContract, takesNoOtherEventForAnEnd)
+TEST_F(SpeechContractTest, takesNoOtherEventForAnEnd)
 {
     start();
     speak("one");
@@ -164,7 +164,7 @@ TEST_F(SpeechContract, takesNoOtherEventForAnEnd)
     EXPECT_EQ(ears->ends(), "F");
 }
 
-TEST_F(SpeechContract, silencesTheLineWhenItGoes)
+TEST_F(SpeechContractTest, silencesTheLineWhenItGoes)
 {
     start();
     speak("current");
@@ -176,7 +176,7 @@ TEST_F(SpeechContract, silencesTheLineWhenItGoes)
     EXPECT_TRUE(server.waitForConnections(0));
 }
 
-TEST_F(SpeechContract, speaksOnWhenItsDelegateHasGone)
+TEST_F(SpeechContractTest, speaksOnWhenItsDelegateHasGone)
 {
     start();
     speak("one");

@@ -9,7 +9,7 @@ namespace sonvara::test {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-class SpeechFaults : public StubFixture {
+class SpeechFaultsTest : public StubFixture {
 protected:
     /// Whether `voice` goes in bounded time.
     void expectQuickGoing()
@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(SpeechFaults, aLineCountsAsEndedWhenItsTimeIsOver)
+TEST_F(SpeechFaultsTest, aLineCountsAsEndedWhenItsTimeIsOver)
 {
     server.setEndings(Endings::beginsOnly);
     start(shortTimes());
@@ -40,7 +40,7 @@ TEST_F(SpeechFaults, aLineCountsAsEndedWhenItsTimeIsOver)
     EXPECT_NE(log.messages()[0].pieces[0].text.find("is a sound server running?"), std::string::npos);
 }
 
-TEST_F(SpeechFaults, aDaemonThatDiesEndsTheLine)
+TEST_F(SpeechFaultsTest, aDaemonThatDiesEndsTheLine)
 {
     start();
     speak("one");
@@ -54,7 +54,7 @@ TEST_F(SpeechFaults, aDaemonThatDiesEndsTheLine)
     EXPECT_EQ(ears->waitForEnds(2), "FF");
 }
 
-TEST_F(SpeechFaults, noLineIsLostWhenTheDaemonLeftMeanwhile)
+TEST_F(SpeechFaultsTest, noLineIsLostWhenTheDaemonLeftMeanwhile)
 {
     server.setEndings(Endings::atOnce);
     start();
@@ -68,7 +68,7 @@ TEST_F(SpeechFaults, noLineIsLostWhenTheDaemonLeftMeanwhile)
     EXPECT_TRUE(log.messages().empty());
 }
 
-TEST_F(SpeechFaults, noLineIsLostWhenTheDaemonLeavesAtIt)
+TEST_F(SpeechFaultsTest, noLineIsLostWhenTheDaemonLeavesAtIt)
 {
     server.setEndings(Endings::atOnce);
     start();
@@ -80,7 +80,7 @@ TEST_F(SpeechFaults, noLineIsLostWhenTheDaemonLeavesAtIt)
     EXPECT_EQ(server.lines(), (std::vector<std::string>{"one", "two"}));
 }
 
-TEST_F(SpeechFaults, aMissingDaemonEndsLinesAtOnceAndIsLoggedOnce)
+TEST_F(SpeechFaultsTest, aMissingDaemonEndsLinesAtOnceAndIsLoggedOnce)
 {
     server.die();
     start();
@@ -93,7 +93,7 @@ TEST_F(SpeechFaults, aMissingDaemonEndsLinesAtOnceAndIsLoggedOnce)
     EXPECT_NE(log.messages()[0].pieces.at(0).text.find("speech-dispatcher"), std::string::npos);
 }
 
-TEST_F(SpeechFaults, aNewFailureAfterASuccessIsLoggedAgain)
+TEST_F(SpeechFaultsTest, aNewFailureAfterASuccessIsLoggedAgain)
 {
     server.setEndings(Endings::atOnce);
     server.die();
@@ -109,7 +109,7 @@ TEST_F(SpeechFaults, aNewFailureAfterASuccessIsLoggedAgain)
     EXPECT_EQ(log.messages().size(), 2U);
 }
 
-TEST_F(SpeechFaults, aRefusedLineEnds)
+TEST_F(SpeechFaultsTest, aRefusedLineEnds)
 {
     server.refuseLines(true);
     start();
@@ -121,7 +121,7 @@ TEST_F(SpeechFaults, aRefusedLineEnds)
     EXPECT_TRUE(server.waitForLines(1));
 }
 
-TEST_F(SpeechFaults, noLineIsLostWhenTheDaemonLeavesWhileItIsConnectedTo)
+TEST_F(SpeechFaultsTest, noLineIsLostWhenTheDaemonLeavesWhileItIsConnectedTo)
 {
     server.setEndings(Endings::atOnce);
     for (const char* command : {"SET SELF CLIENT_NAME", "SET SELF NOTIFICATION", "speak"}) {
@@ -136,7 +136,7 @@ TEST_F(SpeechFaults, noLineIsLostWhenTheDaemonLeavesWhileItIsConnectedTo)
     }
 }
 
-TEST_F(SpeechFaults, aHangingDaemonCostsOneLine)
+TEST_F(SpeechFaultsTest, aHangingDaemonCostsOneLine)
 {
     for (const char* command :
          {"SET SELF CLIENT_NAME", "SET SELF NOTIFICATION", "SET SELF PRIORITY", "speak"}) {
@@ -155,7 +155,7 @@ TEST_F(SpeechFaults, aHangingDaemonCostsOneLine)
     }
 }
 
-TEST_F(SpeechFaults, aStopIsReportedAtOnceWhileTheDaemonHangs)
+TEST_F(SpeechFaultsTest, aStopIsReportedAtOnceWhileTheDaemonHangs)
 {
     for (const char* command : {"SET SELF CLIENT_NAME", "speak", "CANCEL SELF"}) {
         SCOPED_TRACE(command);
@@ -175,7 +175,7 @@ TEST_F(SpeechFaults, aStopIsReportedAtOnceWhileTheDaemonHangs)
     }
 }
 
-TEST_F(SpeechFaults, aLineWaitingBehindAHangingCallIsSpokenOnANewConnection)
+TEST_F(SpeechFaultsTest, aLineWaitingBehindAHangingCallIsSpokenOnANewConnection)
 {
     start(impatient());
     speak("one");
@@ -188,7 +188,7 @@ TEST_F(SpeechFaults, aLineWaitingBehindAHangingCallIsSpokenOnANewConnection)
     EXPECT_EQ(ears->waitForEnds(2), "CF");
 }
 
-TEST_F(SpeechFaults, aDaemonThatTakesNoConnectionsNeitherBlocksNorOutlivesTheVoice)
+TEST_F(SpeechFaultsTest, aDaemonThatTakesNoConnectionsNeitherBlocksNorOutlivesTheVoice)
 {
     server.stopAccepting();
     start();
@@ -201,7 +201,7 @@ TEST_F(SpeechFaults, aDaemonThatTakesNoConnectionsNeitherBlocksNorOutlivesTheVoi
     EXPECT_EQ(ears->ends(), "CCC");
 }
 
-TEST_F(SpeechFaults, linesEndAtOnceWhenTooManyConnectionsHang)
+TEST_F(SpeechFaultsTest, linesEndAtOnceWhenTooManyConnectionsHang)
 {
     server.stopAccepting();
     SpeechTimes times;
@@ -220,7 +220,7 @@ TEST_F(SpeechFaults, linesEndAtOnceWhenTooManyConnectionsHang)
     EXPECT_FALSE(server.lines().empty());
 }
 
-TEST_F(SpeechFaults, closesTheConnectionAfterAQuietWhile)
+TEST_F(SpeechFaultsTest, closesTheConnectionAfterAQuietWhile)
 {
     server.setEndings(Endings::atOnce);
     SpeechTimes times;
@@ -234,7 +234,7 @@ TEST_F(SpeechFaults, closesTheConnectionAfterAQuietWhile)
     EXPECT_EQ(server.lines().size(), 2U);
 }
 
-TEST_F(SpeechFaults, doesNotCloseWhileALineSpeaks)
+TEST_F(SpeechFaultsTest, doesNotCloseWhileALineSpeaks)
 {
     SpeechTimes times;
     times.quietWhile = milliseconds(1);
@@ -248,7 +248,7 @@ TEST_F(SpeechFaults, doesNotCloseWhileALineSpeaks)
 
 /// Random orders and misfortunes: whatever happens, each line ends once and none is spoken twice or
 /// out of order.
-class RandomSpeech : public StubFixture, public ::testing::WithParamInterface<unsigned> {
+class RandomSpeechTest : public StubFixture, public ::testing::WithParamInterface<unsigned> {
 protected:
     void misfortune(int kind)
     {
@@ -265,7 +265,7 @@ protected:
     }
 };
 
-TEST_P(RandomSpeech, endsEachLineOnce)
+TEST_P(RandomSpeechTest, endsEachLineOnce)
 {
     std::mt19937 random(GetParam());
     SpeechTimes times = shortTimes();
@@ -288,6 +288,6 @@ TEST_P(RandomSpeech, endsEachLineOnce)
     EXPECT_EQ(std::ranges::adjacent_find(lines), lines.end()) << "a line was spoken twice";
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomSpeech, ::testing::Range(0U, 12U));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomSpeechTest, ::testing::Range(0U, 12U));
 
 }  // namespace sonvara::test

@@ -5,7 +5,7 @@
 
 namespace sonvara::test {
 
-class SpeechManner : public StubFixture {
+class SpeechMannerTest : public StubFixture {
 protected:
     std::vector<std::string> commandsWith(const std::string& word) const
     {
@@ -29,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(SpeechManner, theUsualRateAndVoiceSetNothing)
+TEST_F(SpeechMannerTest, theUsualRateAndVoiceSetNothing)
 {
     say({"line", std::nullopt, 0.5});
     for (const std::string& command : commandsWith("SET"))
@@ -40,7 +40,7 @@ TEST_F(SpeechManner, theUsualRateAndVoiceSetNothing)
     EXPECT_NE(commandsWith("CLIENT_NAME").at(0).find(":sonvara:"), std::string::npos);
 }
 
-TEST_F(SpeechManner, aVoiceSetsTheLanguageOnce)
+TEST_F(SpeechMannerTest, aVoiceSetsTheLanguageOnce)
 {
     say({"one", SpeechVoice{"de-DE"}, 0.5});
     say({"two", SpeechVoice{"de-DE"}, 0.5});
@@ -48,14 +48,14 @@ TEST_F(SpeechManner, aVoiceSetsTheLanguageOnce)
     EXPECT_EQ(server.lines().size(), 2U);
 }
 
-TEST_F(SpeechManner, ratesMapOntoTheDaemonsScale)
+TEST_F(SpeechMannerTest, ratesMapOntoTheDaemonsScale)
 {
     for (const double rate : {0.0, 0.25, 0.75, 1.0, 7.0}) say({"line", std::nullopt, rate});
     EXPECT_EQ(commandsWith("RATE"), (std::vector<std::string>{"SET SELF RATE -100", "SET SELF RATE -50",
                                                               "SET SELF RATE 50", "SET SELF RATE 100"}));
 }
 
-TEST_F(SpeechManner, theUserSettingsAreBackOnANewConnection)
+TEST_F(SpeechMannerTest, theUserSettingsAreBackOnANewConnection)
 {
     say({"one", SpeechVoice{"de-DE"}, 1.0});
     say({"two", std::nullopt, 0.5});
@@ -64,14 +64,14 @@ TEST_F(SpeechManner, theUserSettingsAreBackOnANewConnection)
     EXPECT_TRUE(server.waitForConnections(1));
 }
 
-TEST_F(SpeechManner, aVoiceThatIsNoLanguageSetsNothing)
+TEST_F(SpeechMannerTest, aVoiceThatIsNoLanguageSetsNothing)
 {
     say({"one", SpeechVoice{"de\r\nCANCEL ALL"}, 0.5});
     EXPECT_TRUE(commandsWith("LANGUAGE").empty());
     EXPECT_EQ(server.lines().size(), 1U);
 }
 
-TEST_F(SpeechManner, aStopReachesTheLineOfAnotherManner)
+TEST_F(SpeechMannerTest, aStopReachesTheLineOfAnotherManner)
 {
     start();
     speak("one");
@@ -82,7 +82,7 @@ TEST_F(SpeechManner, aStopReachesTheLineOfAnotherManner)
     EXPECT_TRUE(server.waitForCommand("CANCEL SELF"));
 }
 
-TEST_F(SpeechManner, theLineIsData)
+TEST_F(SpeechMannerTest, theLineIsData)
 {
     EXPECT_EQ(spoken("."), ".");
     EXPECT_EQ(spoken("...and a dot"), "...and a dot");
@@ -94,12 +94,12 @@ TEST_F(SpeechManner, theLineIsData)
     EXPECT_TRUE(std::ranges::none_of(server.commands(), [](auto& c) { return c.starts_with("CANCEL"); }));
 }
 
-TEST_F(SpeechManner, aVeryLongLineIsCut)
+TEST_F(SpeechMannerTest, aVeryLongLineIsCut)
 {
     EXPECT_EQ(spoken(std::string(1 << 20, 'a')), std::string(longestLine, 'a'));
 }
 
-TEST_F(SpeechManner, theLanguageIsThatOfTheLocale)
+TEST_F(SpeechMannerTest, theLanguageIsThatOfTheLocale)
 {
     environment.values = {{"LANG", "de_DE.UTF-8"}};
     start();

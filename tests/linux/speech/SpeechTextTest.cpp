@@ -11,13 +11,13 @@ namespace sonvara::test {
 
 using std::chrono::milliseconds;
 
-TEST(LineText, leavesTextAlone)
+TEST(LineTextTest, leavesTextAlone)
 {
     for (const char* text : {"Now playing", "Ça va? \xe2\x80\x93 \xf0\x9f\x98\x80", "<b> & \"x\"", "  two  "})
         EXPECT_EQ(spokenText(text), text);
 }
 
-TEST(LineText, makesBlanksOfWhatIsNoText)
+TEST(LineTextTest, makesBlanksOfWhatIsNoText)
 {
     EXPECT_EQ(spokenText("a\tb\x7f\x1b"
                          "c"),
@@ -34,14 +34,14 @@ TEST(LineText, makesBlanksOfWhatIsNoText)
     EXPECT_EQ(spokenText("\xf5\x80 \r\n"), "");
 }
 
-TEST(LineText, cutsBetweenCharacters)
+TEST(LineTextTest, cutsBetweenCharacters)
 {
     std::string line;
     for (std::size_t i = 0; i < longestLine + 5; ++i) line += "\xc3\xa9";
     EXPECT_EQ(spokenText(line), line.substr(0, longestLine * 2));
 }
 
-TEST(LineText, anyBytesBecomeOneLineOfText)
+TEST(LineTextTest, anyBytesBecomeOneLineOfText)
 {
     std::mt19937 random(1);
     for (int round = 0; round < 2000; ++round) {
@@ -54,7 +54,7 @@ TEST(LineText, anyBytesBecomeOneLineOfText)
     }
 }
 
-TEST(LineText, timeGrowsWithWhatIsSpokenLong)
+TEST(LineTextTest, timeGrowsWithWhatIsSpokenLong)
 {
     const SpeakingTime time{milliseconds(1000), milliseconds(10), milliseconds(100)};
     EXPECT_EQ(longestTime("", time), milliseconds(1000));
@@ -62,7 +62,7 @@ TEST(LineText, timeGrowsWithWhatIsSpokenLong)
     EXPECT_EQ(longestTime("a99\xc3\xa9\xf0\x9f\x98\x80", time), milliseconds(1410));
 }
 
-TEST(LanguageTag, comesFromTheFirstVariableThatIsSet)
+TEST(LanguageTagTest, comesFromTheFirstVariableThatIsSet)
 {
     EXPECT_EQ(languageTag({{"LANG", "de_DE.UTF-8"}}), "de-DE");
     EXPECT_EQ(languageTag({{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "fr_CA"}}), "fr-CA");
@@ -70,14 +70,14 @@ TEST(LanguageTag, comesFromTheFirstVariableThatIsSet)
     EXPECT_EQ(languageTag({{"LC_ALL", ""}, {"LANG", "pt_BR@euro"}}), "pt-BR");
 }
 
-TEST(LanguageTag, isAmericanEnglishWithoutALanguage)
+TEST(LanguageTagTest, isAmericanEnglishWithoutALanguage)
 {
     for (const char* locale : {"C", "POSIX", "C.UTF-8", "", "_", "de_DE\r\nX", "/usr/share/locale"})
         EXPECT_EQ(languageTag({{"LANG", locale}}), "en-US") << locale;
     EXPECT_EQ(languageTag({}), "en-US");
 }
 
-TEST(LanguageTag, isTold)
+TEST(LanguageTagTest, isTold)
 {
     EXPECT_TRUE(isLanguageTag("zh-Hant-TW"));
     for (const char* tag : {"", "-", "de-", "-de", "de--DE", "de DE", "d\xc3\xa9"})

@@ -46,10 +46,10 @@ void PrintTo(const Golden& golden, std::ostream* out)
     *out << golden.name;
 }
 
-class StatusIconPicture : public testing::TestWithParam<Golden> {};
+class StatusIconPictureTest : public testing::TestWithParam<Golden> {};
 
 // To renew the pictures after a wanted change: run once with SONVARA_RENEW_GOLDEN set, and look at them.
-TEST_P(StatusIconPicture, LooksAsBefore)
+TEST_P(StatusIconPictureTest, LooksAsBefore)
 {
     const auto [name, isPlaying, side] = GetParam();
     const auto image = rasterize(statusIcon(isPlaying), {side, side}, onLight);
@@ -62,12 +62,12 @@ TEST_P(StatusIconPicture, LooksAsBefore)
     EXPECT_LE(difference(image, golden.convertToFormat(QImage::Format_ARGB32_Premultiplied)), 12);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sizes, StatusIconPicture,
+INSTANTIATE_TEST_SUITE_P(Sizes, StatusIconPictureTest,
                          testing::Values(Golden{"silent-18", false, 18}, Golden{"silent-36", false, 36},
                                          Golden{"playing-18", true, 18}, Golden{"playing-36", true, 36}),
                          [](const auto& test) { return QString(test.param.name).remove('-').toStdString(); });
 
-TEST(ImageRenderer, KeepsTheDrawing)
+TEST(ImageRendererTest, KeepsTheDrawing)
 {
     const auto image = QtImageRenderer().render(statusIcon(true));
     const auto* own = dynamic_cast<const QtImage*>(image.get());
@@ -76,26 +76,26 @@ TEST(ImageRenderer, KeepsTheDrawing)
     EXPECT_EQ(own->drawing().steps.size(), statusIcon(true).steps.size());
 }
 
-TEST(ImageRenderer, MakesNothingOfNoArea)
+TEST(ImageRendererTest, MakesNothingOfNoArea)
 {
     EXPECT_EQ(QtImageRenderer().render({0, 18, false, {}}), nullptr);
     EXPECT_EQ(QtImageRenderer().render({18, -1, false, {}}), nullptr);
 }
 
-TEST(ImageRenderer, GrowsUpwards)
+TEST(ImageRendererTest, GrowsUpwards)
 {
     const auto image = rasterize(dotAt(2, 8), {20, 20}, onLight);
     EXPECT_EQ(image.pixelColor(4, 4), onLight.systemGreen);  // high y is at the top of the picture
     EXPECT_EQ(image.pixelColor(4, 16).alpha(), 0);
 }
 
-TEST(ImageRenderer, ReplacesTheAlphaOfAColor)
+TEST(ImageRendererTest, ReplacesTheAlphaOfAColor)
 {
     const auto image = rasterize(dotAt(5, 5, {ColorRole::systemOrange, 0.45}), {20, 20}, onLight);
     EXPECT_NEAR(image.pixelColor(10, 10).alphaF(), 0.45, 0.01);
 }
 
-TEST(ImageRenderer, TintsOnlyTemplates)
+TEST(ImageRendererTest, TintsOnlyTemplates)
 {
     auto drawing = dotAt(5, 5);
     EXPECT_EQ(rasterize(drawing, {20, 20}, onDark).pixelColor(10, 10), onDark.systemGreen);
@@ -104,14 +104,14 @@ TEST(ImageRenderer, TintsOnlyTemplates)
     EXPECT_EQ(rasterize(drawing, {20, 20}, onLight).pixelColor(10, 10), QColor(Qt::black));
 }
 
-TEST(ImageRenderer, FitsIntoTheMiddleOfAnotherShape)
+TEST(ImageRendererTest, FitsIntoTheMiddleOfAnotherShape)
 {
     const auto image = rasterize(dotAt(5, 5), {40, 20}, onLight);
     EXPECT_EQ(image.pixelColor(20, 10), onLight.systemGreen);
     EXPECT_EQ(image.pixelColor(10, 10).alpha(), 0);
 }
 
-TEST(ImageRenderer, RoundsTheEndsOfALine)
+TEST(ImageRendererTest, RoundsTheEndsOfALine)
 {
     const Drawing drawing{20, 20, false, {StrokeLine{{10, 4}, {10, 16}, 4, {ColorRole::label, 1}}}};
     const auto image = rasterize(drawing, {20, 20}, onLight);

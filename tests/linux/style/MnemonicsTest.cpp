@@ -6,7 +6,7 @@ namespace sonvara::test {
 
 namespace {
 
-TEST(Mnemonics, TakesTheFirstLettersOfWordsFirst)
+TEST(MnemonicsTest, TakesTheFirstLettersOfWordsFirst)
 {
     Mnemonics keys;
     EXPECT_EQ(keys.pick("Lower music while speaking"), u'L');
@@ -14,7 +14,7 @@ TEST(Mnemonics, TakesTheFirstLettersOfWordsFirst)
     EXPECT_EQ(keys.pick("Always"), u'w');
 }
 
-TEST(Mnemonics, HandsOutNoKeyTwice)
+TEST(MnemonicsTest, HandsOutNoKeyTwice)
 {
     Mnemonics keys;
     EXPECT_EQ(keys.pick("Aa"), u'A');
@@ -23,7 +23,7 @@ TEST(Mnemonics, HandsOutNoKeyTwice)
     EXPECT_TRUE(keys.pick("").isNull());
 }
 
-TEST(Mnemonics, MarksTheKeyWhereverItIs)
+TEST(MnemonicsTest, MarksTheKeyWhereverItIs)
 {
     EXPECT_EQ(withMnemonic("View log (3)", u'l'), "View &log (3)");
     EXPECT_EQ(withMnemonic("R&D lab", u'L'), "R&&D &lab");
@@ -31,7 +31,7 @@ TEST(Mnemonics, MarksTheKeyWhereverItIs)
     EXPECT_EQ(withMnemonic("R&D", u'x'), "R&&D");
 }
 
-TEST(Mnemonics, ShowsEveryTitleAsItIs)
+TEST(MnemonicsTest, ShowsEveryTitleAsItIs)
 {
     EXPECT_EQ(withoutMnemonic("A & B && C_d"), "A && B &&&& C_d");
 }

@@ -6,7 +6,7 @@ namespace sonvara::test {
 
 namespace {
 
-TEST(SymbolIcons, FillMostOfTheirSquare)
+TEST(SymbolIconsTest, FillMostOfTheirSquare)
 {
     for (const char* name :
          {"music.note", "info.circle", "checkmark.circle.fill", "exclamationmark.triangle.fill"}) {
@@ -17,18 +17,18 @@ TEST(SymbolIcons, FillMostOfTheirSquare)
     }
 }
 
-TEST(SymbolIcons, DifferFromOneAnother)
+TEST(SymbolIconsTest, DifferFromOneAnother)
 {
     EXPECT_NE(symbolPath("info.circle"), symbolPath("checkmark.circle.fill"));
     EXPECT_NE(symbolPath("checkmark.circle.fill"), symbolPath("exclamationmark.triangle.fill"));
 }
 
-TEST(SymbolIcons, DoNotKnowEveryName)
+TEST(SymbolIconsTest, DoNotKnowEveryName)
 {
     EXPECT_TRUE(symbolPath("no.such.symbol").isEmpty());
 }
 
-TEST(SymbolIcons, AreCutOutWhereTheirMarkIs)
+TEST(SymbolIconsTest, AreCutOutWhereTheirMarkIs)
 {
     EXPECT_FALSE(symbolPath("checkmark.circle.fill").contains(QPointF(0.44, 0.67)));
     EXPECT_TRUE(symbolPath("checkmark.circle.fill").contains(QPointF(0.5, 0.85)));
@@ -37,7 +37,7 @@ TEST(SymbolIcons, AreCutOutWhereTheirMarkIs)
     EXPECT_TRUE(symbolPath("info.circle").contains(QPointF(0.5, 0.6)));
 }
 
-TEST(SymbolIcons, TakeTheirColor)
+TEST(SymbolIconsTest, TakeTheirColor)
 {
     QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -273,7 +273,7 @@ TEST_F(IniUserDefaultsTest, OtherThreadsReadWhileTheMainThreadWrites)
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(IniUserDefaultsPath, IsInTheUsersConfigurationFolder)
+TEST(IniUserDefaultsPathTest, IsInTheUsersConfigurationFolder)
 {
     const auto before = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_CONFIG_HOME", "/some/where");

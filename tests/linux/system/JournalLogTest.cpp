@@ -13,7 +13,7 @@ namespace {
 
 const LogMessage speaking{LogLevel::error, "Speech", {{"speaking "}, Logger::hidden("a song"), {"\nnow"}}};
 
-TEST(JournalLog, WritesALineToStandardErrorWhereThereIsNoJournal)
+TEST(JournalLogTest, WritesALineToStandardErrorWhereThereIsNoJournal)
 {
     JournalLog log("/nowhere/at/all");
     testing::internal::CaptureStderr();
@@ -23,14 +23,14 @@ TEST(JournalLog, WritesALineToStandardErrorWhereThereIsNoJournal)
               "sonvara: Speech: speaking <private>\\nnow\nsonvara: AIDJ: claude exited 1\n");
 }
 
-TEST(JournalLog, ShowsPrivatePiecesOnATerminal)
+TEST(JournalLogTest, ShowsPrivatePiecesOnATerminal)
 {
     const Terminal terminal;
     JournalLog("/nowhere/at/all").write(speaking);
     EXPECT_EQ(terminal.read(), "sonvara: Speech: speaking a song\\nnow\r\n");
 }
 
-TEST(JournalLog, KeepsDebugMessagesOnlyWhenTheyAreSwitchedOn)
+TEST(JournalLogTest, KeepsDebugMessagesOnlyWhenTheyAreSwitchedOn)
 {
     const JournalLog log("/nowhere/at/all");
     EXPECT_TRUE(log.isEnabled(LogLevel::error, "Speech"));
@@ -46,7 +46,7 @@ TEST(JournalLog, KeepsDebugMessagesOnlyWhenTheyAreSwitchedOn)
     EXPECT_FALSE(log.isEnabled(LogLevel::debug, "AIDJ"));
 }
 
-TEST(JournalLog, IsAskedAndWrittenToByManyThreads)
+TEST(JournalLogTest, IsAskedAndWrittenToByManyThreads)
 {
     JournalLog log("/nowhere/at/all");
     testing::internal::CaptureStderr();
@@ -59,7 +59,6 @@ TEST(JournalLog, IsAskedAndWrittenToByManyThreads)
             }
         });
     for (auto& thread : threads) thread.join();
-    std::string expected;
     const auto lines = testing::internal::GetCapturedStderr();
     EXPECT_EQ(lines.size(), 200 * std::string_view("sonvara: T: \n").size() + 200 * 50);
     for (std::size_t at = 0; at < lines.size(); at += 63)

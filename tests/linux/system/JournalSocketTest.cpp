@@ -50,7 +50,7 @@ int listenAsJournal()
     return socket;
 }
 
-TEST(JournalLog, SendsFieldsToTheJournal)
+TEST(JournalLogTest, SendsFieldsToTheJournal)
 {
     if (const auto reason = makeRunPrivate(); !reason.empty())
         GTEST_SKIP() << "no private file system to be had: " << reason;

@@ -6,7 +6,7 @@ namespace sonvara::test {
 
 namespace {
 
-TEST(LogText, LeavesOrdinaryTextAlone)
+TEST(LogTextTest, LeavesOrdinaryTextAlone)
 {
     const std::string text = "Bj\xC3\xB6rk \"It's Oh So Quiet\" \\ \xE6\xBC\xA2\xE5\xAD\x97 "
                              "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x8E\xA4";
@@ -14,7 +14,7 @@ TEST(LogText, LeavesOrdinaryTextAlone)
     EXPECT_EQ(escapedForLog(""), "");
 }
 
-TEST(LogText, EscapesWhatForgesLinesOrCommandsTerminals)
+TEST(LogTextTest, EscapesWhatForgesLinesOrCommandsTerminals)
 {
     EXPECT_EQ(escapedForLog("a\nsonvara: Speech: b\r\tc"), "a\\nsonvara: Speech: b\\r\\tc");
     EXPECT_EQ(escapedForLog("\x1B]0;title\x07"), "\\x1b]0;title\\x07");
@@ -29,12 +29,12 @@ TEST(LogText, EscapesWhatForgesLinesOrCommandsTerminals)
               "abc");
 }
 
-TEST(LogText, ReplacesWhatIsNotUtf8)
+TEST(LogTextTest, ReplacesWhatIsNotUtf8)
 {
     EXPECT_EQ(escapedForLog("a\xFFz"), "a\xEF\xBF\xBDz");
 }
 
-TEST(LogText, HidesPrivatePieces)
+TEST(LogTextTest, HidesPrivatePieces)
 {
     const LogMessage message{LogLevel::debug, "Speech", {{"speaking "}, Logger::hidden("a\nsong"), {" now"}}};
     EXPECT_EQ(logText(message, false), "speaking <private> now");

@@ -9,7 +9,7 @@ namespace sonvara::test {
 
 namespace {
 
-TEST(Pasteboard, ReplacesContentsOfEveryType)
+TEST(PasteboardTest, ReplacesContentsOfEveryType)
 {
     auto* rich = new QMimeData;
     rich->setHtml("<b>old</b>");

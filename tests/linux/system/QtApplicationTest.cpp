@@ -42,7 +42,7 @@ int runWith(QtApplication& application, std::function<void()> launched)
     return status;
 }
 
-TEST(QtApplication, TellsTheDelegateInsideTheLoopAndEndsOnRequest)
+TEST(QtApplicationTest, TellsTheDelegateInsideTheLoopAndEndsOnRequest)
 {
     QtApplication application("test");
     bool looped = false;
@@ -57,7 +57,7 @@ TEST(QtApplication, TellsTheDelegateInsideTheLoopAndEndsOnRequest)
     EXPECT_TRUE(looped);
 }
 
-TEST(QtApplication, HoldsItsDelegateWeakly)
+TEST(QtApplicationTest, HoldsItsDelegateWeakly)
 {
     QtApplication application("test");
     bool launched = false;
@@ -67,14 +67,14 @@ TEST(QtApplication, HoldsItsDelegateWeakly)
     EXPECT_FALSE(launched);
 }
 
-TEST(QtApplication, ARequestBeforeTheLoopCounts)
+TEST(QtApplicationTest, ARequestBeforeTheLoopCounts)
 {
     QtApplication application("test");
     application.terminate();
     EXPECT_EQ(application.run(), 0);
 }
 
-TEST(QtApplication, PassesOnThatTheUserAsksForItAgain)
+TEST(QtApplicationTest, PassesOnThatTheUserAsksForItAgain)
 {
     QtApplication application("test");
     const auto delegate = std::make_shared<Delegate>([&] { application.terminate(); });
@@ -85,7 +85,7 @@ TEST(QtApplication, PassesOnThatTheUserAsksForItAgain)
     EXPECT_EQ(delegate->reopened, 1);
 }
 
-TEST(QtApplication, ClosingTheLastWindowDoesNotEndTheProgram)
+TEST(QtApplicationTest, ClosingTheLastWindowDoesNotEndTheProgram)
 {
     QtApplication application("test");
     bool wentOn = false;
@@ -104,7 +104,7 @@ TEST(QtApplication, ClosingTheLastWindowDoesNotEndTheProgram)
     EXPECT_TRUE(wentOn);
 }
 
-TEST(QtApplication, AWindowCannotRefuseTheEnd)
+TEST(QtApplicationTest, AWindowCannotRefuseTheEnd)
 {
     QtApplication application("test");
     StubbornWindow window;
@@ -116,7 +116,7 @@ TEST(QtApplication, AWindowCannotRefuseTheEnd)
               0);
 }
 
-TEST(QtApplication, EndsOnTheSignalsThatAskForIt)
+TEST(QtApplicationTest, EndsOnTheSignalsThatAskForIt)
 {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
         QtApplication application("test");
@@ -126,7 +126,7 @@ TEST(QtApplication, EndsOnTheSignalsThatAskForIt)
         EXPECT_EQ(std::signal(number, SIG_DFL), SIG_DFL) << number;
 }
 
-TEST(QtApplication, LeavesASignalIgnored)
+TEST(QtApplicationTest, LeavesASignalIgnored)
 {
     std::signal(SIGHUP, SIG_IGN);
     {

@@ -12,7 +12,7 @@ namespace sonvara::test {
 
 namespace {
 
-TEST(QtMainQueue, KeepsTheOrderWhenATaskRunsAnEventLoop)
+TEST(QtMainQueueTest, KeepsTheOrderWhenATaskRunsAnEventLoop)
 {
     QtMainQueue queue;
     std::vector<int> ran;
@@ -31,7 +31,7 @@ TEST(QtMainQueue, KeepsTheOrderWhenATaskRunsAnEventLoop)
     EXPECT_EQ(ran, (std::vector{1, 2, 3, 4}));
 }
 
-TEST(QtMainQueue, ATaskThatPostsItselfDoesNotStarveTimers)
+TEST(QtMainQueueTest, ATaskThatPostsItselfDoesNotStarveTimers)
 {
     QtMainQueue queue;
     bool isOver = false;
@@ -43,7 +43,7 @@ TEST(QtMainQueue, ATaskThatPostsItselfDoesNotStarveTimers)
     EXPECT_TRUE(eventually([&] { return isOver; }));
 }
 
-TEST(QtMainQueue, KeepsTheOrderOfEachPostingThread)
+TEST(QtMainQueueTest, KeepsTheOrderOfEachPostingThread)
 {
     constexpr int threadCount = 4;
     constexpr int taskCount = 500;
@@ -64,7 +64,7 @@ TEST(QtMainQueue, KeepsTheOrderOfEachPostingThread)
     for (const auto& list : ran) EXPECT_TRUE(std::ranges::is_sorted(list));
 }
 
-TEST(QtMainQueue, MissedTicksAreNotMadeUp)
+TEST(QtMainQueueTest, MissedTicksAreNotMadeUp)
 {
     QtMainQueue queue;
     int ticks = 0;

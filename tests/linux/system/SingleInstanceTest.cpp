@@ -30,7 +30,7 @@ int endOf(std::future<int>& start)
     return start.get();
 }
 
-TEST(SingleInstance, ALaterStartWakesTheFirstAndEnds)
+TEST(SingleInstanceTest, ALaterStartWakesTheFirstAndEnds)
 {
     int activations = 0;
     SingleInstance first(QDBusConnection::sessionBus(), [&] { ++activations; });
@@ -42,7 +42,7 @@ TEST(SingleInstance, ALaterStartWakesTheFirstAndEnds)
     }
 }
 
-TEST(SingleInstance, AProgramThatHangsIsStillTheFirst)
+TEST(SingleInstanceTest, AProgramThatHangsIsStillTheFirst)
 {
     int activations = 0;
     SingleInstance first(QDBusConnection::sessionBus(), [&] { ++activations; });
@@ -51,7 +51,7 @@ TEST(SingleInstance, AProgramThatHangsIsStillTheFirst)
     EXPECT_TRUE(eventually([&] { return activations == 1; }));
 }
 
-TEST(SingleInstance, TheNameIsFreeAfterTheEnd)
+TEST(SingleInstanceTest, TheNameIsFreeAfterTheEnd)
 {
     {
         SingleInstance first(QDBusConnection::sessionBus(), [] {});
@@ -61,7 +61,7 @@ TEST(SingleInstance, TheNameIsFreeAfterTheEnd)
     EXPECT_EQ(endOf(start), 0);
 }
 
-TEST(SingleInstance, WithoutABusEveryProgramIsTheFirst)
+TEST(SingleInstanceTest, WithoutABusEveryProgramIsTheFirst)
 {
     SingleInstance instance(QDBusConnection("none"), [] {});
     EXPECT_TRUE(instance.claim());

@@ -49,7 +49,7 @@ void runAndWait(GlobalQueue& queue, QualityOfService quality)
     ran.get_future().wait();
 }
 
-TEST(WorkerPool, FiftyBlockedTasksGoOnSideBySide)
+TEST(WorkerPoolTest, FiftyBlockedTasksGoOnSideBySide)
 {
     WorkerPool pool;
     Gate gate;
@@ -60,7 +60,7 @@ TEST(WorkerPool, FiftyBlockedTasksGoOnSideBySide)
     EXPECT_TRUE(pool.shutDown(20s));
 }
 
-TEST(WorkerPool, BlockedWorkOfOneQualityDoesNotHoldUpAnother)
+TEST(WorkerPoolTest, BlockedWorkOfOneQualityDoesNotHoldUpAnother)
 {
     for (const auto blocked :
          {QualityOfService::userInitiated, QualityOfService::standard, QualityOfService::utility}) {
@@ -81,7 +81,7 @@ TEST(WorkerPool, BlockedWorkOfOneQualityDoesNotHoldUpAnother)
     }
 }
 
-TEST(WorkerPool, TasksBeyondTheLimitRunWhenWorkersComeFree)
+TEST(WorkerPoolTest, TasksBeyondTheLimitRunWhenWorkersComeFree)
 {
     WorkerPool pool;
     Gate gate;
@@ -97,14 +97,14 @@ TEST(WorkerPool, TasksBeyondTheLimitRunWhenWorkersComeFree)
     EXPECT_TRUE(pool.shutDown(20s));
 }
 
-TEST(WorkerPool, ASingleFileOfTasksUsesFewThreads)
+TEST(WorkerPoolTest, ASingleFileOfTasksUsesFewThreads)
 {
     WorkerPool pool;
     for (int i = 0; i < 500; ++i) runAndWait(pool, QualityOfService::utility);
     EXPECT_LE(pool.threadCount(), 9U);  // some may be on their way back when the next task comes
 }
 
-TEST(WorkerPool, TasksStartInOrderOfSubmission)
+TEST(WorkerPoolTest, TasksStartInOrderOfSubmission)
 {
     WorkerPool pool;
     Gate gate;
@@ -123,7 +123,7 @@ TEST(WorkerPool, TasksStartInOrderOfSubmission)
     EXPECT_TRUE(pool.shutDown(20s));
 }
 
-TEST(WorkerPool, SurplusIdleWorkersLeaveAtOnceAndTheirNumberStaysBounded)
+TEST(WorkerPoolTest, SurplusIdleWorkersLeaveAtOnceAndTheirNumberStaysBounded)
 {
     WorkerPool pool;
     Gate gate;
@@ -134,7 +134,7 @@ TEST(WorkerPool, SurplusIdleWorkersLeaveAtOnceAndTheirNumberStaysBounded)
     EXPECT_GE(pool.threadCount(), 1U);
 }
 
-TEST(WorkerPool, IdleWorkersLeaveAfterAQuietWhileButTheLast)
+TEST(WorkerPoolTest, IdleWorkersLeaveAfterAQuietWhileButTheLast)
 {
     WorkerPool pool(20ms);
     Gate gate;
@@ -146,7 +146,7 @@ TEST(WorkerPool, IdleWorkersLeaveAfterAQuietWhileButTheLast)
     EXPECT_GE(pool.threadCount(), 1U);
 }
 
-TEST(WorkerPool, IdleWorkersLeaveAlsoWhileTheOthersAreNeededNowAndThen)
+TEST(WorkerPoolTest, IdleWorkersLeaveAlsoWhileTheOthersAreNeededNowAndThen)
 {
     WorkerPool pool(20ms);
     Gate gate;
@@ -158,7 +158,7 @@ TEST(WorkerPool, IdleWorkersLeaveAlsoWhileTheOthersAreNeededNowAndThen)
     EXPECT_EQ(pool.threadCount(), 1U);
 }
 
-TEST(WorkerPool, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
+TEST(WorkerPoolTest, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
 {
     auto gate = std::make_shared<Gate>();
     auto token = std::make_shared<int>();
@@ -179,7 +179,7 @@ TEST(WorkerPool, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
     EXPECT_FALSE(ran);
 }
 
-TEST(WorkerPool, BlockedWorkersMayOutliveThePool)
+TEST(WorkerPoolTest, BlockedWorkersMayOutliveThePool)
 {
     const auto gate = std::make_shared<Gate>();
     const auto finished = std::make_shared<std::promise<void>>();
@@ -194,7 +194,7 @@ TEST(WorkerPool, BlockedWorkersMayOutliveThePool)
     finished->get_future().wait();
 }
 
-TEST(WorkerPool, ACancelledTaskIsDestroyedAtOnce)
+TEST(WorkerPoolTest, ACancelledTaskIsDestroyedAtOnce)
 {
     WorkerPool pool;
     auto token = std::make_shared<int>();
@@ -203,7 +203,7 @@ TEST(WorkerPool, ACancelledTaskIsDestroyedAtOnce)
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(WorkerPool, TheEndOfThePoolForgetsDelayedTasks)
+TEST(WorkerPoolTest, TheEndOfThePoolForgetsDelayedTasks)
 {
     auto token = std::make_shared<int>();
     const std::weak_ptr<int> watched = token;
@@ -215,7 +215,7 @@ TEST(WorkerPool, TheEndOfThePoolForgetsDelayedTasks)
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(WorkerPool, ATaskThatIsCancelledWhenItIsDueRunsAtMostOnceAndIsDestroyed)
+TEST(WorkerPoolTest, ATaskThatIsCancelledWhenItIsDueRunsAtMostOnceAndIsDestroyed)
 {
     WorkerPool pool;
     std::vector<std::atomic<int>> runs(300);

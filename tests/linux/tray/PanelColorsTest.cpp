@@ -61,14 +61,14 @@ bool isLight(const PanelColors& panel)
     return panel.colors().label.lightnessF() > 0.5F;  // the text, so the panel is dark
 }
 
-TEST(PanelColors, FollowTheThemeOfTheApplicationByDefault)
+TEST(PanelColorsTest, FollowTheThemeOfTheApplicationByDefault)
 {
     const PanelColors panel;
     EXPECT_EQ(panel.colors().label, QApplication::palette().color(QPalette::WindowText));
     EXPECT_FALSE(isLight(panel));
 }
 
-TEST(PanelColors, FollowTheDesktopsPreference)
+TEST(PanelColorsTest, FollowTheDesktopsPreference)
 {
     FakeSettings settings(portal, portalPath, QVariant::fromValue(QDBusVariant(1U)));
     const PanelColors panel;
@@ -81,7 +81,7 @@ TEST(PanelColors, FollowTheDesktopsPreference)
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
 }
 
-TEST(PanelColors, KnowTheDarkPanelOfXfce)
+TEST(PanelColorsTest, KnowTheDarkPanelOfXfce)
 {
     FakeSettings settings("org.xfce.Xfconf", "/org/xfce/Xfconf", false);
     const PanelColors panel;
@@ -92,7 +92,7 @@ TEST(PanelColors, KnowTheDarkPanelOfXfce)
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
 }
 
-TEST(PanelColors, AskAServiceThatStartsLater)
+TEST(PanelColorsTest, AskAServiceThatStartsLater)
 {
     const PanelColors panel;
     runEvents();
@@ -100,7 +100,7 @@ TEST(PanelColors, AskAServiceThatStartsLater)
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
 }
 
-TEST(PanelColors, KnowTheBarOfGnome)
+TEST(PanelColorsTest, KnowTheBarOfGnome)
 {
     qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
     const PanelColors panel;

@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(StatusMenu, RunsTheChosenAction)
+TEST(StatusMenuTest, RunsTheChosenAction)
 {
     QtStatusMenu menu;
     int runs = 0;
@@ -24,7 +24,7 @@ TEST(StatusMenu, RunsTheChosenAction)
     EXPECT_EQ(runs, 1);
 }
 
-TEST(StatusMenu, LeavesDisabledAndMereTextAlone)
+TEST(StatusMenuTest, LeavesDisabledAndMereTextAlone)
 {
     QtStatusMenu menu;
     menu.setItems({text("Header"), action("Go", [] { FAIL() << "the item is off"; }, false)});
@@ -33,7 +33,7 @@ TEST(StatusMenu, LeavesDisabledAndMereTextAlone)
     menu.choose(4711);
 }
 
-TEST(StatusMenu, LetsAnActionReplaceTheItems)
+TEST(StatusMenuTest, LetsAnActionReplaceTheItems)
 {
     QtStatusMenu menu;
     menu.setItems({action("Go", [&menu] { menu.setItems({text("Gone")}); })});
@@ -42,7 +42,7 @@ TEST(StatusMenu, LetsAnActionReplaceTheItems)
     EXPECT_EQ(menu.entries()[0].item.title, "Gone");
 }
 
-TEST(StatusMenu, KeepsTheIdOfAnItemThatStays)
+TEST(StatusMenuTest, KeepsTheIdOfAnItemThatStays)
 {
     QtStatusMenu menu;
     menu.setItems({text("Song 1"), action("Mute", [] {})});
@@ -53,7 +53,7 @@ TEST(StatusMenu, KeepsTheIdOfAnItemThatStays)
     EXPECT_EQ(menu.entries()[1].id, mute);
 }
 
-TEST(StatusMenu, NeverLetsALateClickRunAnotherAction)
+TEST(StatusMenuTest, NeverLetsALateClickRunAnotherAction)
 {
     QtStatusMenu menu;
     menu.setItems({action("Mute", [] {})});
@@ -62,7 +62,7 @@ TEST(StatusMenu, NeverLetsALateClickRunAnotherAction)
     menu.choose(mute);
 }
 
-TEST(StatusMenu, TellsOfTheStepsOfOneChangeOnceAndOfTheLast)
+TEST(StatusMenuTest, TellsOfTheStepsOfOneChangeOnceAndOfTheLast)
 {
     QtStatusMenu menu(1h);
     std::vector<std::string> told;
@@ -77,7 +77,7 @@ TEST(StatusMenu, TellsOfTheStepsOfOneChangeOnceAndOfTheLast)
     EXPECT_EQ(told, std::vector<std::string>{"Song 2"});
 }
 
-TEST(StatusMenu, DoesNotTellOfItemsThatLookAsBefore)
+TEST(StatusMenuTest, DoesNotTellOfItemsThatLookAsBefore)
 {
     QtStatusMenu menu;
     int told = 0;
@@ -111,7 +111,7 @@ TEST(StatusMenu, DoesNotTellOfItemsThatLookAsBefore)
     EXPECT_EQ(told, 4);
 }
 
-TEST(StatusMenu, TellsOfAStreamOfChangesWhileItFlows)
+TEST(StatusMenuTest, TellsOfAStreamOfChangesWhileItFlows)
 {
     QtStatusMenu menu(50ms);
     bool isTold = false;
@@ -123,7 +123,7 @@ TEST(StatusMenu, TellsOfAStreamOfChangesWhileItFlows)
     }));
 }
 
-TEST(StatusMenu, HasToldOfAllWhenItOpens)
+TEST(StatusMenuTest, HasToldOfAllWhenItOpens)
 {
     QtStatusMenu menu;
     int told = 0;
@@ -135,7 +135,7 @@ TEST(StatusMenu, HasToldOfAllWhenItOpens)
     EXPECT_EQ(told, 1) << "there is nothing new";
 }
 
-TEST(StatusMenu, TellsThatItOpensUntilTheHandleIsDropped)
+TEST(StatusMenuTest, TellsThatItOpensUntilTheHandleIsDropped)
 {
     QtStatusMenu menu;
     int openings = 0;

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using Volumes = std::vector<int>;
 
-class Announcement : public AppTest {
+class AnnouncementTest : public AppTest {
 protected:
     void spotifyPlays(const std::string& title)
     {
@@ -45,7 +45,7 @@ protected:
     }
 };
 
-TEST_F(Announcement, IsSpokenOverALoweredPlayerAndShown)
+TEST_F(AnnouncementTest, IsSpokenOverALoweredPlayerAndShown)
 {
     standins::setVoices({.finishesAtOnce = false});
     launch();
@@ -65,7 +65,7 @@ TEST_F(Announcement, IsSpokenOverALoweredPlayerAndShown)
     EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
 }
 
-TEST_F(Announcement, OfASlowPlayerIsSpokenAtOnce)
+TEST_F(AnnouncementTest, OfASlowPlayerIsSpokenAtOnce)
 {
     standins::setVoices({.finishesAtOnce = false});
     players_.hold();
@@ -77,7 +77,7 @@ TEST_F(Announcement, OfASlowPlayerIsSpokenAtOnce)
     EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
 }
 
-TEST_F(Announcement, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged)
+TEST_F(AnnouncementTest, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged)
 {
     players_.deny(-1743);
     launch();
@@ -90,7 +90,7 @@ TEST_F(Announcement, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged)
     EXPECT_EQ(standins::spokenLines().size(), 1U);
 }
 
-TEST_F(Announcement, WithoutAVoiceIsSpokenByTheDefaultVoice)
+TEST_F(AnnouncementTest, WithoutAVoiceIsSpokenByTheDefaultVoice)
 {
     standins::setVoices({.languages = {}});
     launch();
@@ -98,7 +98,7 @@ TEST_F(Announcement, WithoutAVoiceIsSpokenByTheDefaultVoice)
     EXPECT_EQ(lines(1).at(0).voice, "");
 }
 
-TEST_F(Announcement, IsCutByAPauseAndTheVolumeReturns)
+TEST_F(AnnouncementTest, IsCutByAPauseAndTheVolumeReturns)
 {
     standins::setVoices({.finishesAtOnce = false, .cancelReports = standins::CancelReports::none});
     launch();
@@ -111,7 +111,7 @@ TEST_F(Announcement, IsCutByAPauseAndTheVolumeReturns)
 }
 
 // Before the core has recorded that the player is lowered.
-TEST_F(Announcement, ThatAPauseCutsAtOnceLeavesNoPlayerLowered)
+TEST_F(AnnouncementTest, ThatAPauseCutsAtOnceLeavesNoPlayerLowered)
 {
     standins::setVoices({.finishesAtOnce = false});
     players_.hold();
@@ -125,7 +125,7 @@ TEST_F(Announcement, ThatAPauseCutsAtOnceLeavesNoPlayerLowered)
     EXPECT_EQ(players_.volume("Spotify"), 80);
 }
 
-TEST_F(Announcement, ThatTheUserTurnsUpMeanwhileStaysThere)
+TEST_F(AnnouncementTest, ThatTheUserTurnsUpMeanwhileStaysThere)
 {
     standins::setVoices({.finishesAtOnce = false});
     launch();
@@ -140,7 +140,7 @@ TEST_F(Announcement, ThatTheUserTurnsUpMeanwhileStaysThere)
     EXPECT_EQ(players_.volumesSet(), Volumes{28});
 }
 
-TEST_F(Announcement, ThatAQuitCutsLeavesNoPlayerLowered)
+TEST_F(AnnouncementTest, ThatAQuitCutsLeavesNoPlayerLowered)
 {
     standins::setVoices({.finishesAtOnce = false});
     launch();
@@ -150,7 +150,7 @@ TEST_F(Announcement, ThatAQuitCutsLeavesNoPlayerLowered)
     quit([this] { EXPECT_EQ(players_.volumesSet(), (Volumes{28, 80})); });
 }
 
-TEST_F(Announcement, IsNoneWhileATestHarnessHostsTheApplication)
+TEST_F(AnnouncementTest, IsNoneWhileATestHarnessHostsTheApplication)
 {
     ::setenv("XCTestConfigurationFilePath", "", 1);
     start();
@@ -161,4 +161,4 @@ TEST_F(Announcement, IsNoneWhileATestHarnessHostsTheApplication)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <set>
 
-using sonvara::standins::violated;
+using sonvara::test::standins::violated;
 
 namespace {
 

@@ -16,7 +16,7 @@
 extern "C" int __real_main();
 extern "C" int __wrap_main(int argc, char** argv);
 
-namespace sonvara {
+namespace sonvara::test {
 
 namespace {
 
@@ -93,13 +93,13 @@ void AppTest::quit(std::function<void()> check)
     std::_Exit(EXIT_FAILURE);
 }
 
-}  // namespace sonvara
+}  // namespace sonvara::test
 
 int __wrap_main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
-    sonvara::AppTest::prepare();
+    sonvara::test::AppTest::prepare();
     std::thread([] { std::_Exit(RUN_ALL_TESTS()); }).detach();
-    return sonvara::AppTest::runProgram();
+    return sonvara::test::AppTest::runProgram();
 }

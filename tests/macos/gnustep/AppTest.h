@@ -5,7 +5,7 @@
 #include "ScriptedPlayers.h"
 #include "StandInTest.h"
 
-namespace sonvara {
+namespace sonvara::test {
 
 /// Each test needs a process of its own. The test runs on a thread of its own, the program on the main
 /// thread, once the test launches it.
@@ -39,4 +39,4 @@ protected:
     ScriptedPlayers players_;
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

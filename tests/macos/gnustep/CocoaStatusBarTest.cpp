@@ -9,7 +9,7 @@
 #include <chrono>
 #include <future>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using probe::ShownItem;
@@ -90,4 +90,4 @@ TEST_F(CocoaStatusBarTest, OpensItsMenuOnAPressAfterItHasBeenRebuiltAndRunsTheCh
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

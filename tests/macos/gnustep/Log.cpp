@@ -15,7 +15,7 @@ struct os_log_s {
     std::string category;
 };
 
-namespace sonvara::standins {
+namespace sonvara::test::standins {
 
 namespace {
 
@@ -37,9 +37,9 @@ std::vector<LogRecord> takeLog()
     return std::exchange(records, {});
 }
 
-}  // namespace sonvara::standins
+}  // namespace sonvara::test::standins
 
-using namespace sonvara::standins;
+using namespace sonvara::test::standins;
 
 os_log_t os_log_create(const char* subsystem, const char* category)
 {

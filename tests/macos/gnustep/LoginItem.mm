@@ -6,7 +6,7 @@
 #include <mutex>
 #include <utility>
 
-using namespace sonvara::standins;
+using namespace sonvara::test::standins;
 
 namespace {
 
@@ -62,7 +62,7 @@ BOOL change(LoginState from, LoginState to, NSError** error)
 
 @end
 
-namespace sonvara::standins {
+namespace sonvara::test::standins {
 
 void setLoginItem(LoginState state, std::optional<std::string> nextFailure)
 {
@@ -77,4 +77,4 @@ LoginState loginItem()
     return current;
 }
 
-}  // namespace sonvara::standins
+}  // namespace sonvara::test::standins

@@ -4,7 +4,7 @@
 #include "Director.h"
 #include "StripProbe.h"
 
-namespace sonvara::probe {
+namespace sonvara::test::probe {
 
 namespace {
 
@@ -38,4 +38,4 @@ bool chooseFromStatusMenu(const std::string& title)
     return eventually(hasStatusItem) && pressStatusItem() && releaseOnItem(title);
 }
 
-}  // namespace sonvara::probe
+}  // namespace sonvara::test::probe

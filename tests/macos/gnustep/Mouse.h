@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace sonvara::probe {
+namespace sonvara::test::probe {
 
 /// Presses the status item and waits until its menu is open.
 [[nodiscard]] bool pressStatusItem();
@@ -14,4 +14,4 @@ namespace sonvara::probe {
 /// Both: chooses an item of the status menu.
 [[nodiscard]] bool chooseFromStatusMenu(const std::string& title);
 
-}  // namespace sonvara::probe
+}  // namespace sonvara::test::probe

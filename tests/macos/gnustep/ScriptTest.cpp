@@ -5,7 +5,7 @@
 #include <atomic>
 #include <thread>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using standins::ScriptAnswer;
@@ -84,4 +84,4 @@ TEST_F(AppleScriptRunnerTest, RunsOneScriptAtATime)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

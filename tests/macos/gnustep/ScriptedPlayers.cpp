@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace sonvara {
+namespace sonvara::test {
 
 using standins::ScriptAnswer;
 
@@ -106,4 +106,4 @@ ScriptAnswer ScriptedPlayers::volumeScript(const std::string& name, const std::s
     return {};
 }
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara {
+namespace sonvara::test {
 
 struct Player {
     bool isRunning = false;
@@ -54,4 +54,4 @@ private:
     int polls_ = 0;
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

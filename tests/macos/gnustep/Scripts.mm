@@ -7,7 +7,7 @@
 #include <mutex>
 #include <utility>
 
-using namespace sonvara::standins;
+using namespace sonvara::test::standins;
 
 namespace {
 
@@ -147,7 +147,7 @@ ScriptAnswer answerTo(const std::string& source)
 
 @end
 
-namespace sonvara::standins {
+namespace sonvara::test::standins {
 
 void setScripts(std::function<ScriptAnswer(const std::string& source)> answer)
 {
@@ -165,4 +165,4 @@ int scriptLeftovers()
     return leftovers;
 }
 
-}  // namespace sonvara::standins
+}  // namespace sonvara::test::standins

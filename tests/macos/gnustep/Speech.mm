@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-using namespace sonvara::standins;
+using namespace sonvara::test::standins;
 
 namespace {
 
@@ -218,7 +218,7 @@ std::string text(NSString* string)
 
 @end
 
-namespace sonvara::standins {
+namespace sonvara::test::standins {
 
 void setVoices(Voices next)
 {
@@ -238,4 +238,4 @@ void finishLine()
     [current endFirst:@selector(speechSynthesizer:didFinishSpeechUtterance:)];
 }
 
-}  // namespace sonvara::standins
+}  // namespace sonvara::test::standins

@@ -5,12 +5,12 @@
 
 #include <atomic>
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using standins::CancelReports;
 
-struct Listener : SpeechSynthesizerDelegate {
+struct Listener final : SpeechSynthesizerDelegate {
     std::atomic<int> finished = 0;
     std::atomic<int> cancelled = 0;
     void didFinish() override { ++finished; }
@@ -108,4 +108,4 @@ TEST_F(AppleSpeechSynthesizerTest, HoldsItsDelegateWeakly)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

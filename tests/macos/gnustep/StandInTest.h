@@ -5,11 +5,11 @@
 
 #include <gtest/gtest.h>
 
-namespace sonvara {
+namespace sonvara::test {
 
 class StandInTest : public testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(standins::takeViolations(), std::vector<std::string>()); }
 };
 
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara::standins {
+namespace sonvara::test::standins {
 
 /// Notes that a documented rule was broken.
 void violated(const std::string& rule);
@@ -71,4 +71,4 @@ struct LogRecord {
 void setLogEnabled(bool isEnabled);
 std::vector<LogRecord> takeLog();
 
-}  // namespace sonvara::standins
+}  // namespace sonvara::test::standins

@@ -3,7 +3,7 @@
 
 #import <AppleAdditions.h>
 
-using sonvara::standins::violated;
+using sonvara::test::standins::violated;
 
 namespace {
 

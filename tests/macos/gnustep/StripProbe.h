@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace sonvara::probe {
+namespace sonvara::test::probe {
 
 struct ShownItem {
     std::string title;  ///< as it is shown; "-" for a separator
@@ -40,4 +40,4 @@ struct Spot {
 /// Where the item called `title` is in the open menu; nothing while the menu is closed.
 [[nodiscard]] std::optional<Spot> openMenuSpot(const std::string& title);
 
-}  // namespace sonvara::probe
+}  // namespace sonvara::test::probe

@@ -4,7 +4,7 @@
 
 #import <AppKit/AppKit.h>
 
-namespace sonvara::probe {
+namespace sonvara::test::probe {
 
 namespace {
 
@@ -90,4 +90,4 @@ std::optional<Spot> openMenuSpot(const std::string& title)
     return toSpot([[view window] convertBaseToScreen:middle(inWindow)]);
 }
 
-}  // namespace sonvara::probe
+}  // namespace sonvara::test::probe

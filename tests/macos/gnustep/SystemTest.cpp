@@ -3,7 +3,7 @@
 #include "platform/macos/system/ServiceLoginItem.h"
 #include "platform/macos/system/UnifiedLog.h"
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using standins::LoginState;
@@ -85,4 +85,4 @@ TEST_F(UnifiedLogTest, WritesNothingWhenTheLogIsSwitchedOff)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

@@ -4,7 +4,7 @@
 #include "Probe.h"
 #include "StripProbe.h"
 
-namespace sonvara {
+namespace sonvara::test {
 namespace {
 
 using probe::ButtonState;
@@ -16,7 +16,7 @@ constexpr const char* sheet = "Sonvara Settings/sheet";
 constexpr ButtonState on{true, true};
 constexpr ButtonState off{true, false};
 
-class User : public AppTest {
+class UserTest : public AppTest {
 protected:
     static std::optional<ButtonState> control(const std::string& title, const std::string& place = window)
     {
@@ -43,7 +43,7 @@ protected:
     static bool isMuteChecked() { return onMain(probe::statusMenu).at(5).isChecked; }
 };
 
-TEST_F(User, SeesTheWholeMenu)
+TEST_F(UserTest, SeesTheWholeMenu)
 {
     launch();
     EXPECT_EQ(onMain(probe::statusMenu), (std::vector<ShownItem>{{"Currently Playing", false, false, false},
@@ -58,7 +58,7 @@ TEST_F(User, SeesTheWholeMenu)
                                                                  {"Quit Sonvara", true, false, false}}));
 }
 
-TEST_F(User, FindsTheDefaultsInTheSettingsWindow)
+TEST_F(UserTest, FindsTheDefaultsInTheSettingsWindow)
 {
     launch();
     openSettings();
@@ -77,7 +77,7 @@ TEST_F(User, FindsTheDefaultsInTheSettingsWindow)
     }
 }
 
-TEST_F(User, MutesInTheMenuAndSeesItInTheWindowAndBack)
+TEST_F(UserTest, MutesInTheMenuAndSeesItInTheWindowAndBack)
 {
     launch();
     openSettings();
@@ -91,7 +91,7 @@ TEST_F(User, MutesInTheMenuAndSeesItInTheWindowAndBack)
     EXPECT_FALSE(isMuteChecked());
 }
 
-TEST_F(User, GetsOneWindowAtATime)
+TEST_F(UserTest, GetsOneWindowAtATime)
 {
     launch();
     openSettings();
@@ -103,7 +103,7 @@ TEST_F(User, GetsOneWindowAtATime)
     EXPECT_EQ(onMain([] { return probe::countWindows(window); }), 1);
 }
 
-TEST_F(User, SwitchesTheEngineOnAndOff)
+TEST_F(UserTest, SwitchesTheEngineOnAndOff)
 {
     launch();
     openSettings();
@@ -115,7 +115,7 @@ TEST_F(User, SwitchesTheEngineOnAndOff)
     EXPECT_EQ(onMain([] { return probe::popUp(window); }).selected, 1);
 }
 
-TEST_F(User, RegistersALoginItem)
+TEST_F(UserTest, RegistersALoginItem)
 {
     standins::setLoginItem(standins::LoginState::notRegistered, {});
     launch();
@@ -128,7 +128,7 @@ TEST_F(User, RegistersALoginItem)
     EXPECT_EQ(standins::loginItem(), standins::LoginState::notRegistered);
 }
 
-TEST_F(User, SeesThatALoginItemCouldNotBeRegistered)
+TEST_F(UserTest, SeesThatALoginItemCouldNotBeRegistered)
 {
     standins::setLoginItem(standins::LoginState::notRegistered, "The signature is invalid");
     launch();
@@ -141,7 +141,7 @@ TEST_F(User, SeesThatALoginItemCouldNotBeRegistered)
     EXPECT_NE(output.find("The signature is invalid"), std::string::npos) << output;
 }
 
-TEST_F(User, ReadsCopiesAndClearsTheLog)
+TEST_F(UserTest, ReadsCopiesAndClearsTheLog)
 {
     launch();
     openSettings();
@@ -169,7 +169,7 @@ TEST_F(User, ReadsCopiesAndClearsTheLog)
     EXPECT_TRUE(onMain([] { return probe::isShown(window); }));
 }
 
-TEST_F(User, DismissesTheLogByEscape)
+TEST_F(UserTest, DismissesTheLogByEscape)
 {
     launch();
     openSettings();
@@ -182,9 +182,9 @@ TEST_F(User, DismissesTheLogByEscape)
 }
 
 // These share a session, each with a process of its own, in this order.
-class Settings : public User {};
+class SettingsTest : public UserTest {};
 
-TEST_F(Settings, AreChangedBeforeTheProgramQuits)
+TEST_F(SettingsTest, AreChangedBeforeTheProgramQuits)
 {
     launch();
     openSettings();
@@ -195,7 +195,7 @@ TEST_F(Settings, AreChangedBeforeTheProgramQuits)
     quit();
 }
 
-TEST_F(Settings, AreKeptForTheNextProcess)
+TEST_F(SettingsTest, AreKeptForTheNextProcess)
 {
     launch();
     EXPECT_TRUE(isMuteChecked());
@@ -207,4 +207,4 @@ TEST_F(Settings, AreKeptForTheNextProcess)
 }
 
 }  // namespace
-}  // namespace sonvara
+}  // namespace sonvara::test

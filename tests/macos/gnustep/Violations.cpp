@@ -3,7 +3,7 @@
 #include <mutex>
 #include <utility>
 
-namespace sonvara::standins {
+namespace sonvara::test::standins {
 
 namespace {
 
@@ -24,4 +24,4 @@ std::vector<std::string> takeViolations()
     return std::exchange(rules, {});
 }
 
-}  // namespace sonvara::standins
+}  // namespace sonvara::test::standins

@@ -56,7 +56,7 @@ void MprisBus::listen()
         new QDBusServiceWatcher(everyName, connection_, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(names, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& name, const QString& before, const QString& now) {
-                emit ownerChanged(name.toStdString(), before.toStdString(), now.toStdString());
+                Q_EMIT ownerChanged(name.toStdString(), before.toStdString(), now.toStdString());
             });
 }
 
@@ -84,7 +84,7 @@ void MprisBus::askIntroduction(const std::string& owner, const Answer& answer)
 void MprisBus::askState(const std::string& owner, const Answer& answer)
 {
     askProperties(owner, playerInterface, [this, owner, answer](const QVariantList& arguments) {
-        emit stateAnswered(owner, arguments);
+        Q_EMIT stateAnswered(owner, arguments);
         answer(arguments);
     });
 }
@@ -99,12 +99,12 @@ void MprisBus::setVolume(const std::string& owner, double volume)
 
 void MprisBus::takePropertiesChanged(const QDBusMessage& message)
 {
-    emit stateSignalled(message.service().toStdString(), message.arguments());
+    Q_EMIT stateSignalled(message.service().toStdString(), message.arguments());
 }
 
 void MprisBus::takeDisconnected()
 {
-    emit lost();
+    Q_EMIT lost();
 }
 
 void MprisBus::ask(QDBusMessage question, const std::function<void(const QDBusMessage&)>& answer)

@@ -16,7 +16,7 @@ namespace sonvara {
 
 /// Plain messages only: no proxy objects, whose making may wait for a hung player. Main thread;
 /// nothing blocks, and nobody is started by being asked.
-class MprisBus : public QObject {
+class MprisBus final : public QObject {
     Q_OBJECT
 
 public:
@@ -45,7 +45,7 @@ public:
     /// hears whether it was accepted: players accept what they do not do.
     void setVolume(const std::string& owner, double volume);
 
-signals:
+Q_SIGNALS:
     /// A player's name has another owner; an empty owner is none.
     void ownerChanged(const std::string& name, const std::string& before, const std::string& now);
     /// The connection `owner` says that a player's properties have changed. The arguments are as
@@ -56,7 +56,7 @@ signals:
     /// The bus has gone, for good.
     void lost();
 
-private slots:
+private Q_SLOTS:
     void takePropertiesChanged(const QDBusMessage& message);
     void takeDisconnected();
 

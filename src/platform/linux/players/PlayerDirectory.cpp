@@ -30,8 +30,7 @@ Player* PlayerDirectory::add(const std::string& name, const std::string& owner)
 {
     if (kindOfName(name) == NameKind::ignored) return nullptr;
     if (auto* known = find(owner)) {
-        if (std::find(known->names.begin(), known->names.end(), name) == known->names.end())
-            known->names.push_back(name);
+        if (std::ranges::find(known->names, name) == known->names.end()) known->names.push_back(name);
         return nullptr;
     }
     auto& player = players_.emplace_back();
@@ -51,15 +50,13 @@ void PlayerDirectory::remove(const std::string& name, const std::string& owner)
 
 Player* PlayerDirectory::find(const std::string& owner)
 {
-    const auto found =
-        std::find_if(players_.begin(), players_.end(), [&](const auto& each) { return each.owner == owner; });
+    const auto found = std::ranges::find_if(players_, [&](const auto& each) { return each.owner == owner; });
     return found == players_.end() ? nullptr : &*found;
 }
 
 const Player* PlayerDirectory::find(const std::string& owner) const
 {
-    const auto found =
-        std::find_if(players_.begin(), players_.end(), [&](const auto& each) { return each.owner == owner; });
+    const auto found = std::ranges::find_if(players_, [&](const auto& each) { return each.owner == owner; });
     return found == players_.end() ? nullptr : &*found;
 }
 
@@ -114,7 +111,7 @@ Picture PlayerDirectory::picture(PlayerKind kind) const
 
 bool PlayerDirectory::isKnown(PlayerKind kind) const
 {
-    return std::all_of(players_.begin(), players_.end(), [kind](const auto& player) {
+    return std::ranges::all_of(players_, [kind](const auto& player) {
         const bool isSpotify = player.kindOfNames() == NameKind::spotify;
         return isSpotify != (kind == PlayerKind::spotify) || player.isKnown();
     });

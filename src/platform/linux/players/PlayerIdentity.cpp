@@ -25,7 +25,7 @@ bool namesBrowser(std::string_view text)
 {
     std::string word;
     const auto isBrowserWord = [&word] {
-        return std::find(browserWords.begin(), browserWords.end(), word) != browserWords.end();
+        return std::ranges::find(browserWords, word) != browserWords.end();
     };
     for (const char c : text) {
         if (isWordCharacter(c)) {

@@ -28,7 +28,7 @@ namespace sonvara {
 /// While no player changes, it sleeps: it has no timer of its own and asks only when it is polled,
 /// and then only the player that is meant. One that tells of its new tracks by itself is asked only
 /// now and then, in case it has begun to keep something back.
-class PlayerWatch : public QObject {
+class PlayerWatch final : public QObject {
 public:
     using Post = std::function<void(const Notification&)>;
     using Answer = std::function<void(ScriptResult)>;

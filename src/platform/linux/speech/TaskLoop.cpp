@@ -55,7 +55,7 @@ void TaskLoop::runTasks()
         ::eventfd_read(wake_.get(), &ignored);
         tasks.swap(tasks_);
     }
-    for (Task& task : tasks) task();
+    for (const Task& task : tasks) task();
 }
 
 }  // namespace sonvara

@@ -37,8 +37,7 @@ QString quoted(QString argument)
 {
     argument.replace(QLatin1String("%"), QLatin1String("%%"));
     const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
-    const bool needsQuotes =
-        std::any_of(argument.begin(), argument.end(), [&](QChar c) { return reserved.contains(c); });
+    const bool needsQuotes = std::ranges::any_of(argument, [&](QChar c) { return reserved.contains(c); });
     if (!needsQuotes) return argument;
     QString result(QLatin1Char('"'));
     for (const auto c : std::as_const(argument)) {

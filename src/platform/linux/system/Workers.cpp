@@ -93,6 +93,7 @@ bool Workers::waitForWork(std::unique_lock<std::mutex>& lock)
 bool Workers::shutDown(std::chrono::milliseconds limit)
 {
     std::vector<std::deque<Task>> dropped;  // destroyed after the lock is released
+    dropped.reserve(lanes_.size());
     std::unique_lock lock(mutex_);
     isShutDown_ = true;
     for (auto& lane : lanes_) dropped.push_back(std::exchange(lane.waiting, {}));

@@ -15,7 +15,7 @@ namespace sonvara {
 
 /// All methods may be called on any thread. The threads hold the object, so a busy one may outlive
 /// its owner.
-class Workers : public std::enable_shared_from_this<Workers> {
+class Workers final : public std::enable_shared_from_this<Workers> {
 public:
     /// Of several idle threads one leaves when they have not all been busy for `quietWhile`.
     explicit Workers(std::chrono::milliseconds quietWhile) : quietWhile_(quietWhile) {}

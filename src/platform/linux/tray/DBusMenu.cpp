@@ -23,8 +23,7 @@ QVariantMap only(const QVariantMap& properties, const QStringList& names)
 
 bool haveSameIds(const DBusMenuPropertiesList& a, const DBusMenuPropertiesList& b)
 {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const auto& left, const auto& right) { return left.id == right.id; });
+    return std::ranges::equal(a, b, [](const auto& left, const auto& right) { return left.id == right.id; });
 }
 
 QVariantMap rootProperties()
@@ -237,8 +236,7 @@ QDBusVariant DBusMenu::GetProperty(int id, const QString& name)
 
 bool DBusMenu::knows(int id) const
 {
-    return id == rootId ||
-           std::any_of(shown_.begin(), shown_.end(), [id](const auto& item) { return item.id == id; });
+    return id == rootId || std::ranges::any_of(shown_, [id](const auto& item) { return item.id == id; });
 }
 
 void DBusMenu::handle(int id, const QString& type)

@@ -93,8 +93,7 @@ void QtStatusMenu::willOpen()
 
 void QtStatusMenu::choose(int id)
 {
-    const auto found =
-        std::find_if(entries_.begin(), entries_.end(), [id](const Entry& e) { return e.id == id; });
+    const auto found = std::ranges::find(entries_, id, &Entry::id);
     if (found == entries_.end() || !found->item.isEnabled) return;
     const auto action = found->item.action;  // a copy: the action may replace the items
     if (action) action();

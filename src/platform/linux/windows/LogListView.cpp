@@ -64,11 +64,10 @@ void LogListView::setRows(const std::vector<LogRow>& rows)
 LogListView::Place LogListView::readersPlace() const
 {
     const int top = verticalScrollBar()->value();
-    const bool selects =
-        std::any_of(rows_.begin(), rows_.end(), [](const auto* row) { return row->hasSelection(); });
+    const bool selects = std::ranges::any_of(rows_, [](const auto* row) { return row->hasSelection(); });
     if (top == 0 && !selects) return {};
-    const auto first = std::find_if(rows_.begin(), rows_.end(),
-                                    [top](const auto* row) { return row->geometry().bottom() >= top; });
+    const auto first =
+        std::ranges::find_if(rows_, [top](const auto* row) { return row->geometry().bottom() >= top; });
     if (first == rows_.end()) return {};
     return {*first, (*first)->y() - top};
 }

@@ -6,7 +6,7 @@
 namespace sonvara {
 
 /// Registers with the centre's own default for what happens while the application is suspended.
-class DistributedNotificationCenter : public NotificationCenter {
+class DistributedNotificationCenter final : public NotificationCenter {
 public:
     [[nodiscard]] Subscription addObserver(const std::string& name,
                                            std::function<void(const Notification&)> observer) override;

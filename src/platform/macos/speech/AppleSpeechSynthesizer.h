@@ -7,7 +7,7 @@ namespace sonvara {
 
 /// Keeps its own list of the utterances under way, so that each is reported as ended exactly once:
 /// the system is not known to report those that a stop took out of its queue.
-class AppleSpeechSynthesizer : public SpeechSynthesizer {
+class AppleSpeechSynthesizer final : public SpeechSynthesizer {
 public:
     AppleSpeechSynthesizer();
     ~AppleSpeechSynthesizer() override;

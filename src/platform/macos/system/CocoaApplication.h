@@ -10,7 +10,7 @@
 namespace sonvara {
 
 /// To be made first and destroyed last of the platform's objects: the others need the application.
-class CocoaApplication : public Application {
+class CocoaApplication final : public Application {
 public:
     CocoaApplication();
     ~CocoaApplication() override;

@@ -5,7 +5,7 @@
 
 namespace sonvara {
 
-class CocoaPasteboard : public Pasteboard {
+class CocoaPasteboard final : public Pasteboard {
 public:
     void clearContents() override;
     void setString(const std::string& text) override;

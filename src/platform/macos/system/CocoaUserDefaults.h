@@ -9,7 +9,7 @@ namespace sonvara {
 
 /// Hears of changes in this process for every key. The system tells of changes by other processes
 /// key by key only, so those are heard for each key from the time it is first used.
-class CocoaUserDefaults : public UserDefaults {
+class CocoaUserDefaults final : public UserDefaults {
 public:
     CocoaUserDefaults();
     ~CocoaUserDefaults() override;

@@ -16,7 +16,7 @@ namespace {
 
 /// Folds the notices that come on any thread into one call on the main thread. A change may be
 /// noticed twice, once as a change of the store and once as one of a key.
-class ChangeNotice : public std::enable_shared_from_this<ChangeNotice> {
+class ChangeNotice final : public std::enable_shared_from_this<ChangeNotice> {
 public:
     void changed()
     {

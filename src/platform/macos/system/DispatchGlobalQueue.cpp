@@ -22,7 +22,7 @@ dispatch_queue_t queueFor(QualityOfService quality)
 }
 
 /// The queue keeps a scheduled function for good, so a cancelled task leaves an empty shell in it.
-class CancellableTask : public DelayedTask {
+class CancellableTask final : public DelayedTask {
 public:
     explicit CancellableTask(Task task) : task_(std::move(task)) {}
 

@@ -6,7 +6,7 @@
 namespace sonvara {
 
 /// The system adds a worker for each one that blocks, up to about 64 of them; further tasks wait.
-class DispatchGlobalQueue : public GlobalQueue {
+class DispatchGlobalQueue final : public GlobalQueue {
 public:
     void post(QualityOfService quality, Task task) override;
     std::shared_ptr<DelayedTask> postAfter(QualityOfService quality, std::chrono::milliseconds delay,

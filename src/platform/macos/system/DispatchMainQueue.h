@@ -5,7 +5,7 @@
 
 namespace sonvara {
 
-class DispatchMainQueue : public MainQueue {
+class DispatchMainQueue final : public MainQueue {
 public:
     void post(Task task) override;
 

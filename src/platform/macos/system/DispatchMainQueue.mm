@@ -41,7 +41,7 @@ namespace sonvara {
 
 namespace {
 
-class RunLoopTimer : public RepeatingTimer {
+class RunLoopTimer final : public RepeatingTimer {
 public:
     RunLoopTimer(std::chrono::milliseconds interval, Task action)
         : target_(ObjcPtr<SNVTimerTarget>::adopt([[SNVTimerTarget alloc] initWithAction:std::move(action)])),

@@ -6,7 +6,7 @@
 namespace sonvara {
 
 /// Works for the signed bundle only; elsewhere the status is `notFound` and both requests fail.
-class ServiceLoginItem : public LoginItem {
+class ServiceLoginItem final : public LoginItem {
 public:
     [[nodiscard]] LoginItemStatus status() const override;
     [[nodiscard]] std::optional<std::string> registerItem() override;

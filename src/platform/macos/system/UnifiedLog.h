@@ -11,7 +11,7 @@ struct os_log_s;
 namespace sonvara {
 
 /// Writes under the application's identifier as subsystem.
-class UnifiedLog : public SystemLog {
+class UnifiedLog final : public SystemLog {
 public:
     explicit UnifiedLog(std::string subsystem);
     [[nodiscard]] bool isEnabled(LogLevel level, std::string_view category) const override;

@@ -8,7 +8,7 @@
 namespace sonvara {
 
 /// Draws into an image of its own each time; concurrent calls do not meet.
-class CocoaImageRenderer : public ImageRenderer {
+class CocoaImageRenderer final : public ImageRenderer {
 public:
     [[nodiscard]] std::shared_ptr<const Image> render(const Drawing& drawing) override;
 };

@@ -11,7 +11,7 @@
 
 namespace sonvara {
 
-class CocoaMenu : public StatusMenu {
+class CocoaMenu final : public StatusMenu {
 public:
     CocoaMenu();
     ~CocoaMenu() override;

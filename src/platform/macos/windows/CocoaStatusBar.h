@@ -5,7 +5,7 @@
 
 namespace sonvara {
 
-class CocoaStatusBar : public StatusBar {
+class CocoaStatusBar final : public StatusBar {
 public:
     [[nodiscard]] std::unique_ptr<StatusItem> makeSquareItem() override;
     [[nodiscard]] std::unique_ptr<StatusMenu> makeMenu() override;

@@ -8,7 +8,7 @@ namespace sonvara {
 
 namespace {
 
-class CocoaStatusButton : public StatusButton {
+class CocoaStatusButton final : public StatusButton {
 public:
     explicit CocoaStatusButton(NSStatusBarButton* button) : button_(ObjcPtr<NSStatusBarButton>::share(button))
     {
@@ -28,7 +28,7 @@ private:
     ObjcPtr<NSStatusBarButton> button_;
 };
 
-class CocoaStatusItem : public StatusItem {
+class CocoaStatusItem final : public StatusItem {
 public:
     CocoaStatusItem()
         : item_(ObjcPtr<NSStatusItem>::share(

@@ -6,7 +6,7 @@
 namespace sonvara {
 
 /// A window is as large as its setup says, or as its form where that is larger.
-class CocoaWindows : public Windows {
+class CocoaWindows final : public Windows {
 public:
     [[nodiscard]] std::shared_ptr<Window> make(WindowSetup setup) override;
 };

@@ -39,7 +39,7 @@ NSRect contentRect(const WindowSetup& setup)
                       std::max(setup.contentHeight, setup.content->height));
 }
 
-class CocoaWindow : public Window, public std::enable_shared_from_this<CocoaWindow> {
+class CocoaWindow final : public Window, public std::enable_shared_from_this<CocoaWindow> {
 public:
     explicit CocoaWindow(const WindowSetup& setup)
         : window_(ObjcPtr<NSWindow>::adopt([[NSWindow alloc] initWithContentRect:contentRect(setup)

@@ -11,7 +11,7 @@ namespace {
 constexpr double toggleHeight = 20;
 constexpr double controlHeight = 26;
 
-class ToggleRow : public FormRowView {
+class ToggleRow final : public FormRowView {
 public:
     ToggleRow(const Toggle& toggle, const RowPlace& place)
         : FormRowView(toggleHeight),
@@ -39,7 +39,7 @@ private:
     ControlAction action_;
 };
 
-class PickerRow : public FormRowView {
+class PickerRow final : public FormRowView {
 public:
     PickerRow(const Picker& picker, const RowPlace& place)
         : FormRowView(controlHeight),
@@ -95,7 +95,7 @@ private:
     ControlAction action_;
 };
 
-class ButtonRow : public FormRowView {
+class ButtonRow final : public FormRowView {
 public:
     ButtonRow(const PushButton& button, const RowPlace& place)
         : FormRowView(controlHeight),
@@ -122,7 +122,7 @@ private:
     ControlAction action_;
 };
 
-class TextRow : public FormRowView {
+class TextRow final : public FormRowView {
 public:
     TextRow(const StyledText& text, const RowPlace& place) : FormRowView(wrappedHeight(text, place.width))
     {

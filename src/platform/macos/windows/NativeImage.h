@@ -10,7 +10,7 @@
 
 namespace sonvara {
 
-class NativeImage : public Image {
+class NativeImage final : public Image {
 public:
     explicit NativeImage(ObjcPtr<NSImage> image) : image_(std::move(image)) {}
     [[nodiscard]] NSImage* get() const { return image_.get(); }
