@@ -5,6 +5,7 @@
 #include "platform/linux/tray/StatusNotifierItem.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
@@ -16,7 +17,7 @@ namespace sonvara::test {
 /// Owns the watcher's name as long as it lives and remembers what registers.
 class FakeWatcher final : public QDBusVirtualObject {
 public:
-    FakeWatcher()
+    explicit FakeWatcher(bool isHostThere = true) : hasHost(isHostThere)
     {
         bus.registerVirtualObject("/StatusNotifierWatcher", this);
         bus.registerService(name);
@@ -26,10 +27,23 @@ public:
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
     {
+        ++questions;
+        if (message.member() == "Get" && message.arguments().value(1) == "IsStatusNotifierHostRegistered")
+            return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost))));
         if (message.member() != "RegisterStatusNotifierItem") return false;
         items.append(message.arguments().value(0).toString());
-        connection.send(message.createReply());
-        return true;
+        if (items.size() <= refusals)
+            return connection.send(message.createErrorReply(QDBusError::InvalidArgs, "not this one"));
+        return connection.send(message.createReply());
+    }
+
+    /// A host comes or goes while the watcher stays.
+    void setHost(bool isThere)
+    {
+        hasHost = isThere;
+        bus.send(QDBusMessage::createSignal("/StatusNotifierWatcher", name,
+                                            isThere ? "StatusNotifierHostRegistered"
+                                                    : "StatusNotifierHostUnregistered"));
     }
 
     QDBusMessage call(const QString& interface, const QString& method, const QVariantList& arguments)
@@ -55,6 +69,9 @@ public:
     const QString name = "org.kde.StatusNotifierWatcher";
     QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "fake-watcher");
     QStringList items;
+    qsizetype refusals = 0;  ///< of the first items
+    bool hasHost;
+    int questions = 0;  ///< of all kinds
 };
 
 }  // namespace sonvara::test

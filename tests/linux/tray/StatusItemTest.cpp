@@ -72,8 +72,8 @@ TEST_F(StatusItemTest, RegistersWithAWatcher)
 {
     watcher = std::make_unique<FakeWatcher>();
     start();
-    EXPECT_TRUE(bar->trayAvailable());
     ASSERT_TRUE(isRegistered(1));
+    EXPECT_TRUE(bar->trayAvailable());
     EXPECT_EQ(watcher->property("Status"), "Active");
     EXPECT_EQ(watcher->property("Title"), QApplication::applicationDisplayName());
     EXPECT_EQ(watcher->property("ItemIsMenu"), true);  // the left click opens the menu
@@ -101,6 +101,53 @@ TEST_F(StatusItemTest, RegistersAnewWhenTheWatcherComesBack)
     ASSERT_TRUE(isRegistered(1));
     show(ColorRole::systemGreen, false);
     EXPECT_FALSE(watcher->pictures().isEmpty());
+}
+
+TEST_F(StatusItemTest, DoesNotRegisterWithAWatcherThatHasNoHost)
+{
+    watcher = std::make_unique<FakeWatcher>(false);
+    start();
+    ASSERT_TRUE(eventually([this] { return isTrayMissing; }));
+    EXPECT_FALSE(bar->trayAvailable());
+    EXPECT_TRUE(watcher->items.isEmpty());
+    watcher->setHost(true);
+    ASSERT_TRUE(isRegistered(1));
+    EXPECT_TRUE(bar->trayAvailable());
+    watcher->setHost(false);
+    EXPECT_TRUE(eventually([this] { return !bar->trayAvailable(); }));
+    watcher->setHost(true);
+    ASSERT_TRUE(isRegistered(2));
+}
+
+TEST_F(StatusItemTest, RegistersByItsOwnNameWhenTheOtherIsRefused)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    watcher->refusals = 1;
+    start();
+    ASSERT_TRUE(isRegistered(2));
+    EXPECT_TRUE(watcher->items.last().startsWith(':'));
+    EXPECT_EQ(watcher->property("Status"), "Active");
+    EXPECT_TRUE(bar->trayAvailable());
+}
+
+TEST_F(StatusItemTest, TakesARefusalForNoTray)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    watcher->refusals = 2;
+    start();
+    ASSERT_TRUE(isRegistered(2));
+    ASSERT_TRUE(eventually([this] { return isTrayMissing; }));
+    EXPECT_FALSE(bar->trayAvailable());
+}
+
+TEST_F(StatusItemTest, AsksAndTellsNothingBeforeAnItemIsMade)
+{
+    bar = std::make_unique<QtStatusBar>([this] { isTrayMissing = true; }, 0ms);
+    watcher = std::make_unique<FakeWatcher>(false);
+    const auto later = std::chrono::steady_clock::now() + 100ms;
+    eventually([&] { return std::chrono::steady_clock::now() > later; });
+    EXPECT_FALSE(isTrayMissing);
+    EXPECT_EQ(watcher->questions, 0);
 }
 
 TEST_F(StatusItemTest, DoesNotMissATrayThatIsThere)

@@ -53,9 +53,10 @@ PanelColors::PanelColors()
     services_.addWatchedService(xfconf);
     qRegisterMetaType<QDBusVariant>();  // a slot with a type that nobody has used yet is refused
     auto bus = QDBusConnection::sessionBus();
-    bus.connect(portal, portalPath, portalSettings, QStringLiteral("SettingChanged"), this,
+    // No senders are named: Qt would ask who they are now, and wait for the answers.
+    bus.connect(QString(), portalPath, portalSettings, QStringLiteral("SettingChanged"), this,
                 SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
-    bus.connect(xfconf, xfconfPath, xfconf, QStringLiteral("PropertyChanged"), this,
+    bus.connect(QString(), xfconfPath, xfconf, QStringLiteral("PropertyChanged"), this,
                 SLOT(xfceSettingChanged(QString, QString, QDBusVariant)));
     connect(&services_, &QDBusServiceWatcher::serviceRegistered, this,
             [this](const QString& service) { service == portal ? askPortal() : askXfce(); });

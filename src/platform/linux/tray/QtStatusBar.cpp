@@ -5,14 +5,13 @@
 
 namespace sonvara {
 
-QtStatusBar::QtStatusBar(std::function<void()> trayMissing, std::chrono::milliseconds wait) : host_(wait)
-{
-    QObject::connect(&host_, &TrayHostWatcher::hostMissing, &host_, std::move(trayMissing));
-}
-
 std::unique_ptr<StatusItem> QtStatusBar::makeSquareItem()
 {
-    return std::make_unique<QtStatusItem>(host_, colors_);
+    if (!surroundings_) {
+        auto& host = surroundings_.emplace(wait_).host;
+        QObject::connect(&host, &TrayHostWatcher::hostMissing, &host, trayMissing_);
+    }
+    return std::make_unique<QtStatusItem>(surroundings_->host, surroundings_->colors);
 }
 
 std::unique_ptr<StatusMenu> QtStatusBar::makeMenu()

@@ -70,10 +70,12 @@ void QtStatusItem::rebuild()
 {
     notifier_.reset();
     embedded_.reset();
-    if (!isVisible_) return;
-    if (host_.hasNotifierHost()) {
+    if (!isVisible_ || !host_.hasNotifierHost()) return;
+    if (*host_.hasNotifierHost()) {
         notifier_ = std::make_unique<StatusNotifierItem>(
             [this] { return notifierImages(content_, colors_.colors()); }, menu_);
+        connect(notifier_.get(), &StatusNotifierItem::refused, &host_, &TrayHostWatcher::refuse,
+                Qt::QueuedConnection);  // it drops the item
     } else {
         embedded_ = std::make_unique<XEmbedIcon>(menu_);
     }

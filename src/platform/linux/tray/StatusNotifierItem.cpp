@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
 #include <QGuiApplication>
 #include <QtEndian>
 
@@ -111,7 +112,12 @@ void StatusNotifierItem::enroll(const QString& service)
         TrayHostWatcher::service(), QStringLiteral("/StatusNotifierWatcher"), TrayHostWatcher::service(),
         QStringLiteral("RegisterStatusNotifierItem"));
     message << service;
-    bus_.send(message);
+    auto* call = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, service] {
+        call->deleteLater();
+        if (!call->isError() || call->error().type() == QDBusError::NoReply) return;
+        service == bus_.baseService() ? Q_EMIT refused() : enroll(bus_.baseService());
+    });
 }
 
 void StatusNotifierItem::updateIcon()

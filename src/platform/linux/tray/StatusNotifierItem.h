@@ -67,6 +67,8 @@ public:
 
 Q_SIGNALS:
     void iconChanged();
+    /// The watcher does not take the item.
+    void refused();
 
 private:
     void enroll(const QString& service);

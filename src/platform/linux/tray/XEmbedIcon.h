@@ -12,7 +12,7 @@ namespace sonvara {
 class QtStatusMenu;
 class TrayMenuView;
 
-/// To be made only while no StatusNotifier watcher runs: what Qt finds at the first one stays its choice.
+/// To be made only while there is no StatusNotifier host: what Qt finds at the first one stays its choice.
 /// Waits for a tray when there is none. Main thread. Dropping it removes the item.
 class XEmbedIcon final {
 public:
