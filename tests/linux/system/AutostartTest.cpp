@@ -1,5 +1,6 @@
 #include "platform/linux/system/AutostartLoginItem.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -71,10 +72,27 @@ TEST_F(AutostartTest, CountsAnEntryWhoseProgramIsGoneAsOff)
     EXPECT_EQ(item().status(), LoginItemStatus::notFound);
 }
 
+TEST_F(AutostartTest, CountsAnEntryThatGnomeSwitchedOffAsOff)
+{
+    write(
+        "[Desktop Entry]\nType=Application\nName=Sample\nExec=/bin/true\nX-GNOME-Autostart-enabled=false\n");
+    EXPECT_EQ(item().status(), LoginItemStatus::notRegistered);
+    EXPECT_EQ(item().registerItem(), std::nullopt);
+    EXPECT_EQ(item().status(), LoginItemStatus::enabled);
+}
+
+TEST_F(AutostartTest, StartsThisProgramWhoeverHasStartedIt)
+{
+    // A program that came in an AppImage leaves its variables to all that it starts.
+    qputenv("APPIMAGE", "/opt/Other.AppImage");
+    EXPECT_EQ(AutostartLoginItem::thisProgram().program, QCoreApplication::applicationFilePath());
+    qunsetenv("APPIMAGE");
+}
+
 TEST_F(AutostartTest, ReadsWhatOthersWrite)
 {
     write("# by hand\n[Other]\nHidden=true\n[Desktop Entry]\n Exec = sh -c true "
-          "\nX-GNOME-Autostart-enabled=false\n");
+          "\nX-GNOME-Autostart-enabled=true\n");
     EXPECT_EQ(item().status(), LoginItemStatus::enabled);
     write("no entry at all");
     EXPECT_EQ(item().status(), LoginItemStatus::notFound);

@@ -88,7 +88,8 @@ AutostartState readAutostart(const QByteArray& text)
         if (!inGroup || split < 0 || trimmed.startsWith(QLatin1Char('#'))) continue;
         const auto key = trimmed.left(split).trimmed();
         const auto value = trimmed.mid(split + 1).trimmed();
-        if (key == QLatin1String("Hidden")) state.isHidden = value == QLatin1String("true");
+        if (key == QLatin1String("Hidden")) state.isOff |= value == QLatin1String("true");
+        if (key == QLatin1String("X-GNOME-Autostart-enabled")) state.isOff |= value == QLatin1String("false");
         if (key == QLatin1String("Exec")) state.program = firstArgument(unescaped(value));
     }
     return state;

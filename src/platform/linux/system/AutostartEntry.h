@@ -17,8 +17,8 @@ struct AutostartEntry {
 
 /// What such a file says, also when somebody else has written or changed it.
 struct AutostartState {
-    bool isHidden = false;  ///< counts as removed
-    QString program;        ///< as the entry calls it; empty when it names none
+    bool isOff = false;  ///< hidden, which counts as removed, or switched off as GNOME does it
+    QString program;     ///< as the entry calls it; empty when it names none
 };
 [[nodiscard]] AutostartState readAutostart(const QByteArray& text);
 

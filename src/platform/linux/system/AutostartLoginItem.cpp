@@ -36,10 +36,7 @@ AutostartLoginItem::AutostartLoginItem(AutostartEntry entry, const QString& iden
 
 AutostartEntry AutostartLoginItem::thisProgram()
 {
-    // An AppImage runs from a mount that is gone at the next login; the variable names the file itself.
-    const auto image = qEnvironmentVariable("APPIMAGE");
-    const auto program = image.isEmpty() ? QCoreApplication::applicationFilePath() : image;
-    return {QGuiApplication::applicationDisplayName(), program};
+    return {QGuiApplication::applicationDisplayName(), QCoreApplication::applicationFilePath()};
 }
 
 QString AutostartLoginItem::userFolder()
@@ -53,7 +50,7 @@ LoginItemStatus AutostartLoginItem::status() const
     QFile file(path_);
     if (!file.open(QIODevice::ReadOnly)) return LoginItemStatus::notRegistered;
     const auto state = readAutostart(file.readAll());
-    if (state.isHidden) return LoginItemStatus::notRegistered;
+    if (state.isOff) return LoginItemStatus::notRegistered;
     return canStart(state.program) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
 }
 

@@ -6,8 +6,8 @@
 
 namespace sonvara {
 
-/// The entry `<folder>/<identifier>.desktop`. The file is the only record. An entry that is hidden or
-/// that names a program which is gone starts nothing, so it counts as off.
+/// The entry `<folder>/<identifier>.desktop`. The file is the only record. An entry that is switched
+/// off or that names a program which is gone starts nothing, so it counts as off.
 class AutostartLoginItem final : public LoginItem {
 public:
     /// `folder` is the autostart folder; it is made when it is missing.
