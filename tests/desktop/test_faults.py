@@ -76,6 +76,19 @@ class Voice(Trial):
         self.end()
         self.assertEqual(self.player.volume(), VOLUME)
 
+    def test_a_start_while_the_first_one_ends(self):
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        self._wait_for_voice()
+        send(signal.SIGSTOP, DAEMON)  # it holds up the end for half a second
+        self.addCleanup(send, signal.SIGCONT, DAEMON)
+        first, self.program = self.program, None
+        first.terminate()
+        self.start_quickly()
+        self.assertEqual(first.wait(2), 0)
+        wait_until("the new DJ", lambda: "monitoring started" in self.log())
+        self.assertIsNone(self.program.poll())
+
     def test_a_missing_daemon(self):
         hidden = self.with_mounts('mount --bind /dev/null "$(command -v "$0")" && exec "$@"', DAEMON)
         self.start(hidden, QT_QPA_PLATFORM="offscreen", SPEECHD_ADDRESS="unix_socket:" + self.desktop.folder + "/none")

@@ -166,6 +166,7 @@ int main(int /*argc*/, char** argv)
     LinuxPorts ports(application, log, bus);
     auto platform = ports.platform();
     const int status = SonvaraApp::main(platform);
+    instance.release();  // first of all: the end takes a while, and who starts meanwhile is to be the DJ
     // A worker that is still busy uses the ports, so they must stay until the process has gone.
     if (!ports.end()) ::_exit(status);
     return status;

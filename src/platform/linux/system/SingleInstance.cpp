@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char* busName = SONVARA_IDENTIFIER;
 constexpr const char* interfaceName = "org.freedesktop.Application";
-constexpr int answerLimit = 2000;  // milliseconds
-constexpr int claimAttempts = 3;   // for a first program that ends while it is asked
+constexpr int answerLimit = 500;  // milliseconds
+constexpr int claimAttempts = 4;  // a first program that ends does so within a second
 
 // By the rule of the interface: the name with slashes.
 QString objectPath()
@@ -28,11 +28,11 @@ SingleInstance::SingleInstance(QDBusConnection bus, std::function<void()> activa
       activated_(std::move(activated))
 {}
 
-SingleInstance::~SingleInstance()
+void SingleInstance::release()
 {
     if (!bus_.isConnected()) return;
+    bus_.unregisterObject(objectPath());  // who has asked already gets an error, and asks again
     bus_.unregisterService(busName);
-    bus_.unregisterObject(objectPath());
 }
 
 bool SingleInstance::claim()
@@ -40,20 +40,20 @@ bool SingleInstance::claim()
     if (!bus_.isConnected()) return true;
     bus_.registerVirtualObject(objectPath(), this);  // before the name, which others wait for
     for (int attempt = 0; attempt < claimAttempts; ++attempt) {
-        if (bus_.registerService(busName)) break;
-        if (askFirst()) return false;
+        if (bus_.registerService(busName)) return true;
+        if (firstAnswers()) return false;
     }
-    return true;
+    return false;  // one that does not answer is still the first
 }
 
-// Whether there is a first program. One that does not answer is still the first.
-bool SingleInstance::askFirst()
+// One that ends does not, or with an error: then it is to be seen whether it still has the name.
+bool SingleInstance::firstAnswers()
 {
     auto call = QDBusMessage::createMethodCall(busName, objectPath(), interfaceName, "Activate");
     call.setArguments({QVariantMap()});
     call.setAutoStartService(false);
     const auto answer = bus_.call(call, QDBus::Block, answerLimit);
-    return QDBusError(answer).type() != QDBusError::ServiceUnknown;
+    return answer.type() == QDBusMessage::ReplyMessage;
 }
 
 QString SingleInstance::introspect(const QString& /*path*/) const

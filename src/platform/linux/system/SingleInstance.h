@@ -17,18 +17,20 @@ public:
     SingleInstance(QDBusConnection bus, std::function<void()> activated);
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
-    /// Gives the name up.
-    ~SingleInstance() override;
+    ~SingleInstance() override { release(); }
 
-    /// Whether this is the first program. If not, the first one has been told to come to the front;
-    /// waits for its answer for at most two seconds.
+    /// Whether this is the first program. If not, the first one has been told to come to the front, or does
+    /// not answer: it is asked for at most two seconds in all.
     [[nodiscard]] bool claim();
+
+    /// Gives the name up, to be called when the program begins to end: who starts now is the first.
+    void release();
 
     [[nodiscard]] QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
-    [[nodiscard]] bool askFirst();
+    [[nodiscard]] bool firstAnswers();
 
     QDBusConnection bus_;
     const std::function<void()> activated_;
