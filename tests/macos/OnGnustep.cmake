@@ -55,4 +55,4 @@ endfunction()
 
 add_macos_test(macos_test private-session ${macos_tests}/macos/macos_test)
 add_macos_test(macos_stand_in_test private-session ${macos_tests}/stand_in_test)
-add_macos_test(macos_app_test each-in-its-own-process ${macos_tests}/app_test Settings)
+add_macos_test(macos_app_test each-in-its-own-process ${macos_tests}/app_test SettingsTest)
