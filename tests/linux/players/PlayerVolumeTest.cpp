@@ -303,6 +303,7 @@ TEST_F(PlayerVolumeTest, OfAPlayerThatIsStoppedWhileLoweredComesBackWhenItPlays)
     player->change({{"PlaybackStatus", "Stopped"}, {"Volume", 0.0}});
     fallSilent();
     (void)run(setMusicVolume + "90");
+    ASSERT_TRUE(eventually([&] { return notes.load().has_value(); }));
     EXPECT_FALSE(eventuallyWithin(500ms, [&] { return !notes.load(); })) << "nothing is settled yet";
     player->onQuestion = nullptr;
     player->change({{"PlaybackStatus", "Playing"}, {"Metadata", metadataOf("One")}, {"Volume", 0.31}});
