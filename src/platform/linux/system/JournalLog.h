@@ -1,4 +1,4 @@
-// The system log in the journal of systemd, and on standard error for who starts the program in a terminal.
+// The system log in the journal of systemd, and on standard error when the program was started in a terminal.
 #pragma once
 
 #include "ports/SystemLog.h"
