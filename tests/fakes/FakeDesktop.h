@@ -32,9 +32,25 @@ struct FakeDesktop {
     FakeLoginItem loginItem;
     FakeApplication application;
     std::unique_ptr<DJLog> log = DJLog::makeShared(time, time);
-    Platform platform{application, time,    time,          time,       environment, files,
-                      launcher,    players, notifications, voice,      defaults,    systemLog,
-                      statusBar,   images,  windows,       pasteboard, loginItem};
+    Platform platform{
+        .application = application,
+        .mainQueue = time,
+        .globalQueue = time,
+        .clock = time,
+        .environment = environment,
+        .fileManager = files,
+        .processLauncher = launcher,
+        .scriptRunner = players,
+        .notificationCenter = notifications,
+        .speechSynthesizer = voice,
+        .userDefaults = defaults,
+        .systemLog = systemLog,
+        .statusBar = statusBar,
+        .imageRenderer = images,
+        .windows = windows,
+        .pasteboard = pasteboard,
+        .loginItem = loginItem,
+    };
 
     FakeDesktop();
     FakeDesktop(const FakeDesktop&) = delete;

@@ -72,23 +72,25 @@ struct LinuxPorts {
 
     Platform platform()
     {
-        return {application,
-                mainQueue,
-                workers,
-                clock,
-                environment,
-                fileManager,
-                processLauncher,
-                volume.scriptRunner(),
-                players.notificationCenter(),
-                volume.voice(),
-                userDefaults,
-                log,
-                statusBar,
-                imageRenderer,
-                windows,
-                pasteboard,
-                loginItem};
+        return {
+            .application = application,
+            .mainQueue = mainQueue,
+            .globalQueue = workers,
+            .clock = clock,
+            .environment = environment,
+            .fileManager = fileManager,
+            .processLauncher = processLauncher,
+            .scriptRunner = volume.scriptRunner(),
+            .notificationCenter = players.notificationCenter(),
+            .speechSynthesizer = volume.voice(),
+            .userDefaults = userDefaults,
+            .systemLog = log,
+            .statusBar = statusBar,
+            .imageRenderer = imageRenderer,
+            .windows = windows,
+            .pasteboard = pasteboard,
+            .loginItem = loginItem,
+        };
     }
 
     /// Ends what is under way. Returns whether nothing uses the ports any more.
@@ -136,8 +138,16 @@ struct LinuxPorts {
     MprisPlayers players;
     std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
     PosixNoteStore loweredPlayers{stateFolder(environment) + "/lowered-players"};
-    VolumeGuard volume{{players.volumes(), players.scriptRunner(), *speech, mainQueue, workers, clock,
-                        loweredPlayers, readLimit}};
+    VolumeGuard volume{{
+        .players = players.volumes(),
+        .otherScripts = players.scriptRunner(),
+        .voice = *speech,
+        .mainQueue = mainQueue,
+        .workers = workers,
+        .clock = clock,
+        .notes = loweredPlayers,
+        .readLimit = readLimit,
+    }};
     PosixNoteStore settingsShown{stateFolder(environment) + "/settings-shown"};
     QtStatusBar statusBar;
     QtImageRenderer imageRenderer;

@@ -41,9 +41,16 @@ int main()
     PosixNoteStore loweredPlayers(supportFile("lowered-players"));
     DistributedNotificationCenter notificationCenter;
     AppleSpeechSynthesizer speech;
-    // A read may wait for the user's consent, for as long as that takes.
-    VolumeGuard volume(
-        {players, scripts, speech, mainQueue, globalQueue, clock, loweredPlayers, std::nullopt});
+    VolumeGuard volume({
+        .players = players,
+        .otherScripts = scripts,
+        .voice = speech,
+        .mainQueue = mainQueue,
+        .workers = globalQueue,
+        .clock = clock,
+        .notes = loweredPlayers,
+        .readLimit = std::nullopt,  // a read may wait for the user's consent, for as long as that takes
+    });
     players.reportTo(volume.players());
     CocoaUserDefaults userDefaults;
     UnifiedLog systemLog(SONVARA_IDENTIFIER);
@@ -53,11 +60,25 @@ int main()
     CocoaPasteboard pasteboard;
     ServiceLoginItem loginItem;
 
-    Platform platform{application,        mainQueue,      globalQueue,     clock,
-                      environment,        fileManager,    processLauncher, volume.scriptRunner(),
-                      notificationCenter, volume.voice(), userDefaults,    systemLog,
-                      statusBar,          imageRenderer,  windows,         pasteboard,
-                      loginItem};
+    Platform platform{
+        .application = application,
+        .mainQueue = mainQueue,
+        .globalQueue = globalQueue,
+        .clock = clock,
+        .environment = environment,
+        .fileManager = fileManager,
+        .processLauncher = processLauncher,
+        .scriptRunner = volume.scriptRunner(),
+        .notificationCenter = notificationCenter,
+        .speechSynthesizer = volume.voice(),
+        .userDefaults = userDefaults,
+        .systemLog = systemLog,
+        .statusBar = statusBar,
+        .imageRenderer = imageRenderer,
+        .windows = windows,
+        .pasteboard = pasteboard,
+        .loginItem = loginItem,
+    };
     application.onWillTerminate([&] {
         processLauncher.terminateAll();
         volume.end();
