@@ -24,7 +24,7 @@ QColor middle(const NotifierImage& image)
 {
     const auto* pixel = image.pixels.constData() + (image.height / 2 * image.width + image.width / 2) * 4;
     const auto channel = [pixel](int at) { return static_cast<unsigned char>(pixel[at]); };
-    return QColor(channel(1), channel(2), channel(3), channel(0));
+    return {channel(1), channel(2), channel(3), channel(0)};
 }
 
 Drawing disc(ColorRole role, bool isTemplate)
