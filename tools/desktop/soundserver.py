@@ -59,6 +59,17 @@ def start(desktop):
     return name
 
 
+def remember_volumes(desktop):
+    """From now on a stream begins at the volume at which the program's last one ended, as on a user's desktop."""
+    if desktop.sound == "pulseaudio":
+        desktop.run("pactl", "load-module", "module-stream-restore", "restore_device=false")
+        return
+    if not _is_old_policy():
+        raise Missing("a WirePlumber 0.4, which can be made to remember volumes by a script beside the policy,")
+    desktop.start("sound-memory", ["wireplumber", "-c", "memory.conf"],
+                  {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", "WIREPLUMBER_CONFIG_DIR": _SETTINGS})
+
+
 def _start_pulseaudio(desktop):
     desktop.write_setting("pulse/daemon.conf", "flat-volumes = no\n")
     script = desktop.write_setting("pulse/sinks.pa", _PULSEAUDIO)
@@ -82,10 +93,14 @@ def _start_pipewire(desktop):
 
 def _policy():
     """The command that joins streams to sinks and does nothing else, and the folder of its settings."""
-    version = subprocess.run(["wireplumber", "--version"], check=True, stdout=subprocess.PIPE).stdout.decode()
-    if " 0.4." in version:
+    if _is_old_policy():
         return ["wireplumber", "-c", "policy.conf"], _SETTINGS
     return ["wireplumber", "--profile", "policy"], f"{_SETTINGS}:{_STOCK_POLICY}"
+
+
+def _is_old_policy():
+    version = subprocess.run(["wireplumber", "--version"], check=True, stdout=subprocess.PIPE).stdout.decode()
+    return " 0.4." in version
 
 
 def _succeeds(desktop, *command):
