@@ -1,10 +1,17 @@
-"""What the whole-program tests share: Sonvara on a private desktop, with a real player and a recorder.
+"""What the whole-program tests share: Sonvara on a private desktop, with a player.
+
+`Scenario` has a real player and a recorder, and a desktop of its own. `Trial` is for what fails: a scripted player can be
+killed, hung and made to say anything, and tells to what its volume was set; the tests of a class share a desktop.
 
 ctest names the program in SONVARA_PROGRAM; a test run by hand takes the one of ./test.
 """
 
 import os
+import shutil
+import subprocess
 import sys
+import threading
+import unittest
 
 sys.dont_write_bytecode = True
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -14,14 +21,66 @@ from desktop.accessibility import Accessibility
 from desktop.players import Player
 from desktop.processes import end_orderly, wait_until
 from desktop.screen import Screen
+from desktop.scripted_player import ScriptedPlayer
 from desktop.session import PrivateDesktop
 from desktop.sound import SPEECH, Recorder
-from desktop.standin import StandIn
+from desktop.standin import ALONE, StandIn
 from desktop.tracks import make_tracks
 from desktop.tray import TrayItem
 
 PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(ROOT, "build", "test", "sonvara"))
+VOLUME, LOWERED = 100, 35
+LONG = "A Title That Takes the Voice Quite a While to Read Aloud, and Then Goes On for a While Longer"
 end_orderly()
+
+
+class Sonvara:
+    """The program, which runs on a desktop from now on and tells everything that it does in its log."""
+
+    def __init__(self, desktop, command=(PROGRAM,), **env):
+        """`command` starts the program, `env` is added to the desktop's."""
+        self._desktop = desktop
+        # On a terminal, else a machine's journal would have the log. What is heard is the end of the terminal.
+        terminal, end = os.openpty()
+        self.process = desktop.start("sonvara", list(command), {
+            "QT_LOGGING_RULES": "sonvara.Speech.debug=true;sonvara.MusicMonitor.debug=true", "PULSE_SINK": "speech",
+            **env}, stdout=end, stderr=end)
+        os.close(end)
+        self.pid = self.process.pid
+        self._log = bytearray()
+        threading.Thread(target=self._read_all, args=(terminal,), daemon=True).start()
+
+    def _read_all(self, terminal):
+        try:
+            while data := os.read(terminal, 65536):
+                self._log += data
+        except OSError:
+            pass  # all who could write have ended
+        os.close(terminal)
+
+    def log(self):
+        return self._log.decode(errors="replace")
+
+    def tray(self):
+        return TrayItem(self._desktop, self.pid)
+
+    def announced(self, title):
+        """How many lines about the title were handed to the voice."""
+        return sum("Announcing: " in line and title in line for line in self.log().splitlines())
+
+    def wait_for_line(self, title, limit=10.0):
+        wait_until("the line about " + title[:50], lambda: self.announced(title), limit)
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+    def end(self, limit=2.0):
+        """Asks the program to end, once it has begun, and returns its status; it must do so in time."""
+        wait_until("the program's beginning", lambda: "monitoring started" in self.log())
+        self.process.terminate()
+        return self.process.wait(limit)
 
 
 class Scenario:
@@ -38,9 +97,8 @@ class Scenario:
         try:
             if self._settings:
                 self.desktop.write_setting("sonvara/sonvara.conf", self._settings)
-            self.program = self.desktop.start("sonvara", self._command(), {
-                "PULSE_SINK": "speech", "QT_LOGGING_RULES": "sonvara.*.debug=true"})
-            self.tray = TrayItem(self.desktop, self.program.pid)
+            self.program = Sonvara(self.desktop, self._command())
+            self.tray = self.program.tray()
             self.recorder = Recorder(self.desktop)
         except BaseException:
             self.desktop.__exit__(*sys.exc_info())
@@ -49,7 +107,7 @@ class Scenario:
 
     def __exit__(self, *error):
         if error[0]:
-            print(self.desktop.log("sonvara"), file=sys.stderr)
+            print(self.program.log(), file=sys.stderr)
         self.desktop.__exit__(*error)
 
     def _command(self):
@@ -77,3 +135,64 @@ class Scenario:
         self.desktop.run("spd-say", "--wait", line)
         self.recorder.next_silence(SPEECH, limit=10)
         return self.recorder.sounds(SPEECH)[-1]
+
+
+class Trial(unittest.TestCase):
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = cls.enterClassContext(PrivateDesktop())
+
+    def run(self, result=None):
+        """The program's log stands before the failure."""
+        def failures():
+            return len(result.failures) + len(result.errors)
+        before = failures()
+        super().run(result)
+        if failures() > before and self.program:
+            print(self.program.log(), file=sys.stderr)
+
+    def setUp(self):
+        self.notes = os.path.join(self.desktop.env["XDG_STATE_HOME"], "sonvara", "lowered-players")
+        for variable in ("XDG_STATE_HOME", "XDG_CONFIG_HOME"):
+            shutil.rmtree(os.path.join(self.desktop.env[variable], "sonvara"), ignore_errors=True)
+        self.program = None
+        self.player = self.start_player()
+
+    def tearDown(self):
+        self.kill()
+        self.player.kill()
+
+    def start_player(self, volume=VOLUME):
+        return ScriptedPlayer(self.desktop, volume)
+
+    def start(self, command=(PROGRAM,), **env):
+        self.kill()
+        self.program = Sonvara(self.desktop, command, **env)
+
+    def start_quickly(self):
+        """The same, without a screen and so without a menu."""
+        self.start(QT_QPA_PLATFORM="offscreen")
+
+    def with_mounts(self, script, *arguments, **env):
+        """A command that mounts what the shell script says, out of all others' sight, and starts the program.
+
+        The script is to end with exec "$@"; its $0 is the first one of `arguments`.
+        """
+        for alone in ALONE:
+            command = (*alone, "sh", "-c", script, *arguments)
+            if subprocess.run([*command, "true"], env={**self.desktop.env, **env}, stderr=subprocess.DEVNULL,
+                              check=False).returncode == 0:
+                return (*command, PROGRAM)
+        self.skipTest("this machine permits no private mount (unshare)")
+
+    def speak_with_lowered_player(self, title=LONG):
+        self.player.play(title)
+        self.player.wait_for_volume(LOWERED)
+
+    def kill(self):
+        if self.program:
+            self.program.kill()
+
+    def end(self):
+        self.assertEqual(self.program.end(), 0)

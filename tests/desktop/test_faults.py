@@ -8,7 +8,7 @@ import signal
 import time
 import unittest
 
-from trial import LONG, LOWERED, VOLUME, Trial
+from scenario import LONG, LOWERED, VOLUME, Trial
 from desktop.processes import descendants, private_memory, wait_until
 from desktop.screen import Screen
 
@@ -62,7 +62,7 @@ class Voice(Trial):
         self.player.wait_for_volume(LOWERED)
         wait_until("the next daemon", lambda: processes(DAEMON))
         self.player.wait_for_volume(VOLUME, limit=20)
-        self.assertNotIn("cannot be used", self.log().partition("After the Daemon")[2])
+        self.assertNotIn("cannot be used", self.program.log().partition("After the Daemon")[2])
 
     def test_a_daemon_that_hangs_while_it_speaks(self):
         self.start_quickly()
@@ -83,20 +83,20 @@ class Voice(Trial):
         send(signal.SIGSTOP, DAEMON)  # it holds up the end for half a second
         self.addCleanup(send, signal.SIGCONT, DAEMON)
         first, self.program = self.program, None
-        first.terminate()
+        first.process.terminate()
         self.start_quickly()
-        self.assertEqual(first.wait(2), 0)
-        wait_until("the new DJ", lambda: "monitoring started" in self.log())
-        self.assertIsNone(self.program.poll())
+        self.assertEqual(first.process.wait(2), 0)
+        wait_until("the new DJ", lambda: "monitoring started" in self.program.log())
+        self.assertIsNone(self.program.process.poll())
 
     def test_a_missing_daemon(self):
         hidden = self.with_mounts('mount --bind /dev/null "$(command -v "$0")" && exec "$@"', DAEMON)
         self.start(hidden, QT_QPA_PLATFORM="offscreen", SPEECHD_ADDRESS="unix_socket:" + self.desktop.folder + "/none")
         for title in ("First", "Second"):
             self.player.play(title)
-            wait_until("the line", lambda: self.announced(title) == 1)
-        wait_until("the message", lambda: "cannot be used" in self.log())
-        self.assertEqual(self.log().count("cannot be used"), 1)
+            wait_until("the line", lambda: self.program.announced(title) == 1)
+        wait_until("the message", lambda: "cannot be used" in self.program.log())
+        self.assertEqual(self.program.log().count("cannot be used"), 1)
         self.end()
         # A line that nothing can speak is over at once, so the player need not be lowered for it; nor must it stay so.
         self.assertIn(self.player.take_volumes()[-1:], ([], [VOLUME]))
@@ -109,7 +109,7 @@ class Voice(Trial):
         self.player.play("A", "B", "C")
         self.player.wait_for_volume(LOWERED)
         self.player.wait_for_volume(VOLUME, limit=20)
-        wait_until("the message", lambda: "is a sound server running?" in self.log())
+        wait_until("the message", lambda: "is a sound server running?" in self.program.log())
         self.end()
 
     def _wait_for_voice(self):
@@ -136,14 +136,14 @@ class Players(Trial):
     def test_a_flood_of_five_thousand_signals(self):
         self.start_quickly()
         self.player.play("Before")
-        self.wait_for_line("Before")
+        self.program.wait_for_line("Before")
         before = private_memory(self.program.pid)
         begin = time.monotonic()
         self.player.flood(5000)
         print(f"flooded for {time.monotonic() - begin:.1f} s", flush=True)
-        self.wait_for_line("Flood's End")
+        self.program.wait_for_line("Flood's End")
         seconds = time.monotonic() - begin
-        self.assertLess(sum("Announcing: " in line for line in self.log().splitlines()), 20 * (1 + seconds))
+        self.assertLess(sum("Announcing: " in line for line in self.program.log().splitlines()), 20 * (1 + seconds))
         self.player.wait_for_volume(VOLUME, limit=15)
         grown = private_memory(self.program.pid) - before
         print(f"{grown} KiB more", flush=True)
@@ -152,20 +152,20 @@ class Players(Trial):
     def test_a_suspended_program_goes_on_and_repeats_nothing(self):
         self.start_quickly()
         self.speak_with_lowered_player()
-        self.program.send_signal(signal.SIGSTOP)
+        self.program.process.send_signal(signal.SIGSTOP)
         time.sleep(float(os.environ.get("SUSPENSION", 4)))  # what the test is about
-        self.program.send_signal(signal.SIGCONT)
+        self.program.process.send_signal(signal.SIGCONT)
         self.player.wait_for_volume(VOLUME, limit=15)
         self.player.play("After the Rest")
-        self.wait_for_line("After the Rest")
-        self.assertEqual(self.announced(LONG), 1)
+        self.program.wait_for_line("After the Rest")
+        self.assertEqual(self.program.announced(LONG), 1)
 
 
 class System(Trial):
 
     def test_no_descriptors_left(self):
         self.start()
-        tray = self.tray()
+        tray = self.program.tray()
         self.speak_with_lowered_player("Before")
         soft, hard = resource.prlimit(self.program.pid, resource.RLIMIT_NOFILE)
         # Not lower: the system takes a limit below what a program waits for as an error of the waiting.
@@ -174,7 +174,7 @@ class System(Trial):
         resource.prlimit(self.program.pid, resource.RLIMIT_NOFILE, (free, hard))
         for title in ("First", "Second"):
             self.player.play(title)
-            self.wait_for_line(title)
+            self.program.wait_for_line(title)
         tray.choose("Settings")
         Screen(self.desktop).window("Sonvara Settings")  # it may lack its texts, but nothing may wait for it
         tray.choose("Mute DJ")
@@ -182,9 +182,9 @@ class System(Trial):
         wait_until("the muted track", lambda: tray.now_playing().startswith("Muted"))
         tray.choose("Mute DJ")
         resource.prlimit(self.program.pid, resource.RLIMIT_NOFILE, (soft, hard))
-        self.assertEqual(self.announced("Muted"), 0)
+        self.assertEqual(self.program.announced("Muted"), 0)
         self.player.play("After")
-        self.wait_for_line("After")
+        self.program.wait_for_line("After")
         self.player.wait_for_volume(VOLUME, limit=20)
         self.end()
 
@@ -206,22 +206,22 @@ class System(Trial):
             self.player.play(title)
             self.player.wait_for_volume(LOWERED)
             self.player.wait_for_volume(VOLUME, limit=20)
-            self.assertEqual(self.announced(title), 1)
+            self.assertEqual(self.program.announced(title), 1)
         with open(f"/proc/{self.program.pid}/maps", encoding="utf-8") as maps:
             self.assertIn(library, maps.read(), "its clock was not the system's")
         self.end()
 
     def test_a_panel_that_is_restarted(self):
         self.start()
-        tray = self.tray()
+        tray = self.program.tray()
         end_processes(TRAY_HOST)
         self.player.play("While There Is No Panel")
-        self.wait_for_line("While There Is No Panel")
+        self.program.wait_for_line("While There Is No Panel")
         self.desktop.start("panel", [TRAY_HOST, "--disable-wm-check"])
-        tray = self.tray()
+        tray = self.program.tray()
         self.assertTrue(tray.now_playing().startswith("While There Is No Panel"))
         tray.choose("Quit")
-        self.assertEqual(self.program.wait(2), 0)
+        self.assertEqual(self.program.process.wait(2), 0)
 
 
 class Bus(Trial):
@@ -231,7 +231,7 @@ class Bus(Trial):
         self.start_quickly()
         self.speak_with_lowered_player()
         end_processes("dbus-daemon")
-        wait_until("the message", lambda: "session bus has gone" in self.log())
+        wait_until("the message", lambda: "session bus has gone" in self.program.log())
         used = processor_seconds(self.program.pid)
         time.sleep(4)  # longer than the interval of the polls
         self.assertLess(processor_seconds(self.program.pid) - used, 0.5)

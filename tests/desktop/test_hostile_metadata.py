@@ -4,7 +4,7 @@
 import time
 import unittest
 
-from trial import LOWERED, VOLUME, Trial
+from scenario import LOWERED, VOLUME, Trial
 
 MEGABYTE = 1_000_000
 TEXTS = {
@@ -30,7 +30,7 @@ class HostileMetadata(Trial):
 
     def test_is_only_text(self):
         self.start()
-        tray = self.tray()
+        tray = self.program.tray()
         for number, (name, text) in enumerate(TEXTS.items()):
             with self.subTest(name):
                 for where in range(3):
@@ -41,7 +41,7 @@ class HostileMetadata(Trial):
                 texts = [item.text for item in tray.menu()]
                 self.assertEqual([each for each in texts if each in FIXED], list(FIXED))
         tray.choose("Quit")
-        self.assertEqual(self.program.wait(3), 0)
+        self.assertEqual(self.program.process.wait(3), 0)
         self.assertEqual(self.player.volume(), VOLUME)
         self.assertLessEqual(set(self.player.take_volumes()), {LOWERED, VOLUME})
 
@@ -49,7 +49,7 @@ class HostileMetadata(Trial):
         title = f"An Honest Song after {name}"
         begin = time.monotonic()
         self.player.play(title)
-        self.wait_for_line(title)
+        self.program.wait_for_line(title)
         print(f"{time.monotonic() - begin:.2f} s after {name}", flush=True)
 
 

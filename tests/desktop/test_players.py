@@ -5,7 +5,7 @@ import os
 import sys
 import unittest
 
-from scenario import Scenario
+from scenario import LOWERED, VOLUME, Scenario
 from desktop.sound import MUSIC, SPEECH, STEP
 from desktop.tracks import Track
 
@@ -14,7 +14,6 @@ TRACKS = (
     Track("Snake_Case & Don't Stop", "Queen", "Hits", 660, 12, "ogg"),
     Track("Radio Ga Ga", "Queen", "Hits", 880, 6),  # straight on through the album: not announced
 )
-VOLUME, DUCKED = 100, 35
 
 
 class Playlist(unittest.TestCase):
@@ -39,7 +38,7 @@ class Playlist(unittest.TestCase):
 
     def _expect_duck(self, line, undisturbed):
         level = self.recorder.level_between
-        expected = undisturbed + self.player.decibels(DUCKED) - self.player.decibels(VOLUME)
+        expected = undisturbed + self.player.decibels(LOWERED) - self.player.decibels(VOLUME)
         self.assertAlmostEqual(level(MUSIC, line.start, line.end), expected, delta=1.0, msg=self._course(line))
         # From shortly after the first word to the last one, nothing was louder.
         loudest = max(self.recorder.levels(MUSIC)[round((line.start + 0.5) / STEP):round(line.end / STEP)])

@@ -4,7 +4,7 @@
 import os
 import unittest
 
-from trial import LOWERED, VOLUME, Trial
+from scenario import LOWERED, VOLUME, Trial
 from desktop.processes import wait_until
 
 GARBAGE = b"\xff\xfe\0[General\naiIntros=\x00\x01true\n]]]=\n" + bytes(range(256)) * 20
@@ -41,8 +41,8 @@ class SettingsFaults(Trial):
             tray.choose("Mute DJ")
             wait_until("the mark's end", lambda: not self._is_muted(tray))
             self.player.play(f"Heard {number}")
-            self.wait_for_line(f"Heard {number}")
-            self.assertEqual(self.announced("Muted"), 0)
+            self.program.wait_for_line(f"Heard {number}")
+            self.assertEqual(self.program.announced("Muted"), 0)
 
     def _is_muted(self, tray):
         return next(item for item in tray.menu() if item.text == "Mute DJ").is_checked
@@ -50,9 +50,9 @@ class SettingsFaults(Trial):
     def test_a_damaged_file(self):
         self._write(GARBAGE)
         self.start()
-        tray = self.tray()
+        tray = self.program.tray()
         self.player.play("First")
-        self.wait_for_line("First")
+        self.program.wait_for_line("First")
         self._expect_mute_works(tray)
         self.end()
         self.assertIn("announcementsEnabled=true", self._read())
@@ -65,7 +65,7 @@ class SettingsFaults(Trial):
 
     def _expect_to_go_on(self, script, folder):
         self.start(self.with_mounts(script, folder, SETTINGS=SETTINGS), SETTINGS=SETTINGS)
-        tray = self.tray()
+        tray = self.program.tray()
         self._expect_mute_works(tray)
         self.player.wait_for_volume(LOWERED)
         self.player.pause()
@@ -76,14 +76,14 @@ class SettingsFaults(Trial):
 
     def test_a_change_by_another_process_is_seen_and_kept(self):
         self.start()
-        tray = self.tray()
+        tray = self.program.tray()
         self._write(b"[General]\nduckMusic=false\nsomebodyElses=1\n")
         for number in range(50):
             tray.choose("Mute DJ")
         self.player.play("Loud")
-        self.wait_for_line("Loud")
+        self.program.wait_for_line("Loud")
         self.player.play("Still Loud")
-        self.wait_for_line("Still Loud")
+        self.program.wait_for_line("Still Loud")
         self.end()
         self.assertEqual(self.player.take_volumes(), [])
         self.assertIn("duckMusic=false", self._read())

@@ -81,7 +81,7 @@ class Tools(unittest.TestCase):
             tools = tools_of(scenario)
             self.assertTrue(all(runs(pid) for pid in tools))
             scenario.tray.choose("Quit")
-            self.assertEqual(scenario.program.wait(1), 0)
+            self.assertEqual(scenario.program.process.wait(1), 0)
             wait_until("the end of the tool", lambda: not any(runs(pid) for pid in tools), 1)
 
     def test_a_tool_that_hangs_is_stopped_after_twenty_five_seconds(self):

@@ -20,10 +20,7 @@ TITLES = [CHAT, "A & B", "snake_case", "<b>bold</b>", "R&amp;B", "_ && __", "×©×
 class Tray(unittest.TestCase):
 
     def enter(self, tray):
-        desktop = PrivateDesktop(tray=tray)
-        desktop.__enter__()
-        self.addCleanup(desktop.__exit__, None, None, None)
-        return desktop
+        return self.enterContext(PrivateDesktop(tray=tray))
 
     def start(self, desktop):
         return desktop.start("sample", [SAMPLE, *TITLES])

@@ -7,7 +7,7 @@ import signal
 import time
 import unittest
 
-from trial import LOWERED, VOLUME, Trial
+from scenario import LOWERED, VOLUME, Trial
 from desktop.processes import wait_until
 
 KILLS = 100
@@ -23,18 +23,18 @@ class Volume(Trial):
             with self.subTest(number):
                 self.start_quickly()
                 self.speak_with_lowered_player()
-                self.program.send_signal(number)
-                self.assertEqual(self.program.wait(2), 0)
+                self.program.process.send_signal(number)
+                self.assertEqual(self.program.process.wait(2), 0)
                 self.assertEqual(self.player.volume(), VOLUME)
         self.start_quickly()
         self.wait_for_end_of_note()  # it stood until the player had played on for a while
 
     def test_comes_back_when_the_user_quits_by_the_menu(self):
         self.start()
-        tray = self.tray()
+        tray = self.program.tray()
         self.speak_with_lowered_player()
         tray.choose("Quit")
-        self.assertEqual(self.program.wait(1), 0)
+        self.assertEqual(self.program.process.wait(1), 0)
         self.assertEqual(self.player.volume(), VOLUME)
 
     def test_comes_back_at_the_next_start_after_a_kill(self):
@@ -52,7 +52,7 @@ class Volume(Trial):
         self.kill()
         self.player.kill()
         self.start_quickly()
-        wait_until("the program's first look", lambda: "monitoring started" in self.log())
+        wait_until("the program's first look", lambda: "monitoring started" in self.program.log())
         self.player = self.start_player(LOWERED)  # it has remembered its last volume, as players do
         self.player.wait_for_volume(VOLUME, limit=6)
         self.player.play("Song")
@@ -62,7 +62,7 @@ class Volume(Trial):
         self.start_quickly()
         self.speak_with_lowered_player()
         self.player.kill()
-        wait_until("the end of the line", lambda: "Announcing" in self.log())
+        wait_until("the end of the line", lambda: "Announcing" in self.program.log())
         self.player = self.start_player(LOWERED)
         self.player.wait_for_volume(VOLUME, limit=15)
 

@@ -22,10 +22,7 @@ class Windows(unittest.TestCase):
         self.desktop = self.enter("xfce4-panel")
 
     def enter(self, tray):
-        desktop = PrivateDesktop(tray=tray)
-        desktop.__enter__()
-        self.addCleanup(desktop.__exit__, None, None, None)
-        return desktop
+        return self.enterContext(PrivateDesktop(tray=tray))
 
     def start(self):
         program = self.desktop.start("sonvara", [PROGRAM])
