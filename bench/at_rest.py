@@ -19,7 +19,7 @@ REST_TITLE = "Processor and wake-ups while two players play and nothing changes"
 
 
 def measure_memory(desktop, _scale):
-    speech = SpeechServer(desktop.folder)
+    speech = SpeechServer(desktop)
     found = {}
     for command in (SONVARA, BARE_TRAY):  # never both: pages that they share would count half
         with Running(desktop, command, speech) as program:
@@ -39,7 +39,7 @@ def memory_with_players(desktop, program, speech, count):
 
 
 def measure_rest(desktop, scale):
-    speech = SpeechServer(desktop.folder)
+    speech = SpeechServer(desktop)
     seconds = round(300 * scale)
     with Running(desktop, SONVARA, speech) as sonvara, Running(desktop, PLAYERCTL) as playerctl:
         TrayItem(desktop, sonvara.pid)

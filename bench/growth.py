@@ -21,7 +21,7 @@ RATES_TITLE = "More changes of tracks a second, by one player"
 
 
 def measure_players(desktop, scale):
-    speech = SpeechServer(desktop.folder)
+    speech = SpeechServer(desktop)
     found = {}
     for count in PLAYERS:
         with Running(desktop, SONVARA, speech) as program:
@@ -50,7 +50,7 @@ def _is_linear(values):
 
 
 def measure_rates(desktop, scale):
-    speech = SpeechServer(desktop.folder)
+    speech = SpeechServer(desktop)
     found = {}
     for rate in RATES:
         with Running(desktop, SONVARA, speech) as program:

@@ -17,7 +17,7 @@ TITLE = "From a player's signal to the line in speech-dispatcher's hands"
 
 def measure(desktop, scale):
     """`scale`: 1 for the full measure, less for a trial."""
-    speech = SpeechServer(desktop.folder)
+    speech = SpeechServer(desktop)
     player = ScriptedPlayer(desktop)
     found = {SONVARA: [], PIPELINE: [], FLOOR: []}
     rounds = ROUNDS if scale == 1 else 2

@@ -29,6 +29,7 @@ std::string answerTo(const std::string& command)
     if (command.starts_with("SET SELF PRIORITY")) return "202 OK PRIORITY SET";
     if (command.starts_with("SET SELF LANGUAGE")) return "201 OK LANGUAGE SET";
     if (command.starts_with("SET SELF RATE")) return "203 OK RATE SET";
+    if (command == "QUIT") return "231 HAPPY HACKING";
     return "500 ERR INVALID COMMAND";
 }
 
@@ -66,6 +67,12 @@ void StubSpeechServer::refuseLines(bool refuse)
 {
     const std::lock_guard lock(mutex_);
     refuses_ = refuse;
+}
+
+void StubSpeechServer::onLine(std::function<void(const std::string&)> call)
+{
+    const std::lock_guard lock(mutex_);
+    onLine_ = std::move(call);
 }
 
 void StubSpeechServer::listen(int backlog)
@@ -190,6 +197,7 @@ void StubSpeechServer::takeText(Client& client, const std::string& line)
         return;
     }
     client.receivingText = false;
+    if (onLine_) onLine_(text_);
     lines_.push_back(std::exchange(text_, {}));
     const int number = ++spoken_;
     speaking_ = true;

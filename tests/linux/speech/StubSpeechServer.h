@@ -38,6 +38,8 @@ public:
     /// The connection is cut at the next command that begins with `prefix`.
     void hangUpAt(const std::string& prefix);
     void refuseLines(bool refuse);
+    /// Is called with each line as soon as it has come, on another thread.
+    void onLine(std::function<void(const std::string&)> call);
 
     /// Cuts all connections and no longer listens.
     void die();
@@ -88,6 +90,7 @@ private:
     std::string hangAt_;
     std::string hangUpAt_;
     bool refuses_ = false;
+    std::function<void(const std::string&)> onLine_;
     std::string text_;
     std::vector<std::string> lines_;
     std::vector<std::string> commands_;
