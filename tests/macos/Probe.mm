@@ -1,5 +1,7 @@
 #include "Probe.h"
 
+#include "platform/macos/windows/CocoaWindows.h"
+
 #import "platform/macos/system/Strings.h"
 
 #import <AppKit/AppKit.h>
@@ -78,6 +80,11 @@ void startApplication()
     [NSApp finishLaunching];
 }
 
+std::unique_ptr<Windows> makeWindows()
+{
+    return std::make_unique<CocoaWindows>();
+}
+
 bool runUntil(const std::function<bool()>& condition)
 {
     NSDate* limit = [NSDate dateWithTimeIntervalSinceNow:patience];
@@ -106,6 +113,11 @@ int countWindows(const std::string& title)
         if ([window isVisible] && toString([window title]) == title) ++count;
     }
     return count;
+}
+
+bool isAnySheetShown()
+{
+    return countWindows("") > 0;  // sheets have no titles
 }
 
 Size contentSize(const std::string& place)

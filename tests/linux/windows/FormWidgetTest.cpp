@@ -1,10 +1,9 @@
 #include "platform/linux/windows/FormWidget.h"
 
-#include "SampleForm.h"
 #include "helpers/EventLoop.h"
 #include "platform/linux/style/StylePalette.h"
 #include "platform/linux/windows/FormComboBox.h"
-#include "platform/linux/windows/LogDialog.h"
+#include "windows/SampleForm.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -26,70 +25,19 @@ protected:
     QCheckBox& toggle(int index) { return *widget.findChildren<QCheckBox*>()[index]; }
     FormComboBox& picker() { return *widget.findChild<FormComboBox*>(); }
     QPushButton& button() { return *widget.findChild<QPushButton*>(); }
-    LogDialog* sheet() { return widget.window()->findChild<LogDialog*>(); }
 
     SampleForm sample;
     FormWidget widget{sample.form()};
 };
 
-TEST_F(FormWidgetTest, ShowsTheBindings)
+TEST_F(FormWidgetTest, TurnsASwitchOverWithTheSpaceKey)
 {
-    EXPECT_TRUE(toggle(0).isChecked());
-    EXPECT_FALSE(toggle(1).isChecked());
-    EXPECT_EQ(picker().currentText(), "Second");
-    EXPECT_TRUE(picker().isEnabled());
-    EXPECT_EQ(sample.appearances, 1);
-    EXPECT_EQ(widget.sizeHint(), QSize(420, 420));
-}
-
-TEST_F(FormWidgetTest, TakesAClickAtOnce)
-{
-    QTest::mouseClick(&toggle(0), Qt::LeftButton, {}, QPoint(8, toggle(0).height() / 2));
-    EXPECT_FALSE(sample.isOn);
     QTest::keyClick(&toggle(0), Qt::Key_Space);
-    EXPECT_TRUE(sample.isOn);
-}
-
-TEST_F(FormWidgetTest, ShowsWhatHasComeOfAClick)
-{
-    toggle(1).click();
-    EXPECT_FALSE(toggle(1).isChecked());
-}
-
-TEST_F(FormWidgetTest, FollowsChangesMadeElsewhere)
-{
-    sample.isOn = false;
-    sample.choice = "a";
-    sample.canChoose = false;
-    sample.presses = 12;
-    sample.changed.call();
-    EXPECT_FALSE(toggle(0).isChecked());
-    EXPECT_EQ(picker().currentText(), "First");
-    EXPECT_FALSE(picker().isEnabled());
-    EXPECT_EQ(button().accessibleName(), "View log (12)");
-}
-
-TEST_F(FormWidgetTest, ShowsNoChoiceForATagThatIsNoOption)
-{
-    sample.choice = "other";
-    sample.changed.call();
-    EXPECT_EQ(picker().currentIndex(), -1);
-    EXPECT_EQ(sample.choice, "other");
-}
-
-TEST_F(FormWidgetTest, TakesAChoice)
-{
-    picker().setFocus();
-    QTest::keyClick(&picker(), Qt::Key_Up);
-    EXPECT_EQ(sample.choice, "a");
+    EXPECT_FALSE(sample.isOn);
 }
 
 TEST_F(FormWidgetTest, ShowsTextsAsTheyAre)
 {
-    QStringList texts;
-    for (const auto* label : widget.findChildren<QLabel*>()) texts.append(label->text());
-    EXPECT_TRUE(texts.contains("One & only"));
-    EXPECT_TRUE(texts.contains("Help with <b>no</b> markup."));
     for (const auto* label : widget.findChildren<QLabel*>()) {
         const bool isPlain = label->textFormat() == Qt::PlainText;
         EXPECT_TRUE(isPlain || label->buddy() != nullptr) << label->text().toStdString();
@@ -120,32 +68,6 @@ TEST_F(FormWidgetTest, MovesWithTheTabKeyFromTopToBottom)
         QTest::keyClick(order.last(), Qt::Key_Tab);
     }
     EXPECT_EQ(order, (QList<QWidget*>{&toggle(0), &toggle(1), &picker(), &button()}));
-}
-
-TEST_F(FormWidgetTest, OpensTheSheetAndClosesItWithEscape)
-{
-    button().click();
-    ASSERT_NE(sheet(), nullptr);
-    EXPECT_TRUE(sheet()->isVisible());
-    EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
-    QTest::keyClick(sheet(), Qt::Key_Escape);
-    EXPECT_FALSE(sample.isSheetShown);
-    runEvents();
-    EXPECT_EQ(sheet(), nullptr);
-}
-
-TEST_F(FormWidgetTest, ClosesTheSheetWhenTheBindingSaysSo)
-{
-    sample.isSheetShown = true;
-    sample.changed.call();
-    ASSERT_NE(sheet(), nullptr);
-    sample.isSheetShown = false;
-    sample.changed.call();
-    runEvents();
-    EXPECT_EQ(sheet(), nullptr);
-    sample.isSheetShown = true;
-    sample.changed.call();
-    EXPECT_NE(sheet(), nullptr);
 }
 
 TEST_F(FormWidgetTest, GrowsWithALargerFont)

@@ -1,16 +1,21 @@
-// A form with one control of each kind, bound to plain values.
+// A form with one control of each kind and a log over it, bound to plain values.
 #pragma once
 
 #include "ports/Form.h"
 #include "support/Callbacks.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sonvara::test {
 
 struct SampleForm {
+    static constexpr const char* help = "Help with <b>no</b> markup, which is so long that it does not fit "
+                                        "on one line of this form and wraps.";
+
     bool isOn = true;
     bool isStubborn = false;  ///< shown by a toggle whose setter does nothing
     std::string choice = "b";
@@ -29,8 +34,15 @@ struct SampleForm {
         row.id = id;
         row.time = {"21:05:09", FontRole::captionMonospaced, ColorRole::secondaryLabel};
         row.symbol = {"info.circle", ""};
+        row.symbolColor = ColorRole::secondaryLabel;
         row.message = {message, FontRole::caption, ColorRole::label};
         return row;
+    }
+
+    void showSheet(bool shown)
+    {
+        isSheetShown = shown;
+        changed.call();
     }
 
     LogSheet sheet()
@@ -40,11 +52,7 @@ struct SampleForm {
         sheet.height = 420;
         sheet.title = {"Log", FontRole::headline, ColorRole::label};
         sheet.buttons = {{[] { return "Copy"; }, [this] { return !rows.empty(); }, [this] { ++copies; }},
-                         {[] { return "Done"; }, [] { return true; },
-                          [this] {
-                              isSheetShown = false;
-                              changed.call();
-                          }}};
+                         {[] { return "Done"; }, [] { return true; }, [this] { showSheet(false); }}};
         sheet.emptyText = {"Nothing yet.", FontRole::body, ColorRole::secondaryLabel};
         sheet.rowSpacing = 4;
         sheet.columnSpacing = 8;
@@ -66,17 +74,17 @@ struct SampleForm {
                                 [] { return true; },
                                 [this] {
                                     ++presses;
-                                    isSheetShown = true;
+                                    showSheet(true);
                                 }};
         form->sections = {
             {"One & only",
              {Toggle{"Switch R&D on", {[this] { return isOn; }, [this](bool on) { isOn = on; }}},
               Toggle{"Stubborn", {[this] { return isStubborn; }, [](bool) {}}},
-              StyledText{"Help with <b>no</b> markup.", FontRole::caption, ColorRole::secondaryLabel}}},
+              StyledText{help, FontRole::caption, ColorRole::secondaryLabel}}},
             {"Two", {picker, button}}};
         form->onAppear = [this] { ++appearances; };
         form->onChange = [this](std::function<void()> call) { return changed.add(std::move(call)); };
-        form->isSheetShown = {[this] { return isSheetShown; }, [this](bool shown) { isSheetShown = shown; }};
+        form->isSheetShown = {[this] { return isSheetShown; }, [this](bool shown) { showSheet(shown); }};
         form->sheet = [this] { return sheet(); };
         return form;
     }
