@@ -74,7 +74,7 @@ class Player:
         if self._kind.settings:
             desktop.write_setting(*self._kind.settings)
         self._bus_name = "org.mpris.MediaPlayer2." + self._kind.bus_name
-        self._remote = Remote(desktop.bus, self._bus_name, _PATH)
+        self._remote = Remote(desktop.bus, self._bus_name, _PATH, limit=20)
         self.process = desktop.start("player", [*self._kind.command, *(() if self._kind.is_asked else files)])
         wait_until(f"{name} on the session bus", lambda: has_owner(desktop.bus, self._bus_name), 30)
         self._open()
@@ -117,7 +117,7 @@ class Player:
         """Sends a signal to all of its processes."""
         with contextlib.suppress(ProcessLookupError):
             os.killpg(self.process.pid, number)
-        self.process.wait(20)
+        self.process.wait(60)
 
     def volume(self):
         """0 to 100."""
