@@ -4,8 +4,8 @@
 #include "monitor/NowPlaying.h"
 #include "ports/Queues.h"
 #include "ports/SystemLog.h"
+#include "support/AtomicSharedPtr.h"
 #include "support/Observable.h"
-#include "support/Snapshot.h"
 #include "support/Subscription.h"
 
 #include <cstddef>
@@ -53,7 +53,7 @@ private:
     Platform& platform_;
     std::shared_ptr<RepeatingTimer> timer_;
     Logger logger_;
-    Snapshot<NowPlaying> lastEventTrack_;  ///< the fallback of every poll; written on the main thread
+    AtomicSharedPtr<NowPlaying> lastEventTrack_;  ///< the fallback of every poll; written on the main thread
     std::vector<Subscription> observers_;
 };
 

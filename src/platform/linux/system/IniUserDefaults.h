@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ports/UserDefaults.h"
+#include "support/AtomicSharedPtr.h"
 #include "support/Callbacks.h"
-#include "support/Snapshot.h"
 
 #include <QFileSystemWatcher>
 #include <QSettings>
@@ -63,7 +63,7 @@ private:
     SystemLog& log_;
     State beforeReading_;  // taken before `settings_` is made, which reads the file
     QSettings settings_;
-    Snapshot<Values> values_;  // what the other threads read
+    AtomicSharedPtr<Values> values_;  // what the other threads read
     Callbacks<> changed_;
     QFileSystemWatcher watcher_;
     QTimer settling_;  // one look at the file for the many signals of one change

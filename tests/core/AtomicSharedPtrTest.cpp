@@ -1,6 +1,6 @@
 // A value that one thread publishes and any thread reads: run with the sanitizers, it shows races and lost
 // memory.
-#include "support/Snapshot.h"
+#include "support/AtomicSharedPtr.h"
 
 #include <gtest/gtest.h>
 
@@ -13,59 +13,59 @@
 namespace sonvara::test {
 namespace {
 
-TEST(SnapshotTest, HoldsNothingAtFirst)
+TEST(AtomicSharedPtrTest, HoldsNothingAtFirst)
 {
-    const Snapshot<int> snapshot;
-    EXPECT_EQ(snapshot.load(), nullptr);
+    const AtomicSharedPtr<int> shared;
+    EXPECT_EQ(shared.load(), nullptr);
 }
 
-TEST(SnapshotTest, HoldsWhatWasStoredLast)
+TEST(AtomicSharedPtrTest, HoldsWhatWasStoredLast)
 {
-    Snapshot<std::string> snapshot;
-    snapshot.store("one");
-    snapshot.store("two");
-    EXPECT_EQ(*snapshot.load(), "two");
+    AtomicSharedPtr<std::string> shared;
+    shared.store("one");
+    shared.store("two");
+    EXPECT_EQ(*shared.load(), "two");
 }
 
-TEST(SnapshotTest, ARecordOutlivesItsReplacementWhereItIsHeld)
+TEST(AtomicSharedPtrTest, ARecordOutlivesItsReplacementWhereItIsHeld)
 {
-    Snapshot<std::string> snapshot;
-    snapshot.store("one");
-    const auto held = snapshot.load();
-    snapshot.store("two");
+    AtomicSharedPtr<std::string> shared;
+    shared.store("one");
+    const auto held = shared.load();
+    shared.store("two");
     EXPECT_EQ(*held, "one");
 }
 
-TEST(SnapshotTest, LetsGoOfWhatItHasReplaced)
+TEST(AtomicSharedPtrTest, LetsGoOfWhatItHasReplaced)
 {
-    Snapshot<std::shared_ptr<int>> snapshot;
+    AtomicSharedPtr<std::shared_ptr<int>> shared;
     std::weak_ptr<int> first;
     {
         auto value = std::make_shared<int>(1);
         first = value;
-        snapshot.store(std::move(value));
+        shared.store(std::move(value));
     }
     EXPECT_FALSE(first.expired());
-    snapshot.store(nullptr);
+    shared.store(nullptr);
     EXPECT_TRUE(first.expired());
 }
 
-TEST(SnapshotTest, ReadersSeeWholeRecordsThatNeverGetOlder)
+TEST(AtomicSharedPtrTest, ReadersSeeWholeRecordsThatNeverGetOlder)
 {
     constexpr int last = 20000;
-    Snapshot<std::vector<int>> snapshot;
-    snapshot.store({0, 0});
+    AtomicSharedPtr<std::vector<int>> shared;
+    shared.store({0, 0});
     std::atomic<int> faults{0};
     auto readUntilTheLast = [&] {
         for (int seen = 0; seen < last;) {
-            const auto record = snapshot.load();
+            const auto record = shared.load();
             if (record->at(0) != record->at(1) || record->at(0) < seen) ++faults;
             seen = record->at(0);
         }
     };
     std::vector<std::thread> readers;
     for (int i = 0; i < 4; ++i) readers.emplace_back(readUntilTheLast);
-    for (int i = 1; i <= last; ++i) snapshot.store({i, i});
+    for (int i = 1; i <= last; ++i) shared.store({i, i});
     for (auto& reader : readers) reader.join();
     EXPECT_EQ(faults, 0);
 }

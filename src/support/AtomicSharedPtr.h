@@ -15,7 +15,7 @@ namespace sonvara {
 /// from Apple's library) would do. So the writer keeps what it has replaced until it finds no reader under
 /// way: one that comes later sees the new record.
 template <typename T>
-class Snapshot {
+class AtomicSharedPtr {
 public:
     void store(T value)
     {
