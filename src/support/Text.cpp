@@ -14,7 +14,7 @@ struct Character {
     std::size_t size;            // bytes, at least 1
 };
 
-Character firstCharacter(std::string_view s)
+Character decodeFirst(std::string_view s)
 {
     utf8proc_int32_t codepoint = -1;
     const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(s.data());
@@ -23,12 +23,19 @@ Character firstCharacter(std::string_view s)
     return {codepoint, static_cast<std::size_t>(size)};
 }
 
-Character lastCharacter(std::string_view s)
+/// Where the character that has a byte at `position` begins.
+std::size_t beginOfCharacter(std::string_view s, std::size_t position)
 {
-    std::size_t start = s.size() - 1;
-    while (start > 0 && s.size() - start < 4 && (static_cast<unsigned char>(s[start]) & 0xC0U) == 0x80U)
-        --start;
-    const auto character = firstCharacter(s.substr(start));
+    auto begin = position;
+    while (begin > 0 && position - begin < 3 && (static_cast<unsigned char>(s[begin]) & 0xC0U) == 0x80U)
+        --begin;
+    return begin;
+}
+
+Character decodeLast(std::string_view s)
+{
+    const auto start = beginOfCharacter(s, s.size() - 1);
+    const auto character = decodeFirst(s.substr(start));
     if (character.codepoint < 0 || start + character.size != s.size()) return {-1, 1};
     return character;
 }
@@ -52,7 +59,7 @@ bool hasTooManyMarks(std::string_view s)
     constexpr int most = 100;
     int marks = 0;
     while (!s.empty()) {
-        const auto character = firstCharacter(s);
+        const auto character = decodeFirst(s);
         const bool isMark =
             character.codepoint >= 0 && utf8proc_get_property(character.codepoint)->combining_class > 0;
         marks = isMark ? marks + 1 : 0;
@@ -68,7 +75,7 @@ public:
     void add(std::string_view s)
     {
         while (!s.empty()) {
-            const auto character = firstCharacter(s);
+            const auto character = decodeFirst(s);
             const bool joins = previous_ >= 0 && character.codepoint >= 0 &&
                                !utf8proc_grapheme_break_stateful(previous_, character.codepoint, &state_);
             if (!joins) ++count_;
@@ -110,12 +117,12 @@ bool equal(std::string_view a, std::string_view b)
 std::string_view trim(std::string_view s)
 {
     while (!s.empty()) {
-        const auto first = firstCharacter(s);
+        const auto first = decodeFirst(s);
         if (!isWhitespaceOrNewline(first.codepoint)) break;
         s.remove_prefix(first.size);
     }
     while (!s.empty()) {
-        const auto last = lastCharacter(s);
+        const auto last = decodeLast(s);
         if (!isWhitespaceOrNewline(last.codepoint)) break;
         s.remove_suffix(last.size);
     }
@@ -140,10 +147,20 @@ std::size_t length(std::string_view s)
     return clusters.count();
 }
 
+std::string_view firstCharacter(std::string_view s)
+{
+    return s.substr(0, decodeFirst(s).size);
+}
+
+std::string_view prefix(std::string_view s, std::size_t size)
+{
+    return s.size() <= size ? s : s.substr(0, beginOfCharacter(s, size));
+}
+
 bool isValidUtf8(std::string_view s)
 {
     while (!s.empty()) {
-        const auto character = firstCharacter(s);
+        const auto character = decodeFirst(s);
         if (character.codepoint < 0) return false;
         s.remove_prefix(character.size);
     }

@@ -25,6 +25,12 @@ namespace sonvara::text {
 /// valid character counts as one.
 [[nodiscard]] std::size_t length(std::string_view s);
 
+/// The first character of `s`, or its first byte if no character begins with it. `s` must not be empty.
+[[nodiscard]] std::string_view firstCharacter(std::string_view s);
+
+/// The beginning of `s` up to at most `size` bytes, without a part of a character at its end.
+[[nodiscard]] std::string_view prefix(std::string_view s, std::size_t size);
+
 /// Whether `s` is well-formed UTF-8 (no overlong forms, no surrogates).
 [[nodiscard]] bool isValidUtf8(std::string_view s);
 

@@ -137,5 +137,23 @@ TEST(TextWrapTest, WidthIsCountedInUserPerceivedCharacters)
     EXPECT_EQ(text::wrap(family + " " + family, 2), family + "\n" + family);
 }
 
+TEST(TextCharacterTest, TheFirstCharacterIsOneByteWhereNoneBegins)
+{
+    EXPECT_EQ(text::firstCharacter("ab"), "a");
+    EXPECT_EQ(text::firstCharacter("éb"), "é");
+    EXPECT_EQ(text::firstCharacter("🎵b"), "🎵");
+    EXPECT_EQ(text::firstCharacter("\xF0\x9F\x8E"), "\xF0");
+    EXPECT_EQ(text::firstCharacter("\x80\x80"), "\x80");
+}
+
+TEST(TextCharacterTest, APrefixEndsWithAWholeCharacter)
+{
+    EXPECT_EQ(text::prefix("añb", 4), "añb");
+    EXPECT_EQ(text::prefix("añb", 3), "añ");
+    EXPECT_EQ(text::prefix("añb", 2), "a");
+    EXPECT_EQ(text::prefix("🎵", 3), "");
+    EXPECT_EQ(text::prefix("añb", 0), "");
+}
+
 }  // namespace
 }  // namespace sonvara::test

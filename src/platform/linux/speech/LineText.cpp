@@ -9,15 +9,6 @@ namespace sonvara {
 
 namespace {
 
-/// The length of the UTF-8 sequence that `lead` announces; 1 for a byte that cannot lead one.
-std::size_t announcedLength(char lead)
-{
-    const auto byte = static_cast<std::uint8_t>(lead);
-    if (byte >= 0xF0) return 4;
-    if (byte >= 0xE0) return 3;
-    return byte >= 0xC0 ? 2 : 1;
-}
-
 bool isControl(std::string_view character)
 {
     const auto first = static_cast<std::uint8_t>(character[0]);
@@ -42,8 +33,7 @@ std::string spokenText(std::string_view line)
 {
     std::string spoken;
     for (std::size_t count = 0; !line.empty() && count < longestLine; ++count) {
-        std::string_view character = line.substr(0, announcedLength(line[0]));
-        if (!text::isValidUtf8(character)) character = line.substr(0, 1);
+        const auto character = text::firstCharacter(line);
         if (text::isValidUtf8(character) && !isControl(character))
             spoken += character;
         else

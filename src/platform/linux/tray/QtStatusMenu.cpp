@@ -1,5 +1,7 @@
 #include "platform/linux/tray/QtStatusMenu.h"
 
+#include "support/Text.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -16,10 +18,7 @@ constexpr std::size_t longestText = 4000;
 void shorten(std::string& text)
 {
     if (text.size() <= longestText) return;
-    auto end = longestText;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
-        --end;  // not within a character
-    text.resize(end);
+    text.resize(text::prefix(text, longestText).size());
     text += "…";
 }
 
