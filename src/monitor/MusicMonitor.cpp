@@ -55,8 +55,8 @@ void MusicMonitor::updateTrackInfo()
 
 void MusicMonitor::poll()
 {
-    const auto music = query(musicSource, musicPollScript(), 5);
-    const auto spotify = query(spotifySource, spotifyPollScript(), 4);
+    const auto music = query(musicSource, musicPollScript(), poll::musicFields);
+    const auto spotify = query(spotifySource, spotifyPollScript(), poll::spotifyFields);
     const auto last = lastEventTrack_.load();
     applyLater(pick(music, spotify, last ? std::optional(*last) : std::nullopt));
 }
@@ -72,7 +72,7 @@ std::optional<NowPlaying> MusicMonitor::query(const std::string& player, const s
         }
         return std::nullopt;
     }
-    if (*result.text == "notrunning" || *result.text == "error") return std::nullopt;
+    if (*result.text == poll::notRunning || *result.text == poll::failed) return std::nullopt;
     auto record = parsePollOutput(player, *result.text, fields);
     if (!record) {
         logger_.error({{"Unexpected "}, Logger::hidden(player), {" output: "}, Logger::hidden(*result.text)});

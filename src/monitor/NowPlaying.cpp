@@ -1,6 +1,6 @@
 #include "monitor/NowPlaying.h"
 
-#include "support/Text.h"
+#include <utility>
 
 namespace sonvara {
 namespace {
@@ -43,17 +43,10 @@ std::optional<NowPlaying> parseEvent(const Notification& notification)
 std::optional<NowPlaying> parsePollOutput(const std::string& source, const std::string& output,
                                           std::size_t fields)
 {
-    const auto parts = text::split(output, "||");
-    if (parts.size() < fields) return std::nullopt;
-    const auto part = [&parts](std::size_t i) { return std::string(text::trim(parts[i])); };
-    NowPlaying record;
-    record.name = part(0);
-    record.artist = part(1);
-    record.album = part(2);
-    record.isPlaying = part(3) == "true";
-    record.favorited = fields >= 5 && part(4) == "true";
-    record.source = source;
-    return record;
+    auto track = poll::read(output, fields);
+    if (!track) return std::nullopt;
+    return NowPlaying{std::move(track->title), std::move(track->artist),       std::move(track->album),
+                      track->isPlaying,        track->isLoved.value_or(false), source};
 }
 
 std::optional<NowPlaying> pick(const std::optional<NowPlaying>& music,

@@ -21,11 +21,10 @@ struct NowPlaying {
 };
 
 /// Reads a player's notification. A value of an unexpected type counts as missing. Absent when there is
-/// no title, unless the player says that it has stopped: then the record is empty and not playing.
+/// no title, unless the player says that it has stopped: then the record has only its source.
 [[nodiscard]] std::optional<NowPlaying> parseEvent(const Notification& notification);
 
-/// Reads a poll script's answer of at least `fields` parts (4 or 5) separated by "||". Parts are taken
-/// by position, so a title that holds the separator shifts the rest. Absent when there are fewer parts.
+/// Reads a poll script's answer, as `poll::read` does.
 [[nodiscard]] std::optional<NowPlaying> parsePollOutput(const std::string& source, const std::string& output,
                                                         std::size_t fields);
 

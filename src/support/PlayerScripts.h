@@ -2,6 +2,7 @@
 // recognised byte for byte.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,12 +17,37 @@ inline constexpr const char* spotifySource = "Spotify";
 inline constexpr const char* musicNotification = "com.apple.Music.playerInfo";
 inline constexpr const char* spotifyNotification = "com.spotify.client.PlaybackStateChanged";
 
-/// Asks Music what it plays. The answer is "notrunning", "error", or title, artist, album, playing state
-/// and loved flag joined by "||".
+/// Asks Music what it plays.
 [[nodiscard]] const std::string& musicPollScript();
 
 /// The same for Spotify, without the loved flag, which its tracks do not have.
 [[nodiscard]] const std::string& spotifyPollScript();
+
+/// What a poll script answers: one of two words, or the fields of the track.
+namespace poll {
+
+inline constexpr const char* notRunning = "notrunning";
+inline constexpr const char* failed = "error";  ///< the player runs, and has no track or does not say
+
+inline constexpr std::size_t musicFields = 5;
+inline constexpr std::size_t spotifyFields = 4;
+
+struct Track {
+    std::string title;
+    std::string artist;
+    std::string album;
+    bool isPlaying = false;
+    std::optional<bool> isLoved;  ///< the fifth field
+};
+
+/// The fields of `track`, joined by "||".
+[[nodiscard]] std::string write(const Track& track);
+
+/// The track in `answer`, without white space and line ends around the fields. They are taken by position, so a
+/// title that holds the separator shifts the rest. Absent when there are fewer than `fields` (4 or 5).
+[[nodiscard]] std::optional<Track> read(std::string_view answer, std::size_t fields);
+
+}  // namespace poll
 
 /// A command that reads or sets a player's own volume, 0 (silent) to 100.
 struct VolumeCommand {

@@ -29,12 +29,11 @@ Notification FakePlayers::notificationOf(const Player& player, const std::string
 ScriptResult FakePlayers::poll(const Player& player, bool hasLoved)
 {
     if (player.pollResult) return *player.pollResult;
-    if (!player.isRunning) return ScriptResult::ofText("notrunning");
-    if (player.title.empty()) return ScriptResult::ofText("error");
-    auto text = player.title + "||" + player.artist + "||" + player.album + "||";
-    text += player.isPlaying ? "true" : "false";
-    if (hasLoved) text += player.isLoved ? "||true" : "||false";
-    return ScriptResult::ofText(text);
+    if (!player.isRunning) return ScriptResult::ofText(poll::notRunning);
+    if (player.title.empty()) return ScriptResult::ofText(poll::failed);
+    poll::Track track{player.title, player.artist, player.album, player.isPlaying, std::nullopt};
+    if (hasLoved) track.isLoved = player.isLoved;
+    return ScriptResult::ofText(poll::write(track));
 }
 
 std::optional<ScriptResult> FakePlayers::volumeCommand(const std::string& name, Player& player,
