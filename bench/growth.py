@@ -32,12 +32,22 @@ def measure_players(desktop, scale):
             latency = statistics.median(change_tracks(players[-1], speech, max(5, round(30 * scale))))
             leave(players)
         found[count] = latency, private, share, waits
-    series = list(zip(*found.values()))
-    texts = (duration, mebibytes, lambda share: percent(share, 4), lambda waits: f"{waits:.2f}")
-    names = ("signal to line, median", "private memory", "processor at rest, share of one core",
-             "wake-ups a second at rest")
-    return [Row(f"{name}: {_steps(PLAYERS)} players", _series(values, text), "", "constant", _is_constant(values))
-            for name, values, text in zip(names, series, texts)]
+    latencies, memories, shares, waits = zip(*found.values())
+    players = f"{_steps(PLAYERS)} players"
+    each = _of_each_further(shares)
+    return [Row(f"signal to line, median: {players}", _series(latencies, duration), "", "constant",
+                _is_constant(latencies)),
+            Row(f"private memory: {players}", _series(memories, mebibytes), "", "constant", _is_constant(memories)),
+            Row(f"processor at rest, share of one core: {players}", _series(shares, lambda share: percent(share, 4)), "",
+                "", None),
+            Row(f"the same for each further player: from {_steps(PLAYERS, ' to ')}",
+                _series(each, lambda share: percent(share, 4)), "", "constant", _is_constant(each)),
+            Row(f"wake-ups a second at rest: {players}", _series(waits, lambda number: f"{number:.2f}"), "", "", None)]
+
+
+def _of_each_further(costs):
+    """How much each player adds on the way from one number of players to the next."""
+    return [(costs[step + 1] - costs[step]) / (PLAYERS[step + 1] - PLAYERS[step]) for step in range(len(PLAYERS) - 1)]
 
 
 def _is_constant(values):
@@ -89,8 +99,8 @@ def _titles_in(text):
     return [text[begin:begin + len("Song 000000")]]
 
 
-def _steps(numbers):
-    return ", ".join(str(number) for number in numbers)
+def _steps(numbers, between=", "):
+    return between.join(str(number) for number in numbers)
 
 
 def _series(values, text):

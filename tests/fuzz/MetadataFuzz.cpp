@@ -12,7 +12,6 @@
 #include <string>
 
 using namespace sonvara;
-using namespace sonvara;
 using fuzz::require;
 
 namespace {
@@ -45,6 +44,7 @@ QVariant anyValue(FuzzedDataProvider& input)
 void requireText(const std::string& s)
 {
     require(text::isValidUtf8(s));
+    require(text::trim(s) == s);
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (const auto volume = decodeVolume(anyValue(input))) require(*volume >= 0 && *volume <= 100);
     PlayerState player;
     merge(player, state);
-    const auto picture = pictureOf(player);
-    require(picture.hasTrack() || picture == Picture{});
+    const auto snapshot = snapshotOf(player);
+    require(snapshot.hasTrack() || snapshot == PlayerSnapshot{});
     return 0;
 }

@@ -91,6 +91,13 @@ TEST(MprisDecoderTest, VariantsInVariantsAreUnwrapped)
     EXPECT_EQ(decodeWith("xesam:title", wrapped).title, "Deep");
 }
 
+TEST(MprisDecoderTest, BlanksAndLineEndsAroundATextAreNoPartOfIt)
+{
+    EXPECT_EQ(decodeText(QString(" \t\u00a0\u3000A  B\r\n")), "A  B");
+    EXPECT_EQ(decodeText(QString(" \n")), "");
+    EXPECT_EQ(decodeWith("xesam:artist", QStringList{" A ", " ", "B "}).artist, "A, B");
+}
+
 TEST(MprisDecoderTest, TextsAreValidWhateverTheyHold)
 {
     const auto nul = QString(QChar(0)) + "a";

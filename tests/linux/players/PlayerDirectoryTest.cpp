@@ -11,7 +11,9 @@ protected:
     {
         auto* player = directory_.add("org.mpris.MediaPlayer2." + name, owner);
         EXPECT_NE(player, nullptr);
-        player->introduction.process = process;
+        player->process = process;
+        player->introduction = Introduction{};
+        player->isHeard = true;
         return *player;
     }
     void remove(const std::string& name, const std::string& owner)
@@ -24,7 +26,7 @@ protected:
         track.title = title;
         track.artist = "Artist";
         directory_.observe(player, {status, track}, now_);
-        now_ += Settler::patience;
+        now_ += Debounce::delay;
         directory_.expire(now_);
     }
     [[nodiscard]] std::string music() const
@@ -88,8 +90,8 @@ TEST_F(PlayerDirectoryTest, SpotifyIsNotTheDesktopsOwnPlayer)
 {
     says(add("spotify", ":1.1"), playing, "One");
     EXPECT_EQ(music(), "none");
-    EXPECT_EQ(directory_.picture(PlayerKind::music), Picture{});
-    EXPECT_EQ(directory_.picture(PlayerKind::spotify).title, "One");
+    EXPECT_EQ(directory_.snapshot(PlayerKind::music), PlayerSnapshot{});
+    EXPECT_EQ(directory_.snapshot(PlayerKind::spotify).title, "One");
 }
 
 TEST_F(PlayerDirectoryTest, TwoNamesOfOneConnectionAreOnePlayer)
@@ -116,7 +118,7 @@ TEST_F(PlayerDirectoryTest, TwoConnectionsOfOneProcessAreOnePlayer)
 TEST_F(PlayerDirectoryTest, AProcessIsHeardUnderTheNameThatSaysMost)
 {
     auto& engine = add("chromium.instance77", ":1.2", 77);
-    engine.introduction.identity = "Cider";
+    engine.introduction->identity = "Cider";
     says(engine, playing, "One");
     says(add("cider", ":1.3", 77), playing, "One");
     EXPECT_EQ(music(), ":1.3");
@@ -134,7 +136,7 @@ TEST_F(PlayerDirectoryTest, PlayersOfUnknownProcessesAreDifferent)
 TEST_F(PlayerDirectoryTest, BrowsersProxiesAndMirrorsAreNeverMeant)
 {
     auto& browser = add("firefox.instance_1_2", ":1.2");
-    browser.introduction.identity = "Mozilla Firefox";
+    browser.introduction->identity = "Mozilla Firefox";
     says(browser, playing, "A video");
     EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.playerctld", ":1.3"), nullptr);
     EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.kdeconnect.mpris_1", ":1.4"), nullptr);
@@ -144,27 +146,45 @@ TEST_F(PlayerDirectoryTest, BrowsersProxiesAndMirrorsAreNeverMeant)
 TEST_F(PlayerDirectoryTest, APlayerIsNotMeantBeforeItHasIntroducedItself)
 {
     auto& player = add("vlc", ":1.2");
-    player.unanswered = 1;
+    player.introduction.reset();
     says(player, playing, "One");
     EXPECT_EQ(music(), "none");
-    EXPECT_FALSE(directory_.isKnown(PlayerKind::music));
-    EXPECT_TRUE(directory_.isKnown(PlayerKind::spotify));
-    player.unanswered = 0;
+    player.introduction = Introduction{};
     EXPECT_EQ(music(), ":1.2");
-    EXPECT_TRUE(directory_.isKnown(PlayerKind::music));
 }
 
-TEST_F(PlayerDirectoryTest, APlayerWithHalfAFirstTrackIsNotKnownYet)
+TEST_F(PlayerDirectoryTest, APlayerThatAnswersIsMeantBeforeOneThatDoesNot)
+{
+    auto& hung = add("rhythmbox", ":1.1");
+    says(hung, playing, "One");
+    hung.isHeard = false;
+    EXPECT_EQ(music(), ":1.1");
+    says(add("vlc", ":1.2"), paused, "Two");
+    EXPECT_EQ(music(), ":1.2");
+}
+
+TEST_F(PlayerDirectoryTest, AHalfDescribedTrackHasADeadline)
 {
     auto& player = add("mpv", ":1.2");
     Track track;
     track.title = "one.mp3";
     directory_.observe(player, {playing, track}, now_);
-    EXPECT_FALSE(directory_.isKnown(PlayerKind::music));
-    EXPECT_EQ(directory_.deadline(), now_ + Settler::patience);
-    directory_.expire(now_ + Settler::patience);
-    EXPECT_TRUE(directory_.isKnown(PlayerKind::music));
+    EXPECT_EQ(directory_.deadline(), now_ + Debounce::delay);
+    directory_.expire(now_ + Debounce::delay);
+    EXPECT_EQ(directory_.snapshot(PlayerKind::music).title, "one.mp3");
     EXPECT_FALSE(directory_.deadline());
+}
+
+TEST_F(PlayerDirectoryTest, KeepsAFewNamesOfEachConnectionAndAHundredPlayers)
+{
+    auto& player = add("name0", ":1.1");
+    for (int i = 1; i < 100; ++i)
+        EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.name" + std::to_string(i), ":1.1"), nullptr);
+    EXPECT_EQ(player.names.size(), PlayerDirectory::maxNames);
+    for (std::size_t i = 1; i < PlayerDirectory::maxPlayers; ++i) add("vlc", ":2." + std::to_string(i));
+    EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.vlc", ":3.1"), nullptr);
+    remove("vlc", ":2.1");
+    EXPECT_NE(directory_.add("org.mpris.MediaPlayer2.vlc", ":3.1"), nullptr);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ NameKind kindOf(const std::string& name)
 
 bool isBrowserNamed(const std::string& name, const std::string& identity, const std::string& desktopEntry)
 {
-    return isBrowser(kindOf(name), {identity, desktopEntry, std::nullopt});
+    return isBrowser(kindOf(name), {identity, desktopEntry});
 }
 
 TEST(PlayerIdentityTest, SpotifyIsKnownByItsName)

@@ -18,20 +18,20 @@ TEST(PlayerStateTest, TellsATrackThatPlaysOrIsPaused)
     auto song = track("Song");
     song.album = "Album";
     song.loved = true;
-    EXPECT_EQ(pictureOf({PlaybackStatus::playing, song}),
-              (Picture{PlaybackStatus::playing, "Song", "Artist", "Album", true}));
-    EXPECT_EQ(pictureOf({PlaybackStatus::paused, song}),
-              (Picture{PlaybackStatus::paused, "Song", "Artist", "Album", true}));
+    EXPECT_EQ(snapshotOf({PlaybackStatus::playing, song}),
+              (PlayerSnapshot{PlaybackStatus::playing, "Song", "Artist", "Album", true}));
+    EXPECT_EQ(snapshotOf({PlaybackStatus::paused, song}),
+              (PlayerSnapshot{PlaybackStatus::paused, "Song", "Artist", "Album", true}));
 }
 
 TEST(PlayerStateTest, AStoppedPlayerHasNoTrackWhateverItStillNames)
 {
-    EXPECT_EQ(pictureOf({PlaybackStatus::stopped, track("Song")}), Picture{});
+    EXPECT_EQ(snapshotOf({PlaybackStatus::stopped, track("Song")}), PlayerSnapshot{});
 }
 
 TEST(PlayerStateTest, ATrackWithoutATitleIsNone)
 {
-    EXPECT_EQ(pictureOf({PlaybackStatus::playing, track("")}), Picture{});
+    EXPECT_EQ(snapshotOf({PlaybackStatus::playing, track("")}), PlayerSnapshot{});
 }
 
 TEST(PlayerStateTest, AdvertisementsAreRecognisedByTheirIdOrTheirAddress)
@@ -44,7 +44,7 @@ TEST(PlayerStateTest, AdvertisementsAreRecognisedByTheirIdOrTheirAddress)
     byAddress.url = "https://open.spotify.com/ad/42";
     for (const auto& each : {byPath, byText, byAddress}) {
         EXPECT_TRUE(isAdvertisement(each));
-        EXPECT_EQ(pictureOf({PlaybackStatus::playing, each}), Picture{});
+        EXPECT_EQ(snapshotOf({PlaybackStatus::playing, each}), PlayerSnapshot{});
     }
 }
 
@@ -101,7 +101,7 @@ TEST(PlayerStateTest, ATrackNamedAfterAStopIsBelieved)
     merge(state, {PlaybackStatus::stopped, std::nullopt});
     merge(state, {std::nullopt, track("One")});
     merge(state, {PlaybackStatus::playing, std::nullopt});
-    EXPECT_EQ(pictureOf(state).title, "One");
+    EXPECT_EQ(snapshotOf(state).title, "One");
 }
 
 }  // namespace

@@ -406,6 +406,7 @@ TEST_F(PlayerVolumeTest, DoesNotWaitForASlowDisk)
                                                              voice, mainQueue, workers, clock, slow, 1000ms});
     players->reportTo(guard->players());
     pollMusic();
+    postsUntil(2);  // it is known again
     say();
     EXPECT_TRUE(comesTo(*player, 0.35));
     fallSilent();

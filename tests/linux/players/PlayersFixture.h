@@ -40,7 +40,7 @@ class PlayersTest : public testing::Test {
 protected:
     /// Makes the adapter; players that are on the bus already are there at its start.
     void make();
-    /// Makes the adapter and polls until it knows the players that are there.
+    /// Makes the adapter and polls once, which starts it.
     void start();
 
     /// Waits until as many notifications have come; gives them, each as "PLAYER STATE TITLE/ARTIST/ALBUM".

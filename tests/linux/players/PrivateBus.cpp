@@ -25,6 +25,7 @@ const auto configuration = QStringLiteral(R"(<!DOCTYPE busconfig PUBLIC
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
+  <limit name="max_names_per_connection">10000</limit>
   <limit name="max_match_rules_per_connection">100</limit>
   <limit name="max_pending_service_starts">1</limit>
   <limit name="max_message_size">33554432</limit>

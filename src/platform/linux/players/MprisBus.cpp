@@ -2,6 +2,7 @@
 
 #include "platform/linux/players/PlayerIdentity.h"
 
+#include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
@@ -26,16 +27,12 @@ QDBusMessage propertiesCall(const std::string& owner, const QString& method)
                                           method);
 }
 
-bool isReply(const QDBusMessage& message)
+MprisBus::Reply replyIn(const QDBusMessage& message)
 {
-    return message.type() == QDBusMessage::ReplyMessage;
-}
-
-std::function<void(const QDBusMessage&)> argumentsTo(const MprisBus::Answer& answer)
-{
-    return [answer](const QDBusMessage& message) {
-        answer(isReply(message) ? message.arguments() : QVariantList());
-    };
+    if (message.type() == QDBusMessage::ReplyMessage) return message.arguments();
+    const auto error = QDBusError(message).type();
+    if (error == QDBusError::NoReply || error == QDBusError::Disconnected) return std::nullopt;
+    return QVariantList();
 }
 
 }  // namespace
@@ -63,7 +60,7 @@ void MprisBus::listen()
 void MprisBus::askNames(const Answer& answer)
 {
     ask(QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, QStringLiteral("ListNames")),
-        argumentsTo(answer));
+        answer);
 }
 
 void MprisBus::askOwner(const std::string& name, const Answer& answer)
@@ -83,9 +80,9 @@ void MprisBus::askIntroduction(const std::string& owner, const Answer& answer)
 
 void MprisBus::askState(const std::string& owner, const Answer& answer)
 {
-    askProperties(owner, playerInterface, [this, owner, answer](const QVariantList& arguments) {
-        Q_EMIT stateAnswered(owner, arguments);
-        answer(arguments);
+    askProperties(owner, playerInterface, [this, owner, answer](const Reply& reply) {
+        Q_EMIT stateAnswered(owner, reply.value_or(QVariantList()));
+        answer(reply);
     });
 }
 
@@ -107,14 +104,14 @@ void MprisBus::takeDisconnected()
     Q_EMIT lost();
 }
 
-void MprisBus::ask(QDBusMessage question, const std::function<void(const QDBusMessage&)>& answer)
+void MprisBus::ask(QDBusMessage question, const Answer& answer)
 {
     question.setAutoStartService(false);
     const auto call = connection_.asyncCall(question, static_cast<int>(limit.count()));
     auto* watcher = new QDBusPendingCallWatcher(call, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [answer](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
-        answer(finished->reply());
+        answer(replyIn(finished->reply()));
     });
 }
 
@@ -122,14 +119,14 @@ void MprisBus::askDaemon(const QString& method, const std::string& name, const A
 {
     auto question = QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, method);
     question.setArguments({QString::fromStdString(name)});
-    ask(question, argumentsTo(answer));
+    ask(question, answer);
 }
 
 void MprisBus::askProperties(const std::string& owner, const QString& interface, const Answer& answer)
 {
     auto question = propertiesCall(owner, QStringLiteral("GetAll"));
     question.setArguments({interface});
-    ask(question, argumentsTo(answer));
+    ask(question, answer);
 }
 
 }  // namespace sonvara

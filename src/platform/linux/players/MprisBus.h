@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 
 class QDBusServiceWatcher;
@@ -20,12 +21,12 @@ class MprisBus final : public QObject {
     Q_OBJECT
 
 public:
-    /// What was answered: the reply's arguments. Empty if the answer is an error, is no message at
-    /// all within the limit, or holds nothing.
-    using Answer = std::function<void(const QVariantList&)>;
+    /// The reply's arguments, empty if it is an error; absent if there is none within the limit.
+    using Reply = std::optional<QVariantList>;
+    using Answer = std::function<void(const Reply&)>;
 
-    /// The limit for every question. Two of them in a row fit into the time a script may take.
-    static constexpr std::chrono::milliseconds limit{400};
+    /// The limit for every question. It is over before the next poll, which asks again.
+    static constexpr std::chrono::milliseconds limit{2000};
 
     explicit MprisBus(QDBusConnection connection);
 
@@ -51,7 +52,7 @@ Q_SIGNALS:
     /// The connection `owner` says that a player's properties have changed. The arguments are as
     /// they came.
     void stateSignalled(const std::string& owner, const QVariantList& arguments);
-    /// The same, but it was asked, by whomever: ahead of the answer itself. Empty without one.
+    /// The same, but somebody has asked: ahead of the answer itself. Empty without one.
     void stateAnswered(const std::string& owner, const QVariantList& arguments);
     /// The bus has gone, for good.
     void lost();
@@ -61,7 +62,7 @@ private Q_SLOTS:
     void takeDisconnected();
 
 private:
-    void ask(QDBusMessage question, const std::function<void(const QDBusMessage&)>& answer);
+    void ask(QDBusMessage question, const Answer& answer);
     void askDaemon(const QString& method, const std::string& name, const Answer& answer);
     void askProperties(const std::string& owner, const QString& interface, const Answer& answer);
 

@@ -1,5 +1,7 @@
 #include "platform/linux/players/MprisDecoder.h"
 
+#include "support/Text.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -10,7 +12,7 @@
 namespace sonvara {
 namespace {
 
-constexpr double loudest = 100;  // some players go beyond full, none as far as that
+constexpr double loudest = 100;  // some players go beyond 1, which is full; none goes as far as this
 
 QVariant plain(const QVariant& value)
 {
@@ -78,11 +80,12 @@ std::optional<QVariantMap> decodeMap(const QVariant& wrapped)
 std::string decodeText(const QVariant& wrapped)
 {
     const auto value = plain(wrapped);
-    if (value.typeId() == QMetaType::QString) return value.toString().toStdString();
+    std::string whole;
+    if (value.typeId() == QMetaType::QString) whole = value.toString().toStdString();
     // A track's id should be a path, and is a plain text in some players.
     if (value.metaType() == QMetaType::fromType<QDBusObjectPath>())
-        return value.value<QDBusObjectPath>().path().toStdString();
-    return {};
+        whole = value.value<QDBusObjectPath>().path().toStdString();
+    return std::string(text::trim(whole));
 }
 
 Track decodeTrack(const QVariantMap& metadata)

@@ -15,7 +15,8 @@ namespace sonvara {
 /// The string-keyed map in `wrapped`, as it comes over the bus; absent if it is something else.
 [[nodiscard]] std::optional<QVariantMap> decodeMap(const QVariant& wrapped);
 
-/// A text as valid UTF-8; empty if `wrapped` is none.
+/// A text as valid UTF-8, without white space and line ends at both ends, as polls are read: a notification
+/// and a poll then say the same. Empty if `wrapped` is no text.
 [[nodiscard]] std::string decodeText(const QVariant& wrapped);
 
 /// The track described by the map `metadata`.
@@ -24,8 +25,8 @@ namespace sonvara {
 /// What `properties`, some properties of a player, say of its state.
 [[nodiscard]] StateChange decodeState(const QVariantMap& properties);
 
-/// A volume, 1.0 for full, as the very number that it is; 0.0 for less. Absent if `value` is no finite
-/// number, or a whole number of another scale.
+/// A volume, 1.0 for full, exactly as it was told; a negative one as 0.0. Absent if `value` is no finite number,
+/// or a whole number on another scale.
 [[nodiscard]] std::optional<double> decodeVolume(const QVariant& value);
 
 }  // namespace sonvara

@@ -14,20 +14,8 @@ struct MprisPlayers::Parts {
           watch(
               bus, [this](const Notification& each) { center.post(each); }, log),
           volume(bus, watch.directory()),
-          runner([this](const auto& command, const auto& answer) { carryOut(command, answer); },
-                 [this](const auto& command) { return known(command); })
+          runner([this](PlayerKind kind) { return watch.poll(kind); })
     {}
-
-    void carryOut(const ScriptCommand& command, const PlayerScriptRunner::Answer& answer)
-    {
-        watch.poll(command.player, answer);
-    }
-
-    // Any thread.
-    [[nodiscard]] std::optional<ScriptResult> known(const ScriptCommand& command) const
-    {
-        return watch.pollBoard().read(command.player, std::chrono::steady_clock::now());
-    }
 
     PlayerNotificationCenter center;
     MprisBus bus;

@@ -14,13 +14,12 @@ namespace sonvara {
 class LoweredPlayers;
 class VolumePlayers;
 
-/// Answers for the Spotify client and for the desktop's own music player, "Music", which is of all
-/// other players the one that plays, else the one that changed last. Without a session bus no player
-/// runs; one line in the log says so.
+/// Answers for the Spotify client and for the desktop's own music player, "Music": of all other players the
+/// one that plays, or else the one that changed last. Nothing is heard or asked before the first poll. Without
+/// a session bus no player runs; one line in the log says so.
 ///
-/// Made and destroyed on the main thread, which must run Qt's event loop. The ports must not be used
-/// any more when it is destroyed; scripts that have waited for an answer have then ended or end as
-/// failed, so wait for the worker threads afterwards or before.
+/// Made and destroyed on the main thread, which must run Qt's event loop. Nobody may use the ports when it is
+/// destroyed, except that polls may still wait: they fail.
 class MprisPlayers {
 public:
     MprisPlayers(const QDBusConnection& bus, SystemLog& log);
@@ -29,8 +28,7 @@ public:
     MprisPlayers& operator=(const MprisPlayers&) = delete;
 
     [[nodiscard]] NotificationCenter& notificationCenter();
-    /// Understands two scripts: for each of the two players the one that tells its track. Each ends within
-    /// one second.
+    /// Understands two scripts: for each of the two players the poll. Each ends within one second.
     [[nodiscard]] ScriptRunner& scriptRunner();
 
     /// The players' volumes.

@@ -1,7 +1,7 @@
 #include "platform/linux/players/MprisVolume.h"
 
 #include "platform/linux/players/MprisDecoder.h"
-#include "platform/linux/players/ScriptCommand.h"
+#include "platform/linux/players/PlayerReports.h"
 #include "volume/LoweredNotes.h"
 #include "volume/LoweredPlayers.h"
 
@@ -73,8 +73,8 @@ void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
 
 void MprisVolume::look(PlayerRun run, const Answer& answer)
 {
-    bus_.askState(owners_[run], [answer](const QVariantList& arguments) {
-        answer(lookOf(decodeMap(arguments.value(0)).value_or(QVariantMap())));
+    bus_.askState(owners_[run], [answer](const MprisBus::Reply& reply) {
+        answer(lookOf(decodeMap(reply.value_or(QVariantList()).value(0)).value_or(QVariantMap())));
     });
 }
 

@@ -2,9 +2,10 @@
 // "Music" and by "Spotify".
 #pragma once
 
+#include "platform/linux/players/Debounce.h"
 #include "platform/linux/players/PlayerIdentity.h"
-#include "platform/linux/players/Settler.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <optional>
@@ -15,29 +16,35 @@ namespace sonvara {
 
 /// One connection to the bus that owns at least one player's name.
 struct Player {
-    std::uint64_t serial = 0;        ///< differs for a connection that leaves and comes back
-    std::string owner;               ///< the connection's unique name
-    std::vector<std::string> names;  ///< in order of appearance; never empty
-    Introduction introduction;
-    int unanswered = 0;        ///< first questions to it that are still open; until then it is not chosen
-    bool tellsTracks = false;  ///< has told of a new track without being asked
-    Time answered{};           ///< when it last told its whole state
+    std::uint64_t serial = 0;               ///< differs for a connection that leaves and comes back
+    std::string owner;                      ///< the connection's unique name
+    std::vector<std::string> names;         ///< in order of appearance; never empty
+    NameKind nameKind = NameKind::ignored;  ///< what the names say
+    std::optional<std::uint32_t> process;
+    std::optional<Introduction> introduction;  ///< absent until it has answered
+    bool isAsked = false;                      ///< a question to it is under way
+    bool isHeard = false;  ///< it has told its state since the last question that it left without an answer
     PlayerState said;
-    Settler settler;
-    std::uint64_t changed = 0;  ///< greater for a later change of its picture; 0 for none yet
+    Debounce debounce;
+    std::uint64_t changed = 0;  ///< greater for a later change of its snapshot; 0 for none yet
 
-    [[nodiscard]] NameKind kindOfNames() const;
-    /// What the player counts as; absent if it does not count. May change while questions are open.
-    [[nodiscard]] std::optional<PlayerKind> kind() const;
-    /// Whether enough is known of the player to choose it or to pass it over.
-    [[nodiscard]] bool isKnown() const;
+    [[nodiscard]] PlayerKind kind() const;
+    /// Whether it has said who it is.
+    [[nodiscard]] bool isIntroduced() const { return introduction && !introduction->isEmpty(); }
+    /// Whether it is a music player, by its own words, or by its name if it has answered without any.
+    [[nodiscard]] bool counts() const;
 };
 
-/// The picture of all players. Values only: the caller brings in names, answers and time.
+/// What is known of all players. Values only: the caller brings in names, answers and time.
 class PlayerDirectory {
 public:
+    /// Far more than anybody has. What a program claims beyond them is not kept, so that none can make the
+    /// others wait.
+    static constexpr std::size_t maxNames = 8;  ///< of one connection
+    static constexpr std::size_t maxPlayers = 100;
+
     /// `owner` has come to own `name`. Returns the player if it is a new one that can count; the
-    /// caller then asks for its introduction and state. Names that never count are not kept.
+    /// caller then asks it. Names that never count are not kept.
     Player* add(const std::string& name, const std::string& owner);
     /// `owner` has lost `name`, and with its last name the player is gone.
     void remove(const std::string& name, const std::string& owner);
@@ -46,27 +53,27 @@ public:
     /// The player of the connection `owner`; null if it is none.
     [[nodiscard]] Player* find(const std::string& owner);
     [[nodiscard]] const Player* find(const std::string& owner) const;
+    /// In order of appearance, at stable addresses.
+    [[nodiscard]] std::list<Player>& players() { return players_; }
 
     /// Takes in a message of `player`.
     void observe(Player& player, StateChange change, Time now);
-    /// Accepts everything that has waited long enough.
+    /// Accepts everything that has been held back for long enough.
     void expire(Time now);
-    /// When `expire` should be called next, if anything waits.
+    /// When `expire` is due next, if anything is held back.
     [[nodiscard]] std::optional<Time> deadline() const;
 
-    /// The player that is meant by `kind`: the one that plays, and of several, or when none plays,
-    /// the one that changed last. Null if there is none.
+    /// The player that is meant by `kind`. One that answers comes before one that does not, then one that
+    /// plays before one that does not, then the one that changed last. Null if there is none.
     [[nodiscard]] const Player* chosen(PlayerKind kind) const;
-    /// What the system is told of `kind`; `Picture{}` without a player.
-    [[nodiscard]] Picture picture(PlayerKind kind) const;
-    /// Whether everyone who may be meant by `kind` is known.
-    [[nodiscard]] bool isKnown(PlayerKind kind) const;
+    /// What the system is told of `kind`; `PlayerSnapshot{}` without a player.
+    [[nodiscard]] PlayerSnapshot snapshot(PlayerKind kind) const;
 
 private:
     [[nodiscard]] bool isSecondName(const Player& player) const;
-    void noteChange(Player& player, const Picture& before);
+    void noteChange(Player& player, const PlayerSnapshot& before);
 
-    std::list<Player> players_;  // in order of appearance, at stable addresses
+    std::list<Player> players_;
     std::uint64_t changes_ = 0;
     std::uint64_t serials_ = 0;
 };

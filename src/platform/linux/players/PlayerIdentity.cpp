@@ -59,8 +59,7 @@ NameKind kindOfName(std::string_view name)
 bool isBrowser(NameKind name, const Introduction& introduction)
 {
     if (name == NameKind::spotify) return false;
-    if (introduction.identity.empty() && introduction.desktopEntry.empty())
-        return name == NameKind::browserLike;
+    if (introduction.isEmpty()) return name == NameKind::browserLike;
     return namesBrowser(introduction.identity) || namesBrowser(introduction.desktopEntry);
 }
 

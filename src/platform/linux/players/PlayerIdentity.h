@@ -2,8 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,11 +22,12 @@ enum class NameKind {
 /// Every player's name begins with this and a dot.
 inline constexpr std::string_view namePrefix = "org.mpris.MediaPlayer2";
 
-/// How a program introduces itself; empty or absent where it does not.
+/// How a program introduces itself; empty where it does not.
 struct Introduction {
     std::string identity;      ///< the name shown to the user
     std::string desktopEntry;  ///< the base name of its desktop file
-    std::optional<std::uint32_t> process;
+
+    [[nodiscard]] bool isEmpty() const { return identity.empty() && desktopEntry.empty(); }
 };
 
 [[nodiscard]] NameKind kindOfName(std::string_view name);

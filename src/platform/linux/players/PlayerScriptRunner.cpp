@@ -1,60 +1,32 @@
 #include "platform/linux/players/PlayerScriptRunner.h"
 
+#include "platform/linux/players/PlayerReports.h"
+#include "support/PlayerScripts.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 
-#include <condition_variable>
-#include <memory>
-#include <optional>
-#include <utility>
-
 namespace sonvara {
-namespace {
-
-// Where a worker waits for the answer to its script. The first answer counts.
-class AnswerSlot {
-public:
-    void put(ScriptResult result)
-    {
-        const std::lock_guard lock(mutex_);
-        if (result_) return;
-        result_ = std::move(result);
-        filled_.notify_one();
-    }
-    std::optional<ScriptResult> take(std::chrono::milliseconds limit)
-    {
-        std::unique_lock lock(mutex_);
-        filled_.wait_for(lock, limit, [this] { return result_.has_value(); });
-        return std::move(result_);
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable filled_;
-    std::optional<ScriptResult> result_;
-};
-
-}  // namespace
 
 ScriptResult PlayerScriptRunner::run(const std::string& source)
 {
-    const auto command = recognise(source);
-    if (!command) return ScriptResult::ofError("the text is no command that a player understands");
-    if (auto known = shortcut_(*command)) return *std::move(known);
+    const auto player = polledPlayer(source);
+    if (!player) return ScriptResult::ofError("the text is no command that a player understands");
 
-    const auto failure = pollFailure();
-    const auto slot = std::make_shared<AnswerSlot>();
-    // When nobody is left who could answer, the last one to go says so.
-    std::shared_ptr<AnswerSlot> sender(slot.get(), [slot, failure](AnswerSlot* each) { each->put(failure); });
+    std::promise<std::string> promise;
+    auto answer = promise.get_future();
     {
         const std::lock_guard lock(mutex_);
-        requests_.push_back({*command, [sender = std::move(sender)](ScriptResult result) {
-                                 sender->put(std::move(result));
-                             }});
-        // The event only wakes: the request crosses under the mutex.
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        requests_.push_back({*player, std::move(promise)});
     }
-    return slot->take(limit).value_or(failure);
+    // The event only wakes: the request crosses under the mutex.
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    if (answer.wait_for(limit) != std::future_status::ready) return ScriptResult::ofText(poll::failed);
+    try {
+        return ScriptResult::ofText(answer.get());
+    } catch (const std::future_error&) {  // the runner has gone
+        return ScriptResult::ofText(poll::failed);
+    }
 }
 
 bool PlayerScriptRunner::event(QEvent* event)
@@ -65,7 +37,7 @@ bool PlayerScriptRunner::event(QEvent* event)
         const std::lock_guard lock(mutex_);
         requests.swap(requests_);
     }
-    for (const auto& each : requests) handler_(each.command, each.answer);
+    for (auto& each : requests) each.answer.set_value(handler_(each.player));
     return true;
 }
 

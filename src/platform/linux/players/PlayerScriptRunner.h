@@ -1,36 +1,31 @@
-// Brings scripts from the worker threads to the main thread, and the answers back.
+// Brings polls from the worker threads to the main thread, and the answers back.
 #pragma once
 
-#include "platform/linux/players/ScriptCommand.h"
+#include "platform/linux/players/PlayerIdentity.h"
 #include "ports/ScriptRunner.h"
 
 #include <QObject>
 
 #include <chrono>
 #include <functional>
+#include <future>
 #include <mutex>
-#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace sonvara {
 
-/// A script ends within `limit`, whatever the players and the main thread do. The runner is made and
-/// destroyed on the main thread; scripts that wait for their answer then end as failed.
+/// Understands two scripts: for each of the two players the poll. A poll fails when the main thread does not
+/// come to it within `limit`. The runner is made and destroyed on the main thread; polls that wait then fail.
 class PlayerScriptRunner final : public QObject, public ScriptRunner {
 public:
-    using Answer = std::function<void(ScriptResult)>;
-    /// Carries out a command on the main thread and answers at most once.
-    using Handler = std::function<void(const ScriptCommand&, const Answer&)>;
-
-    /// Any thread: the answer to a command, if it is known without the main thread.
-    using Shortcut = std::function<std::optional<ScriptResult>(const ScriptCommand&)>;
+    /// Answers a poll, on the main thread.
+    using Handler = std::function<std::string(PlayerKind)>;
 
     static constexpr std::chrono::milliseconds limit{1000};
 
-    PlayerScriptRunner(Handler handler, Shortcut shortcut)
-        : handler_(std::move(handler)),
-          shortcut_(std::move(shortcut))
-    {}
+    explicit PlayerScriptRunner(Handler handler) : handler_(std::move(handler)) {}
 
     [[nodiscard]] ScriptResult run(const std::string& source) override;
 
@@ -39,12 +34,11 @@ protected:
 
 private:
     struct Request {
-        ScriptCommand command;
-        Answer answer;
+        PlayerKind player;
+        std::promise<std::string> answer;
     };
 
     Handler handler_;
-    Shortcut shortcut_;
     std::mutex mutex_;
     std::vector<Request> requests_;  // under the mutex
 };

@@ -1,4 +1,4 @@
-// What a player says of itself, and what of that the system is told; plain values.
+// What a player says of itself, and what of that is told to the system; plain values.
 #pragma once
 
 #include <optional>
@@ -8,30 +8,34 @@ namespace sonvara {
 
 enum class PlaybackStatus { playing, paused, stopped };
 
-/// A player's current track. All texts are valid UTF-8 and may be empty, long, or hold anything.
+/// A player's current track. All texts are valid UTF-8 and may be empty or long.
 struct Track {
     std::string title;
     std::string artist;  ///< several artists are joined by ", "
     std::string album;
     bool loved = false;
-    std::string id;   ///< the player's own name for the track; not unique in every player
+    std::string id;   ///< the player's own name for the track; some players have one name for all of them
     std::string url;  ///< where the track lies
+
+    friend bool operator==(const Track&, const Track&) = default;
 };
 
 /// The latest that a player said.
 struct PlayerState {
     PlaybackStatus status = PlaybackStatus::stopped;
     Track track;
+
+    friend bool operator==(const PlayerState&, const PlayerState&) = default;
 };
 
-/// A message of a player: what it names is new, the rest is as before.
+/// A message of a player. What it does not name stays as it is.
 struct StateChange {
     std::optional<PlaybackStatus> status;
     std::optional<Track> track;
 };
 
-/// What the system is told of a player. Without a track it is exactly `Picture{}`.
-struct Picture {
+/// What the system is told of a player. Without a track it is exactly `PlayerSnapshot{}`.
+struct PlayerSnapshot {
     PlaybackStatus status = PlaybackStatus::stopped;
     std::string title;
     std::string artist;
@@ -39,24 +43,24 @@ struct Picture {
     bool loved = false;
 
     [[nodiscard]] bool hasTrack() const { return !title.empty(); }
-    friend bool operator==(const Picture&, const Picture&) = default;
+    friend bool operator==(const PlayerSnapshot&, const PlayerSnapshot&) = default;
 };
 
-/// Takes `change` into `state`. The track of a stopped player is forgotten: what it names next may
-/// lag behind, so a track counts only if it is named after the stop.
+/// Takes `change` into `state`. A stopped player's track is forgotten: players go on naming the old one until
+/// they name the next.
 void merge(PlayerState& state, StateChange change);
 
-/// Whether both states are about the same thing, whatever the rest of their description says.
-[[nodiscard]] bool sameSubject(const PlayerState& a, const PlayerState& b);
+/// Whether both states name the same track, whatever else they say of it.
+[[nodiscard]] bool isSameTrack(const PlayerState& a, const PlayerState& b);
 
-/// Whether a track is one that the user did not choose.
+/// Whether the track is an advertisement.
 [[nodiscard]] bool isAdvertisement(const Track& track);
 
-/// Whether a track needs no more words. Players that have not read a file's tags yet show its file
-/// name and no artist.
+/// Whether the track's description is complete. Players that have not read a file's tags yet show its name
+/// and no artist.
 [[nodiscard]] bool isComplete(const Track& track);
 
 /// A stopped player, an advertisement and a track without a title are told as no track.
-[[nodiscard]] Picture pictureOf(const PlayerState& state);
+[[nodiscard]] PlayerSnapshot snapshotOf(const PlayerState& state);
 
 }  // namespace sonvara

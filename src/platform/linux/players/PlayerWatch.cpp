@@ -1,6 +1,8 @@
 #include "platform/linux/players/PlayerWatch.h"
 
 #include "platform/linux/players/MprisDecoder.h"
+#include "platform/linux/players/PlayerReports.h"
+#include "support/PlayerScripts.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,7 +19,7 @@ const QString statusProperty = QStringLiteral("PlaybackStatus");
 const QString metadataProperty = QStringLiteral("Metadata");
 
 // What a full answer leaves out is not so.
-StateChange decodeSnapshot(const QVariantMap& properties)
+StateChange fullState(const QVariantMap& properties)
 {
     auto change = decodeState(properties);
     if (!change.status) change.status = PlaybackStatus::stopped;
@@ -25,19 +27,12 @@ StateChange decodeSnapshot(const QVariantMap& properties)
     return change;
 }
 
-// Whether a signal tells of changes whose new values it does not hold, or not in a form to read.
+// Whether a signal tells of changes whose new values it does not hold, or not in a form to read, or not whole.
 bool leavesOpen(const QVariantMap& changed, const QStringList& invalidated, const StateChange& change)
 {
     if (invalidated.contains(statusProperty) || invalidated.contains(metadataProperty)) return true;
-    return (changed.contains(statusProperty) && !change.status) ||
-           (changed.contains(metadataProperty) && !change.track);
-}
-
-// Whether a player tells of another track than the one that it was known to play.
-bool isNewTrack(const Player& player, const StateChange& change)
-{
-    const auto& told = player.settler.picture().title;
-    return change.track && !change.track->title.empty() && !told.empty() && change.track->title != told;
+    if (changed.contains(statusProperty) && !change.status) return true;
+    return changed.contains(metadataProperty) && !(change.track && isComplete(*change.track));
 }
 
 }  // namespace
@@ -49,99 +44,63 @@ PlayerWatch::PlayerWatch(MprisBus& bus, Post post, SystemLog& log)
 {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
-    connect(&timer_, &QTimer::timeout, this, [this] {
-        directory_.expire(now());
-        update();
-    });
-    start();
+    connect(&timer_, &QTimer::timeout, this, &PlayerWatch::takeTimeout);
+    connect(&bus_, &MprisBus::ownerChanged, this, &PlayerWatch::takeOwnerChange);
+    connect(&bus_, &MprisBus::stateSignalled, this, &PlayerWatch::takeSignal);
+    connect(&bus_, &MprisBus::lost, this, &PlayerWatch::takeLoss);
 }
 
-void PlayerWatch::poll(PlayerKind kind, const Answer& answer)
+std::string PlayerWatch::poll(PlayerKind kind)
 {
-    if (!begun_ || !directory_.isKnown(kind)) {
-        waiting_.push_back({kind, answer});
-        return;
-    }
-    const auto* player = directory_.chosen(kind);
-    if (player == nullptr) {
-        answer(notRunningAnswer());
-        return;
-    }
-    refresh(player->owner, [this, kind, answer](bool heard) {
-        answer(heard ? pollAnswer(kind, directory_.picture(kind)) : pollFailure());
-    });
+    if (!std::exchange(isStarted_, true)) start();
+    for (auto& player : directory_.players())
+        if (player.kind() == kind && (player.counts() || !player.isIntroduced())) ask(player);
+    const auto* chosen = directory_.chosen(kind);
+    if (chosen == nullptr) return poll::notRunning;
+    return chosen->isHeard ? pollAnswer(kind, chosen->debounce.snapshot()) : poll::failed;
 }
 
 void PlayerWatch::start()
 {
     if (!bus_.isConnected()) {
-        begun_ = true;
-        publish();
         logger_.error({{"There is no session bus: no music player can be heard or controlled"}});
         return;
     }
-    connect(&bus_, &MprisBus::ownerChanged, this, &PlayerWatch::takeOwnerChange);
-    connect(&bus_, &MprisBus::stateSignalled, this, &PlayerWatch::takeSignal);
-    connect(&bus_, &MprisBus::lost, this, &PlayerWatch::takeLoss);
     bus_.listen();
-    ++unownedNames_;  // the list itself
-    bus_.askNames([this](const QVariantList& answer) { takeNames(answer); });
+    bus_.askNames([this](const MprisBus::Reply& reply) {
+        for (const auto& name : reply.value_or(QVariantList()).value(0).toStringList())
+            if (kindOfName(name.toStdString()) != NameKind::ignored)
+                unownedNames_.push_back(name.toStdString());
+        askNextOwner();
+    });
 }
 
-void PlayerWatch::takeNames(const QVariantList& answer)
+// One after the other: however many names there are, nothing else has to wait for them.
+void PlayerWatch::askNextOwner()
 {
-    --unownedNames_;
-    for (const auto& each : answer.value(0).toStringList()) {
-        const auto name = each.toStdString();
-        if (kindOfName(name) == NameKind::ignored) continue;
-        ++unownedNames_;
-        bus_.askOwner(name, [this, name](const QVariantList& owner) {
-            --unownedNames_;
-            takeOwner(name, decodeText(owner.value(0)));
-            update();
-        });
+    if (unownedNames_.empty()) {
+        const auto isBrowser = [](const Player& player) { return player.nameKind == NameKind::browserLike; };
+        if (std::ranges::all_of(directory_.players(), isBrowser))
+            logger_.error({{"No music player runs yet: the DJ waits for one that speaks MPRIS"}});
+        return;
     }
-    update();
+    bus_.askOwner(unownedNames_.front(), [this](const MprisBus::Reply& reply) {
+        add(unownedNames_.front(), decodeText(reply.value_or(QVariantList()).value(0)));
+        unownedNames_.pop_front();
+        askNextOwner();
+    });
 }
 
-void PlayerWatch::takeOwner(const std::string& name, const std::string& owner)
+void PlayerWatch::add(const std::string& name, const std::string& owner)
 {
     if (owner.empty()) return;
-    if (auto* player = directory_.add(name, owner)) introduce(*player);
+    if (auto* player = directory_.add(name, owner)) ask(*player);
 }
 
 void PlayerWatch::takeOwnerChange(const std::string& name, const std::string& before, const std::string& now)
 {
     if (!before.empty()) directory_.remove(name, before);
-    takeOwner(name, now);
-    update();
-}
-
-void PlayerWatch::introduce(Player& player)
-{
-    const Asked asked{player.owner, player.serial};
-    player.unanswered = 3;
-    bus_.askProcess(asked.owner, [this, asked](const QVariantList& answer) {
-        takeAnswer(asked, [&](Introduction& introduction) {
-            if (!answer.isEmpty()) introduction.process = answer.first().toUInt();
-        });
-    });
-    bus_.askIntroduction(asked.owner, [this, asked](const QVariantList& answer) {
-        takeAnswer(asked, [&](Introduction& introduction) {
-            const auto properties = decodeMap(answer.value(0)).value_or(QVariantMap());
-            introduction.identity = decodeText(properties.value(QStringLiteral("Identity")));
-            introduction.desktopEntry = decodeText(properties.value(QStringLiteral("DesktopEntry")));
-        });
-    });
-    refresh(asked.owner, [this, asked](bool) { takeAnswer(asked, [](Introduction&) {}); });
-}
-
-void PlayerWatch::takeAnswer(const Asked& asked, const std::function<void(Introduction&)>& learn)
-{
-    auto* player = directory_.find(asked.owner);
-    if (player == nullptr || player->serial != asked.serial) return;
-    --player->unanswered;
-    learn(player->introduction);
+    add(name, now);
     update();
 }
 
@@ -151,15 +110,32 @@ void PlayerWatch::takeSignal(const std::string& owner, const QVariantList& argum
     if (player == nullptr) return;
     const auto changed = decodeMap(arguments.value(1));
     if (!changed) {
-        refresh(owner, nullptr);
+        ask(*player);
         return;
     }
-    const auto change = decodeState(*changed);
-    if (isNewTrack(*player, change)) player->tellsTracks = true;
-    if (change.status || change.track) directory_.observe(*player, change, now());
-    const bool lacksTrack = change.status == PlaybackStatus::playing && player->said.track.title.empty();
-    if (lacksTrack || leavesOpen(*changed, arguments.value(2).toStringList(), change))
-        refresh(owner, nullptr);
+    auto change = decodeState(*changed);
+    bool isOpen = leavesOpen(*changed, arguments.value(2).toStringList(), change);
+    // Some players signal a part of a track's description. That it has no title only an answer can say.
+    if (change.track && change.track->title.empty()) change.track.reset();
+    if (change.status || change.track) {
+        player->isHeard = true;
+        directory_.observe(*player, std::move(change), now());
+    }
+    // Some signal that they play again, and not what. Others signal what they play, and not that.
+    const bool namesTrack = !player->said.track.title.empty();
+    if (namesTrack == (player->said.status == PlaybackStatus::stopped)) isOpen = true;
+    if (isOpen) ask(*player);
+    update();
+}
+
+// A player that was asked in the middle of a change of tracks may have told a stop that it never signals the end
+// of. So what has been held back counts, and is asked about once more.
+void PlayerWatch::takeTimeout()
+{
+    const auto time = now();
+    for (auto& player : directory_.players())
+        if (player.debounce.deadline() && *player.debounce.deadline() <= time) ask(player);
+    directory_.expire(time);
     update();
 }
 
@@ -167,92 +143,86 @@ void PlayerWatch::takeLoss()
 {
     logger_.error({{"The session bus has gone: no music player can be heard or controlled any more"}});
     directory_.clear();
-    begun_ = true;
     update();
 }
 
-// Whoever asks while a question is under way shares its answer: it is sent after everything that
-// has been heard of the player until now.
-void PlayerWatch::refresh(const std::string& owner, Refreshed refreshed)
+// An answer that is under way is sent after everything that has been heard of the player until now, so a second
+// question would bring nothing new.
+void PlayerWatch::ask(Player& player)
 {
-    const auto [entry, isFirst] = refreshing_.try_emplace(owner);
-    if (refreshed) entry->second.push_back(std::move(refreshed));
-    if (!isFirst) return;
-    bus_.askState(owner, [this, owner](const QVariantList& answer) { takeState(owner, answer); });
+    if (std::exchange(player.isAsked, true)) return;
+    if (player.isIntroduced()) {
+        askState(player);
+        return;
+    }
+    bus_.askProcess(player.owner, answerOf(player, &PlayerWatch::takeProcess));
+    bus_.askIntroduction(player.owner, answerOf(player, &PlayerWatch::takeIntroduction));
 }
 
-void PlayerWatch::takeState(const std::string& owner, const QVariantList& answer)
+void PlayerWatch::askState(Player& player)
 {
-    const auto asked = refreshing_.extract(owner);
-    auto* player = directory_.find(owner);
-    const auto properties = decodeMap(answer.value(0)).value_or(QVariantMap());
-    const bool heard = player != nullptr && !properties.isEmpty();
-    if (heard) {
-        auto state = decodeSnapshot(properties);
-        // What it tells only when it is asked would be missed if nobody asked.
-        if (state.status != player->said.status || isNewTrack(*player, state)) player->tellsTracks = false;
-        player->answered = now();
-        directory_.observe(*player, std::move(state), player->answered);
-        update();
+    bus_.askState(player.owner, answerOf(player, &PlayerWatch::takeState));
+}
+
+// Another player may own the connection when the answer comes, or nobody.
+MprisBus::Answer PlayerWatch::answerOf(const Player& player, Take take)
+{
+    return [this, take, owner = player.owner, serial = player.serial](const MprisBus::Reply& reply) {
+        auto* found = directory_.find(owner);
+        if (found != nullptr && found->serial == serial) (this->*take)(*found, reply);
+    };
+}
+
+void PlayerWatch::takeProcess(Player& player, const MprisBus::Reply& reply)
+{
+    if (reply && !reply->isEmpty()) player.process = reply->first().toUInt();
+}
+
+// A player that answers with an error or with nothing counts by its name, and is asked again by the next poll.
+void PlayerWatch::takeIntroduction(Player& player, const MprisBus::Reply& reply)
+{
+    if (!reply) {
+        player.isAsked = false;
+        return;
     }
-    for (const auto& refreshed : asked.mapped()) refreshed(heard);
+    const auto properties = decodeMap(reply->value(0)).value_or(QVariantMap());
+    player.introduction = Introduction{decodeText(properties.value(QStringLiteral("Identity"))),
+                                       decodeText(properties.value(QStringLiteral("DesktopEntry")))};
+    askState(player);
+    update();
+}
+
+void PlayerWatch::takeState(Player& player, const MprisBus::Reply& reply)
+{
+    player.isAsked = false;
+    const auto properties = decodeMap(reply.value_or(QVariantList()).value(0)).value_or(QVariantMap());
+    const auto before = player.said;
+    const bool wasHeard = std::exchange(player.isHeard, !properties.isEmpty());
+    if (player.isHeard) directory_.observe(player, fullState(properties), now());
+    // Most answers change nothing; all players would be looked at for each.
+    if (player.isHeard != wasHeard || player.said != before) update();
 }
 
 void PlayerWatch::update()
 {
-    if (!begun_) begin();
-    publish();  // before any notification: whoever hears it polls at once, on another thread
-    if (begun_) {
-        for (auto& feed : feeds_)
-            if (const auto notification = feed.follow(directory_.picture(feed.kind()), now()))
-                post_(*notification);
+    for (auto& [kind, throttle] : throttles_) {
+        const auto snapshot = directory_.snapshot(kind);
+        if (throttle.admits(snapshot, now())) post_(notificationOf(kind, snapshot));
     }
     setTimer();
-    answerWaiting();
-}
-
-void PlayerWatch::begin()
-{
-    begun_ = unownedNames_ == 0 &&
-             std::ranges::all_of(allPlayerKinds, [this](auto kind) { return directory_.isKnown(kind); });
-    if (!begun_) return;
-    if (std::ranges::none_of(allPlayerKinds, [this](auto kind) { return directory_.chosen(kind); }))
-        logger_.error({{"No music player runs yet: the DJ waits for one that speaks MPRIS"}});
-    for (auto& feed : feeds_) feed.begin(directory_.picture(feed.kind()));
 }
 
 void PlayerWatch::setTimer()
 {
     auto next = directory_.deadline();
-    for (const auto& feed : feeds_)
-        if (feed.deadline() && (!next || *feed.deadline() < *next)) next = feed.deadline();
+    for (const auto& [kind, throttle] : throttles_)
+        if (throttle.deadline() && (!next || *throttle.deadline() < *next)) next = throttle.deadline();
     if (!next) {
         timer_.stop();
         return;
     }
     timer_.start(
         std::max(std::chrono::ceil<std::chrono::milliseconds>(*next - now()), std::chrono::milliseconds(0)));
-}
-
-void PlayerWatch::answerWaiting()
-{
-    if (!begun_ || waiting_.empty()) return;
-    const auto waiting = std::exchange(waiting_, {});
-    for (const auto& each : waiting) poll(each.kind, each.answer);
-}
-
-void PlayerWatch::publish()
-{
-    for (const auto kind : allPlayerKinds) board_.put(kind, known(kind));
-}
-
-std::optional<PollBoard::Known> PlayerWatch::known(PlayerKind kind) const
-{
-    if (!begun_ || !directory_.isKnown(kind)) return std::nullopt;
-    const auto* player = directory_.chosen(kind);
-    if (player == nullptr) return PollBoard::Known{std::nullopt, Time::max()};
-    if (!player->tellsTracks) return std::nullopt;
-    return PollBoard::Known{player->settler.picture(), player->answered + trust};
 }
 
 }  // namespace sonvara

@@ -1,4 +1,4 @@
-#include "platform/linux/players/Settler.h"
+#include "platform/linux/players/Debounce.h"
 
 #include <gtest/gtest.h>
 
@@ -8,21 +8,21 @@ namespace {
 using namespace std::chrono_literals;
 
 // One player in virtual time: `says` is a message at the present moment, `passes` lets time go by
-// and wakes the settler when it asked for it.
-class SettlerTest : public testing::Test {
+// and wakes the debounce when it asked for it.
+class DebounceTest : public testing::Test {
 protected:
     void says(std::optional<PlaybackStatus> status, std::optional<Track> track = std::nullopt)
     {
         merge(said_, {status, std::move(track)});
-        settler_.observe(said_, now_);
+        debounce_.observe(said_, now_);
         note();
     }
     void passes(std::chrono::milliseconds time)
     {
         const auto end = now_ + time;
-        while (settler_.deadline() && *settler_.deadline() <= end) {
-            now_ = *settler_.deadline();
-            settler_.expire(now_);
+        while (debounce_.deadline() && *debounce_.deadline() <= end) {
+            now_ = *debounce_.deadline();
+            debounce_.expire(now_);
             note();
         }
         now_ = end;
@@ -39,13 +39,13 @@ protected:
     static constexpr auto playing = PlaybackStatus::playing;
     static constexpr auto paused = PlaybackStatus::paused;
     static constexpr auto stopped = PlaybackStatus::stopped;
-    Settler settler_;
+    Debounce debounce_;
 
 private:
     void note()
     {
-        if (settler_.picture() == last_) return;
-        last_ = settler_.picture();
+        if (debounce_.snapshot() == last_) return;
+        last_ = debounce_.snapshot();
         told_.push_back((last_.status == playing  ? "plays "
                          : last_.status == paused ? "paused "
                                                   : "stopped ") +
@@ -54,23 +54,23 @@ private:
 
     Time now_{};
     PlayerState said_;
-    Picture last_;
+    PlayerSnapshot last_;
     std::vector<std::string> told_;
 };
 
 using Told = std::vector<std::string>;
 
-TEST_F(SettlerTest, ACompleteTrackThatPlaysIsToldWithoutDelay)
+TEST_F(DebounceTest, ACompleteTrackThatPlaysIsToldWithoutDelay)
 {
     says(playing, song("One"));
     EXPECT_EQ(told(), Told{"plays One/Artist"});
-    EXPECT_FALSE(settler_.deadline());
+    EXPECT_FALSE(debounce_.deadline());
     says(std::nullopt, song("Two"));
     EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
-    EXPECT_FALSE(settler_.deadline());
+    EXPECT_FALSE(debounce_.deadline());
 }
 
-TEST_F(SettlerTest, AnIncompleteTrackWaitsForItsTags)
+TEST_F(DebounceTest, AnIncompleteTrackWaitsForItsTags)
 {
     says(playing, song("One"));
     says(std::nullopt, song("two.mp3", ""));
@@ -80,19 +80,17 @@ TEST_F(SettlerTest, AnIncompleteTrackWaitsForItsTags)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
 }
 
-TEST_F(SettlerTest, ATrackThatStaysIncompleteIsToldAfter300Milliseconds)
+TEST_F(DebounceTest, ATrackThatStaysIncompleteIsToldAfter300Milliseconds)
 {
     says(playing, song("stream", ""));
     passes(299ms);
     EXPECT_EQ(told(), Told{});
-    EXPECT_FALSE(settler_.hasSettled());
     passes(1ms);
     EXPECT_EQ(told(), Told{"plays stream/"});
-    EXPECT_TRUE(settler_.hasSettled());
-    EXPECT_FALSE(settler_.deadline());
+    EXPECT_FALSE(debounce_.deadline());
 }
 
-TEST_F(SettlerTest, RepeatingAnIncompleteTrackDoesNotProlongTheWait)
+TEST_F(DebounceTest, RepeatingAnIncompleteTrackDoesNotProlongTheWait)
 {
     says(playing, song("stream", ""));
     for (int i = 0; i < 3; ++i) {
@@ -103,7 +101,7 @@ TEST_F(SettlerTest, RepeatingAnIncompleteTrackDoesNotProlongTheWait)
     EXPECT_EQ(told(), Told{"plays stream/"});
 }
 
-TEST_F(SettlerTest, AnotherIncompleteTrackHasItsOwnTime)
+TEST_F(DebounceTest, AnotherIncompleteTrackHasItsOwnTime)
 {
     says(playing, song("one.mp3", ""));
     passes(200ms);
@@ -114,7 +112,7 @@ TEST_F(SettlerTest, AnotherIncompleteTrackHasItsOwnTime)
     EXPECT_EQ(told(), Told{"plays Two/Artist"});
 }
 
-TEST_F(SettlerTest, ATitleThatScrollsIsToldAfterASecond)
+TEST_F(DebounceTest, ATitleThatScrollsIsToldAfterASecond)
 {
     says(playing, song("title 0", ""));
     for (int i = 1; i <= 10; ++i) {
@@ -124,7 +122,7 @@ TEST_F(SettlerTest, ATitleThatScrollsIsToldAfterASecond)
     EXPECT_EQ(told(), Told{"plays title 9/"});
 }
 
-TEST_F(SettlerTest, AStopBetweenTwoTracksIsNoStop)
+TEST_F(DebounceTest, AStopBetweenTwoTracksIsNoStop)
 {
     says(playing, song("One"));
     says(stopped);
@@ -134,7 +132,7 @@ TEST_F(SettlerTest, AStopBetweenTwoTracksIsNoStop)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
 }
 
-TEST_F(SettlerTest, AStopThatLastsIsAStop)
+TEST_F(DebounceTest, AStopThatLastsIsAStop)
 {
     says(playing, song("One"));
     says(stopped);
@@ -145,7 +143,7 @@ TEST_F(SettlerTest, AStopThatLastsIsAStop)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "stopped /"}));
 }
 
-TEST_F(SettlerTest, APauseAtATrackChangeIsNoPause)
+TEST_F(DebounceTest, APauseAtATrackChangeIsNoPause)
 {
     says(playing, song("One"));
     says(paused);
@@ -161,7 +159,7 @@ TEST_F(SettlerTest, APauseAtATrackChangeIsNoPause)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
 }
 
-TEST_F(SettlerTest, APauseThatLastsIsAPauseAndItsEndIsToldAtOnce)
+TEST_F(DebounceTest, APauseThatLastsIsAPauseAndItsEndIsToldAtOnce)
 {
     says(playing, song("One"));
     says(paused);
@@ -170,7 +168,7 @@ TEST_F(SettlerTest, APauseThatLastsIsAPauseAndItsEndIsToldAtOnce)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "paused One/Artist", "plays One/Artist"}));
 }
 
-TEST_F(SettlerTest, AGapFollowedByAnIncompleteTrackGivesTheTagsTheirTime)
+TEST_F(DebounceTest, AGapFollowedByAnIncompleteTrackGivesTheTagsTheirTime)
 {
     says(playing, song("One"));
     says(stopped);
@@ -182,21 +180,20 @@ TEST_F(SettlerTest, AGapFollowedByAnIncompleteTrackGivesTheTagsTheirTime)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
 }
 
-TEST_F(SettlerTest, APausedTrackIsToldAtOnceWhenNothingPlayed)
+TEST_F(DebounceTest, APausedTrackIsToldAtOnceWhenNothingPlayed)
 {
     says(paused, song("One"));
     EXPECT_EQ(told(), Told{"paused One/Artist"});
 }
 
-TEST_F(SettlerTest, AnEmptyPlayerIsSettledAtOnce)
+TEST_F(DebounceTest, AnEmptyPlayerIsToldAtOnce)
 {
     says(stopped);
-    EXPECT_TRUE(settler_.hasSettled());
-    EXPECT_EQ(settler_.picture(), Picture{});
-    EXPECT_FALSE(settler_.deadline());
+    EXPECT_EQ(debounce_.snapshot(), PlayerSnapshot{});
+    EXPECT_FALSE(debounce_.deadline());
 }
 
-TEST_F(SettlerTest, AnAdvertisementEndsTheTrack)
+TEST_F(DebounceTest, AnAdvertisementEndsTheTrack)
 {
     says(playing, song("One"));
     auto advertisement = song("Buy this");
