@@ -5,7 +5,7 @@
 namespace sonvara {
 namespace {
 
-constexpr std::string_view separator = "||";
+constexpr std::string_view fieldSeparator = "||";
 constexpr std::string_view tell = "tell application \"";
 constexpr std::string_view readVolume = "\" to get sound volume";
 constexpr std::string_view setVolume = "\" to set sound volume to ";
@@ -70,14 +70,14 @@ std::string poll::write(const Track& track)
     const auto truth = [](bool value) { return value ? "true" : "false"; };
     auto answer = track.title;
     for (const auto& field : {track.artist, track.album, std::string(truth(track.isPlaying))})
-        answer.append(separator).append(field);
-    if (track.isLoved) answer.append(separator).append(truth(*track.isLoved));
+        answer.append(fieldSeparator).append(field);
+    if (track.isLoved) answer.append(fieldSeparator).append(truth(*track.isLoved));
     return answer;
 }
 
 std::optional<poll::Track> poll::read(std::string_view answer, std::size_t fields)
 {
-    const auto parts = text::split(answer, separator);
+    const auto parts = text::split(answer, fieldSeparator);
     if (parts.size() < fields) return std::nullopt;
     const auto field = [&parts](std::size_t i) { return std::string(text::trim(parts[i])); };
     Track track{field(0), field(1), field(2), field(3) == "true", std::nullopt};
