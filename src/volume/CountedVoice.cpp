@@ -41,11 +41,11 @@ private:
 };
 
 CountedVoice::CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& keeper)
-    : voice_(voice),
+    : voice_(&voice),
       keeper_(keeper),
       endings_(std::make_shared<Endings>(mainQueue, keeper))
 {
-    voice_.setDelegate(endings_);
+    voice_->setDelegate(endings_);
 }
 
 void CountedVoice::setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate)
@@ -55,8 +55,24 @@ void CountedVoice::setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate
 
 void CountedVoice::speak(SpeechUtterance utterance)
 {
+    if (voice_ == nullptr) return;
     keeper_.lineBegan();
-    voice_.speak(std::move(utterance));
+    voice_->speak(std::move(utterance));
+}
+
+void CountedVoice::stopSpeaking()
+{
+    if (voice_ != nullptr) voice_->stopSpeaking();
+}
+
+std::string CountedVoice::currentLanguageCode() const
+{
+    return voice_ == nullptr ? std::string() : voice_->currentLanguageCode();
+}
+
+std::optional<SpeechVoice> CountedVoice::voiceForLanguage(const std::string& code) const
+{
+    return voice_ == nullptr ? std::nullopt : voice_->voiceForLanguage(code);
 }
 
 }  // namespace sonvara

@@ -13,22 +13,22 @@ class MainQueue;
 /// Passes everything on unchanged and at once, and counts. Main thread, as the voice.
 class CountedVoice final : public SpeechSynthesizer {
 public:
-    /// All must outlive the voice's last call.
+    /// All must outlive this, and `voice` the call of `close`.
     CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& keeper);
 
     void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate) override;
     void speak(SpeechUtterance utterance) override;
-    void stopSpeaking() override { voice_.stopSpeaking(); }
-    [[nodiscard]] std::string currentLanguageCode() const override { return voice_.currentLanguageCode(); }
-    [[nodiscard]] std::optional<SpeechVoice> voiceForLanguage(const std::string& code) const override
-    {
-        return voice_.voiceForLanguage(code);
-    }
+    void stopSpeaking() override;
+    [[nodiscard]] std::string currentLanguageCode() const override;
+    [[nodiscard]] std::optional<SpeechVoice> voiceForLanguage(const std::string& code) const override;
+
+    /// From now on nothing is spoken, and the voice may go. Tasks that the core had posted may still come to this.
+    void close() { voice_ = nullptr; }
 
 private:
     class Endings;
 
-    SpeechSynthesizer& voice_;
+    SpeechSynthesizer* voice_;  ///< null once closed
     LoweredPlayers& keeper_;
     std::shared_ptr<Endings> endings_;
 };

@@ -25,6 +25,7 @@ VolumeGuard::VolumeGuard(const Below& below)
 void VolumeGuard::end()
 {
     scripts_.close();
+    voice_.close();
     players_.end();
 }
 

@@ -40,7 +40,7 @@ public:
     /// To be told what the players do.
     [[nodiscard]] LoweredPlayers& players() { return players_; }
 
-    /// See `LoweredPlayers::end`. Reads end as failed from now on.
+    /// See `LoweredPlayers::end`. From now on reads end as failed and nothing is spoken, so that the voice may go.
     void end();
     /// Waits for the disk for `limit` at most. False: it hangs, and so would the end of this object.
     [[nodiscard]] bool finish(std::chrono::milliseconds limit) { return writer_.finish(limit); }

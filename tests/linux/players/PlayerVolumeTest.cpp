@@ -419,6 +419,20 @@ TEST_F(PlayerVolumeTest, DoesNotWaitForASlowDisk)
     guard = nullptr;
 }
 
+TEST_F(PlayerVolumeTest, TheVoiceMayGoWhenTheProgramEndsAlthoughTheCoreStillHasTasks)
+{
+    const auto player = makePlaying("rhythmbox");
+    say();
+    EXPECT_EQ(voice.lines, 1);
+    guard->end();
+    auto& heard = guard->voice();
+    heard.speak({"A line after the end", std::nullopt});
+    heard.stopSpeaking();
+    EXPECT_EQ(heard.currentLanguageCode(), "");
+    EXPECT_FALSE(heard.voiceForLanguage("de-DE"));
+    EXPECT_EQ(voice.lines, 1);
+}
+
 TEST_F(PlayerVolumeTest, ComesBackWhenTheProgramEnds)
 {
     const auto player = makePlaying("rhythmbox");
