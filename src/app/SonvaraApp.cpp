@@ -10,10 +10,11 @@ namespace sonvara {
 
 int SonvaraApp::main(Platform& platform)
 {
-    // Static: a worker that is still busy when the event loop has ended may write to the log.
-    static std::unique_ptr<DJLog> log;
-    log.reset();
-    log = DJLog::makeShared(platform.mainQueue, platform.clock);
+    // A worker that is still busy when the event loop has ended, or the process ends, may write to the log: so it
+    // stays until the next one is made, and nothing destroys it on the way out.
+    static DJLog* log = nullptr;
+    std::unique_ptr<DJLog>(log).reset();
+    log = DJLog::makeShared(platform.mainQueue, platform.clock).release();
     const auto delegate = std::make_shared<AppDelegate>(platform);
     platform.application.setDelegate(delegate);
     return platform.application.run();

@@ -24,9 +24,9 @@ std::optional<int> parseVolume(std::string_view digits)
 
 }  // namespace
 
-const std::string& musicPollScript()
+std::string musicPollScript()
 {
-    static const std::string script = R"(try
+    return R"(try
     tell application "Music"
         if it is running then
             set trackName to name of current track
@@ -42,12 +42,11 @@ const std::string& musicPollScript()
 on error
     return "error"
 end try)";
-    return script;
 }
 
-const std::string& spotifyPollScript()
+std::string spotifyPollScript()
 {
-    static const std::string script = R"(try
+    return R"(try
     tell application "Spotify"
         if it is running then
             set trackName to name of current track
@@ -62,7 +61,6 @@ const std::string& spotifyPollScript()
 on error
     return "error"
 end try)";
-    return script;
 }
 
 std::string poll::write(const Track& track)

@@ -18,10 +18,10 @@ inline constexpr const char* musicNotification = "com.apple.Music.playerInfo";
 inline constexpr const char* spotifyNotification = "com.spotify.client.PlaybackStateChanged";
 
 /// Asks Music what it plays.
-[[nodiscard]] const std::string& musicPollScript();
+[[nodiscard]] std::string musicPollScript();
 
 /// The same for Spotify, without the loved flag, which its tracks do not have.
-[[nodiscard]] const std::string& spotifyPollScript();
+[[nodiscard]] std::string spotifyPollScript();
 
 /// What a poll script answers: one of two words, or the fields of the track.
 namespace poll {

@@ -2,7 +2,7 @@
 
 #include "ports/LoginItem.h"
 
-#include <iostream>
+#include <cstdio>
 
 namespace sonvara {
 
@@ -20,7 +20,8 @@ void LaunchAtLoginHelper::toggle()
 {
     const auto error = isEnabled.get() ? loginItem_.unregisterItem() : loginItem_.registerItem();
     if (error) {
-        std::cout << "Failed to toggle launch at login: " << *error << '\n' << std::flush;
+        std::puts(("Failed to toggle launch at login: " + *error).c_str());
+        std::fflush(stdout);
         return;
     }
     isEnabled.set(!isEnabled.get());
