@@ -42,6 +42,25 @@ TEST(BundleTest, IsEntitledToSendAppleEvents)
     EXPECT_TRUE([[entitlements objectForKey:@"com.apple.security.automation.apple-events"] boolValue]);
 }
 
+TEST(BundleTest, LetsASecondUserOfTheMacStartIt)
+{
+    EXPECT_EQ([propertyList(INFO_PLIST) objectForKey:@"LSMultipleInstancesProhibited"], nil);
+}
+
+TEST(BundleTest, IconIsTheSameOnADarkMac)
+{
+    const test::TemporaryFolder folder;
+    const auto make = [&folder](const std::string& appearance) {
+        const std::string path = folder.file(appearance);
+        EXPECT_TRUE(runCommand("SONVARA_APPEARANCE=" + appearance + " " + ICON_MAKER + " '" + path + "'"));
+        std::ifstream file(path, std::ios::binary);
+        return std::string{std::istreambuf_iterator<char>(file), {}};
+    };
+    const auto light = make("light");
+    EXPECT_FALSE(light.empty());
+    EXPECT_TRUE(light == make("dark"));
+}
+
 TEST(BundleTest, IconHoldsEveryPictureInItsSize)
 {
     const test::TemporaryFolder folder;

@@ -1,4 +1,5 @@
 // sonvara_icon FILE  Writes the application's icon.
+#include "Appearance.h"
 #include "IcnsFile.h"
 #include "platform/macos/system/CocoaApplication.h"
 #include "platform/macos/windows/CocoaImage.h"
@@ -40,6 +41,7 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     const CocoaApplication application;
+    useLightAppearance();
     std::vector<std::string> pictures;
     for (const unsigned pixels : icnsSizes()) {
         pictures.push_back(picture(pixels));
