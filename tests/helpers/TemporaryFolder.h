@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>  // where macOS has mkdtemp
 
 namespace sonvara::test {
 
