@@ -1,6 +1,7 @@
 // The pure parts: the text of a line, its longest time, the language tag.
 #include "platform/linux/speech/LanguageTag.h"
 #include "platform/linux/speech/LineText.h"
+#include "support/SpeakingTime.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>

@@ -5,6 +5,7 @@
 #include "platform/linux/speech/SpeechdSession.h"
 #include "ports/SpeechSynthesizer.h"
 #include "ports/SystemLog.h"
+#include "support/SpeakingTime.h"
 
 #include <chrono>
 #include <deque>

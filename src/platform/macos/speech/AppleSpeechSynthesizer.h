@@ -1,15 +1,24 @@
 // The system's voice.
 #pragma once
 
+#include "platform/macos/speech/SpokenLines.h"
 #include "ports/SpeechSynthesizer.h"
+
+#include <memory>
 
 namespace sonvara {
 
-/// Keeps its own list of the utterances under way, so that each is reported as ended exactly once:
-/// the system is not known to report those that a stop took out of its queue.
+class GlobalQueue;
+class MainQueue;
+
+/// Which line it has, and when that has ended, is up to `SpokenLines`.
+///
+/// A voice takes its time to be looked up, so a worker does that, ahead: at the start, and again with every line, as
+/// the user may choose another one. Until then, and for every other language, there is none.
 class AppleSpeechSynthesizer final : public SpeechSynthesizer {
 public:
-    AppleSpeechSynthesizer();
+    /// Both must outlive this.
+    AppleSpeechSynthesizer(GlobalQueue& workers, MainQueue& mainQueue, const SpokenLines::Times& times = {});
     ~AppleSpeechSynthesizer() override;
 
     void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate) override;
@@ -20,7 +29,7 @@ public:
 
 private:
     struct Impl;
-    std::unique_ptr<Impl> impl_;
+    std::shared_ptr<Impl> impl_;
 };
 
 }  // namespace sonvara

@@ -2,77 +2,35 @@
 
 #import "platform/macos/system/ObjcPtr.h"
 #import "platform/macos/system/Strings.h"
+#include "ports/Queues.h"
 
 #import <AVFoundation/AVFoundation.h>
 
-#include <algorithm>
-#include <mutex>
 #include <utility>
-#include <vector>
 
 namespace sonvara {
 
 namespace {
 
-/// The utterances that have not ended yet. Any thread: the system reports ends on a thread of its own.
-class UtterancesUnderWay {
-public:
-    using Ending = void (SpeechSynthesizerDelegate::*)();
-
-    void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate)
-    {
-        const std::lock_guard lock(mutex_);
-        delegate_ = std::move(delegate);
-    }
-
-    void begin(ObjcPtr<AVSpeechUtterance> utterance)
-    {
-        const std::lock_guard lock(mutex_);
-        utterances_.push_back(std::move(utterance));
-    }
-
-    /// Reports the end of `utterance`, unless it has been reported before.
-    void end(AVSpeechUtterance* utterance, Ending ending)
-    {
-        std::unique_lock lock(mutex_);
-        const auto known = std::find_if(utterances_.begin(), utterances_.end(),
-                                        [utterance](const auto& other) { return other.get() == utterance; });
-        if (known == utterances_.end()) return;
-        utterances_.erase(known);
-        const auto delegate = delegate_.lock();
-        lock.unlock();
-        if (delegate != nullptr) ((*delegate).*ending)();
-    }
-
-    /// All of them, in order of speaking.
-    std::vector<ObjcPtr<AVSpeechUtterance>> list()
-    {
-        const std::lock_guard lock(mutex_);
-        return utterances_;
-    }
-
-private:
-    std::mutex mutex_;
-    std::weak_ptr<SpeechSynthesizerDelegate> delegate_;
-    std::vector<ObjcPtr<AVSpeechUtterance>> utterances_;  // alive, so that no address is used twice
-};
+/// Hears of an end on whichever thread the system reports it.
+using Ended = std::function<void(AVSpeechUtterance* utterance, SpokenLines::Ending ending)>;
 
 }  // namespace
 
 }  // namespace sonvara
 
 @interface SNVSpeechDelegate : NSObject <AVSpeechSynthesizerDelegate> {
-    std::shared_ptr<sonvara::UtterancesUnderWay> underWay_;
+    sonvara::Ended ended_;
 }
-- (instancetype)initWithUtterances:(std::shared_ptr<sonvara::UtterancesUnderWay>)underWay;
+- (instancetype)initWithHandler:(sonvara::Ended)ended;
 @end
 
 @implementation SNVSpeechDelegate
 
-- (instancetype)initWithUtterances:(std::shared_ptr<sonvara::UtterancesUnderWay>)underWay
+- (instancetype)initWithHandler:(sonvara::Ended)ended
 {
     self = [super init];
-    if (self != nil) underWay_ = std::move(underWay);
+    if (self != nil) ended_ = std::move(ended);
     return self;
 }
 
@@ -80,77 +38,139 @@ private:
     didFinishSpeechUtterance:(AVSpeechUtterance*)utterance
 {
     (void)synthesizer;
-    underWay_->end(utterance, &sonvara::SpeechSynthesizerDelegate::didFinish);
+    ended_(utterance, &sonvara::SpeechSynthesizerDelegate::didFinish);
 }
 
 - (void)speechSynthesizer:(AVSpeechSynthesizer*)synthesizer
     didCancelSpeechUtterance:(AVSpeechUtterance*)utterance
 {
     (void)synthesizer;
-    underWay_->end(utterance, &sonvara::SpeechSynthesizerDelegate::didCancel);
+    ended_(utterance, &sonvara::SpeechSynthesizerDelegate::didCancel);
 }
 
 @end
 
 namespace sonvara {
 
-struct AppleSpeechSynthesizer::Impl {
-    std::shared_ptr<UtterancesUnderWay> underWay = std::make_shared<UtterancesUnderWay>();
-    // The synthesizer holds its delegate weakly.
-    ObjcPtr<SNVSpeechDelegate> delegate =
-        ObjcPtr<SNVSpeechDelegate>::adopt([[SNVSpeechDelegate alloc] initWithUtterances:underWay]);
+namespace {
+
+/// The voice of the current language, as it was looked up last.
+struct KnownVoice {
+    std::string language;
+    ObjcPtr<AVSpeechSynthesisVoice> voice;  // none: there is none for the language
+};
+
+KnownVoice lookUpVoice()
+{
+    NSString* language = [AVSpeechSynthesisVoice currentLanguageCode];
+    return {toString(language),
+            ObjcPtr<AVSpeechSynthesisVoice>::share([AVSpeechSynthesisVoice voiceWithLanguage:language])};
+}
+
+}  // namespace
+
+struct AppleSpeechSynthesizer::Impl final : LineSpeaker, std::enable_shared_from_this<Impl> {
+    Impl(GlobalQueue& queue, MainQueue& main) : workers(queue), mainQueue(main) {}
+    ~Impl() override { [synthesizer.get() setDelegate:nil]; }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+
+    void start(const SpokenLines::Times& times)
+    {
+        lines = std::make_shared<SpokenLines>(
+            *this,
+            [this](std::chrono::milliseconds delay, std::function<void()> task) {
+                (void)workers.postAfter(QualityOfService::userInitiated, delay,
+                                        [&main = mainQueue, task = std::move(task)] { main.post(task); });
+            },
+            times);
+        delegate =
+            ObjcPtr<SNVSpeechDelegate>::adopt([[SNVSpeechDelegate alloc] initWithHandler:endedLater()]);
+        [synthesizer.get() setDelegate:delegate.get()];
+        refreshVoice();
+    }
+
+    void speak(LineNumber next, const SpeechUtterance& utterance) override
+    {
+        number = next;
+        current = ObjcPtr<AVSpeechUtterance>::adopt(
+            [[AVSpeechUtterance alloc] initWithString:toNSString(utterance.line)]);
+        if (utterance.voice && known.voice && utterance.voice->identifier == identifier())
+            [current.get() setVoice:known.voice.get()];
+        [current.get() setRate:static_cast<float>(utterance.rate)];
+        [synthesizer.get() speakUtterance:current.get()];
+    }
+
+    void cut() override { [synthesizer.get() stopSpeakingAtBoundary:AVSpeechBoundaryImmediate]; }
+
+    void refreshVoice()
+    {
+        workers.post(QualityOfService::userInitiated, [weak = weak_from_this(), &main = mainQueue] {
+            main.post([weak, found = lookUpVoice()] {
+                if (const auto alive = weak.lock()) alive->known = found;
+            });
+        });
+    }
+
+    /// Hands a report over to the main thread, with the utterance alive.
+    Ended endedLater()
+    {
+        return [weak = weak_from_this(), &main = mainQueue](AVSpeechUtterance* utterance,
+                                                            SpokenLines::Ending ending) {
+            main.post([weak, ending, ended = ObjcPtr<AVSpeechUtterance>::share(utterance)] {
+                const auto impl = weak.lock();
+                if (impl && impl->current.get() == ended.get()) impl->lines->ended(impl->number, ending);
+            });
+        };
+    }
+
+    [[nodiscard]] std::string identifier() const { return toString([known.voice.get() identifier]); }
+
+    GlobalQueue& workers;
+    MainQueue& mainQueue;
+    KnownVoice known;
+    LineNumber number = 0;
+    ObjcPtr<AVSpeechUtterance> current;   // alive, so that no other one has its address
+    std::shared_ptr<SpokenLines> lines;   // of which this is the speaker
+    ObjcPtr<SNVSpeechDelegate> delegate;  // which the synthesizer holds weakly
     ObjcPtr<AVSpeechSynthesizer> synthesizer =
         ObjcPtr<AVSpeechSynthesizer>::adopt([[AVSpeechSynthesizer alloc] init]);
 };
 
-AppleSpeechSynthesizer::AppleSpeechSynthesizer() : impl_(std::make_unique<Impl>())
+AppleSpeechSynthesizer::AppleSpeechSynthesizer(GlobalQueue& workers, MainQueue& mainQueue,
+                                               const SpokenLines::Times& times)
+    : impl_(std::make_shared<Impl>(workers, mainQueue))
 {
-    [impl_->synthesizer.get() setDelegate:impl_->delegate.get()];
+    impl_->start(times);
 }
 
-AppleSpeechSynthesizer::~AppleSpeechSynthesizer()
-{
-    [impl_->synthesizer.get() setDelegate:nil];
-}
+AppleSpeechSynthesizer::~AppleSpeechSynthesizer() = default;
 
 void AppleSpeechSynthesizer::setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate)
 {
-    impl_->underWay->setDelegate(std::move(delegate));
+    impl_->lines->setDelegate(std::move(delegate));
 }
 
 void AppleSpeechSynthesizer::speak(SpeechUtterance utterance)
 {
-    const auto spoken = ObjcPtr<AVSpeechUtterance>::adopt(
-        [[AVSpeechUtterance alloc] initWithString:toNSString(utterance.line)]);
-    if (utterance.voice) {
-        [spoken.get()
-            setVoice:[AVSpeechSynthesisVoice voiceWithIdentifier:toNSString(utterance.voice->identifier)]];
-    }
-    [spoken.get() setRate:static_cast<float>(utterance.rate)];
-    impl_->underWay->begin(spoken);
-    [impl_->synthesizer.get() speakUtterance:spoken.get()];
+    impl_->lines->speak(std::move(utterance));
+    impl_->refreshVoice();
 }
 
-// The system's own reports of the cancels may come before, during or after this, or not at all.
 void AppleSpeechSynthesizer::stopSpeaking()
 {
-    const auto stopped = impl_->underWay->list();
-    [impl_->synthesizer.get() stopSpeakingAtBoundary:AVSpeechBoundaryImmediate];
-    for (const auto& utterance : stopped) {
-        impl_->underWay->end(utterance.get(), &SpeechSynthesizerDelegate::didCancel);
-    }
+    impl_->lines->stop();
 }
 
 std::string AppleSpeechSynthesizer::currentLanguageCode() const
 {
-    return toString([AVSpeechSynthesisVoice currentLanguageCode]);
+    return impl_->known.language;
 }
 
 std::optional<SpeechVoice> AppleSpeechSynthesizer::voiceForLanguage(const std::string& code) const
 {
-    AVSpeechSynthesisVoice* voice = [AVSpeechSynthesisVoice voiceWithLanguage:toNSString(code)];
-    if (voice == nil) return std::nullopt;
-    return SpeechVoice{toString([voice identifier])};
+    if (!impl_->known.voice || code != impl_->known.language) return std::nullopt;
+    return SpeechVoice{impl_->identifier()};
 }
 
 }  // namespace sonvara
