@@ -56,3 +56,9 @@ endfunction()
 add_macos_test(macos_test private-session ${macos_tests}/macos/macos_test)
 add_macos_test(macos_stand_in_test private-session ${macos_tests}/stand_in_test)
 add_macos_test(macos_app_test each-in-its-own-process ${macos_tests}/app_test SettingsTest)
+
+if(NOT SONVARA_SANITIZE)
+  add_test(NAME macos_no_destructors_test
+    COMMAND python3 -B ${CMAKE_CURRENT_SOURCE_DIR}/tools/no_destructors_test.py ${macos_tests}/adapters/libsonvara_macos.a)
+  set_tests_properties(macos_no_destructors_test PROPERTIES LABELS macos TIMEOUT 120)
+endif()

@@ -146,6 +146,22 @@ void pressEscape(const std::string& place)
     [windowAt(place) cancelOperation:nil];
 }
 
+void pressCommand(const std::string& title, const std::string& key)
+{
+    NSWindow* window = windowAt(title);
+    [window makeKeyWindow];
+    [NSApp sendEvent:[NSEvent keyEventWithType:NSEventTypeKeyDown
+                                            location:NSZeroPoint
+                                       modifierFlags:NSEventModifierFlagCommand
+                                           timestamp:0
+                                        windowNumber:[window windowNumber]
+                                             context:nil
+                                          characters:toNSString(key)
+                         charactersIgnoringModifiers:toNSString(key)
+                                           isARepeat:NO
+                                             keyCode:0]];
+}
+
 std::vector<std::string> texts(const std::string& place)
 {
     std::vector<std::string> found;
@@ -179,6 +195,11 @@ double placeInSight(const std::string& place, const std::string& text)
     NSScrollView* scroll = [label enclosingScrollView];
     const NSRect inDocument = [label convertRect:[label bounds] toView:[scroll documentView]];
     return NSMinY(inDocument) - NSMinY([scroll documentVisibleRect]);
+}
+
+void select(const std::string& place, const std::string& text)
+{
+    [windowAt(place) makeFirstResponder:labelAt(place, text)];
 }
 
 bool isSelectable(const std::string& place, const std::string& text)

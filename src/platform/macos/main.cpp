@@ -1,7 +1,9 @@
 // The program on macOS: one implementation of each port.
 #include "app/SonvaraApp.h"
-#include "platform/macos/players/AppleScriptRunner.h"
+#include "platform/macos/players/AppleScriptComponent.h"
 #include "platform/macos/players/DistributedNotificationCenter.h"
+#include "platform/macos/players/PlayingWatch.h"
+#include "platform/macos/players/ScriptLanes.h"
 #include "platform/macos/players/ScriptVolumes.h"
 #include "platform/macos/speech/AppleSpeechSynthesizer.h"
 #include "platform/macos/system/CocoaApplication.h"
@@ -9,8 +11,10 @@
 #include "platform/macos/system/CocoaUserDefaults.h"
 #include "platform/macos/system/DispatchGlobalQueue.h"
 #include "platform/macos/system/DispatchMainQueue.h"
+#include "platform/macos/system/DispatchSerialQueue.h"
 #include "platform/macos/system/ServiceLoginItem.h"
 #include "platform/macos/system/UnifiedLog.h"
+#include "platform/macos/system/Wakefulness.h"
 #include "platform/macos/windows/CocoaImage.h"
 #include "platform/macos/windows/CocoaStatusBar.h"
 #include "platform/macos/windows/CocoaWindows.h"
@@ -22,9 +26,27 @@
 #include "ports/Platform.h"
 
 #include <chrono>
-#include <optional>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <utility>
 
 using namespace sonvara;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A worker that reads a volume: two scripts, one of which gives the player two seconds.
+constexpr auto readLimit = 2500ms;
+
+ScriptLanes::Post makeThread(const std::string& player)
+{
+    const auto queue = std::make_shared<DispatchSerialQueue>(SONVARA_IDENTIFIER ".scripts." + player);
+    return [queue](Task task) { queue->post(std::move(task)); };
+}
+
+}  // namespace
 
 int main()
 {
@@ -36,20 +58,23 @@ int main()
     PosixEnvironment environment;
     PosixFileManager fileManager;
     PosixProcessLauncher processLauncher;
-    AppleScriptRunner scripts;
-    ScriptVolumes players(scripts, globalQueue, mainQueue);
+    AppleScriptComponent component;
+    ScriptLanes scripts(component, makeThread);
+    ScriptVolumes players(scripts, mainQueue);
+    Wakefulness wakefulness;
+    PlayingWatch polls(scripts, [&wakefulness](bool isAnyPlaying) { wakefulness.hold(isAnyPlaying); });
     PosixNoteStore loweredPlayers(supportFile("lowered-players"));
     DistributedNotificationCenter notificationCenter;
-    AppleSpeechSynthesizer speech;
+    AppleSpeechSynthesizer speech(globalQueue, mainQueue);
     VolumeGuard volume({
         .players = players,
-        .otherScripts = scripts,
+        .otherScripts = polls,
         .voice = speech,
         .mainQueue = mainQueue,
         .workers = globalQueue,
         .clock = clock,
         .notes = loweredPlayers,
-        .readLimit = std::nullopt,  // a read may wait for the user's consent, for as long as that takes
+        .readLimit = readLimit,
     });
     players.reportTo(volume.players());
     CocoaUserDefaults userDefaults;
@@ -83,8 +108,11 @@ int main()
         processLauncher.terminateAll();
         volume.end();
         // What has not been done by then is put right by its note, at the next start.
-        (void)players.finish(std::chrono::milliseconds(500));
-        (void)volume.finish(std::chrono::milliseconds(200));
+        (void)scripts.finish(500ms);
+        (void)volume.finish(200ms);
+        userDefaults.synchronize();
+        // Workers that are still busy use all of this, so nothing of it may be destroyed.
+        ::_exit(EXIT_SUCCESS);
     });
     return SonvaraApp::main(platform);
 }

@@ -8,7 +8,6 @@
 
 #include <chrono>
 #include <memory>
-#include <optional>
 
 namespace sonvara {
 
@@ -28,7 +27,7 @@ public:
         GlobalQueue& workers;
         const Clock& clock;
         NoteStore& notes;
-        std::optional<std::chrono::milliseconds> readLimit;  ///< of a worker that reads a volume
+        std::chrono::milliseconds readLimit;  ///< of a worker that reads a volume
     };
 
     /// Reads the notes of the process before.

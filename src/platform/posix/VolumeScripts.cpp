@@ -35,10 +35,7 @@ ScriptResult VolumeScripts::read(const std::string& player)
     });
     std::unique_lock lock(mutex_);
     const auto isDone = [&] { return answer->hasCome || isClosed_; };
-    if (limit_)
-        changed_.wait_for(lock, *limit_, isDone);
-    else
-        changed_.wait(lock, isDone);
+    changed_.wait_for(lock, limit_, isDone);
     if (!answer->reading) return ScriptResult::ofError(player + " tells no volume");
     readings_[std::this_thread::get_id()] = *answer->reading;
     const int percent = answer->reading->percent();

@@ -25,9 +25,9 @@ struct VolumeCommand;
 /// not wait.
 class VolumeScripts final : public ScriptRunner {
 public:
-    /// Reads end as failed after `limit`, if there is one. All references must outlive this.
+    /// Reads end as failed after `limit`. All references must outlive this.
     VolumeScripts(ScriptRunner& others, MainQueue& mainQueue, LoweredPlayers& keeper,
-                  std::optional<std::chrono::milliseconds> limit)
+                  std::chrono::milliseconds limit)
         : others_(others),
           mainQueue_(mainQueue),
           keeper_(keeper),
@@ -51,7 +51,7 @@ private:
     ScriptRunner& others_;
     MainQueue& mainQueue_;
     LoweredPlayers& keeper_;
-    std::optional<std::chrono::milliseconds> limit_;
+    std::chrono::milliseconds limit_;
     std::mutex mutex_;  ///< guards the rest, and all answers
     std::condition_variable changed_;
     std::map<std::thread::id, LoweredPlayers::Reading> readings_;  ///< which no set has followed yet

@@ -90,6 +90,49 @@ TEST_F(AnnouncementTest, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged
     EXPECT_EQ(standins::spokenLines().size(), 1U);
 }
 
+TEST_F(AnnouncementTest, WithoutSpotifyOnTheMacAsksNobodyWhereItIs)
+{
+    standins::setInstalled({"Music"});
+    start();
+    players_.set("Music", {true, true, "A Song", "An Artist", "An Album"});
+    EXPECT_NE(lines(1).at(0).line.find("A Song"), std::string::npos);
+    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+}
+
+// Its poll always ends as an error in the terms of the old one.
+TEST_F(AnnouncementTest, OfAMusicFromMacOS14OnIsFoundByThePoll)
+{
+    players_.haveNewMusic();
+    players_.set("Music", {true, true, "A Song", "An Artist", "An Album"});
+    launch();
+    EXPECT_NE(lines(1).at(0).line.find("A Song"), std::string::npos);
+}
+
+TEST_F(AnnouncementTest, IsSpokenWhileTheUserIsBeingAskedForConsent)
+{
+    standins::setVoices({.finishesAtOnce = false});
+    standins::openConsentQuestion("Music");
+    start();
+    spotifyPlays("A Song");
+    EXPECT_EQ(lines(1).size(), 1U);
+    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }))
+        << "Spotify's consent is there";
+    letTheDuckBeRecorded("A Song");
+    standins::finishLine();
+    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+    standins::answerConsentQuestion();
+}
+
+TEST_F(AnnouncementTest, KeepsTheProgramAwakeAsLongAsAPlayerPlays)
+{
+    launch();
+    EXPECT_FALSE(standins::isKeptAwake());
+    spotifyPlays("A Song");
+    EXPECT_TRUE(eventually(standins::isKeptAwake));
+    spotifyPauses("A Song");
+    EXPECT_TRUE(eventually([] { return !standins::isKeptAwake(); }));
+}
+
 TEST_F(AnnouncementTest, WithoutAVoiceIsSpokenByTheDefaultVoice)
 {
     standins::setVoices({.languages = {}});
@@ -100,7 +143,7 @@ TEST_F(AnnouncementTest, WithoutAVoiceIsSpokenByTheDefaultVoice)
 
 TEST_F(AnnouncementTest, IsCutByAPauseAndTheVolumeReturns)
 {
-    standins::setVoices({.finishesAtOnce = false, .cancelReports = standins::CancelReports::none});
+    standins::setVoices({.finishesAtOnce = false, .cutReport = standins::CutReport::none});
     launch();
     spotifyPlays("A Song");
     (void)lines(1);

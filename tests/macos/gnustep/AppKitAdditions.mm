@@ -12,6 +12,7 @@ namespace {
 
 std::mutex mutex;
 std::set<const void*> templates;
+std::set<const void*> letsQuit;  // windows that do not keep the application from terminating
 
 }  // namespace
 
@@ -154,6 +155,22 @@ NSString* const NSFontTextStyleCaption1 = @"caption1";
 @end
 
 @implementation NSWindow (AppleAdditions)
+
+- (void)setPreventsApplicationTerminationWhenModal:(BOOL)prevents
+{
+    const std::lock_guard lock(mutex);
+    if (prevents) {
+        letsQuit.erase(self);
+    } else {
+        letsQuit.insert(self);
+    }
+}
+
+- (BOOL)preventsApplicationTerminationWhenModal
+{
+    const std::lock_guard lock(mutex);
+    return letsQuit.contains(self) ? NO : YES;
+}
 
 - (void)beginSheet:(NSWindow*)sheet completionHandler:(std::nullptr_t)handler
 {

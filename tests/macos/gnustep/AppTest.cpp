@@ -12,9 +12,11 @@
 #include <iostream>
 #include <thread>
 
-// The linker puts the second one in the place of the program's main function, which is the first one then.
+// The linker puts the second one in the place of the program's main function, which is the first one then, and the last
+// one in the place of the function by which the program ends its process.
 extern "C" int __real_main();
 extern "C" int __wrap_main(int argc, char** argv);
+extern "C" [[noreturn]] void __wrap__exit(int status);
 
 namespace sonvara::test {
 
@@ -25,12 +27,19 @@ std::promise<void> runs;
 std::atomic<bool> expectsQuit = false;
 std::function<void()> atExit;
 
-// Called when the program ends the process. A test that has ended calls _Exit and does not come here.
-void checkExit()
+// A test that has ended calls _Exit and does not come here.
+[[noreturn]] void endOfProcess(bool isExpected)
 {
     if (atExit) atExit();
-    if (!expectsQuit) std::cerr << "The program has ended the process on its own." << std::endl;
-    std::_Exit(expectsQuit && !testing::Test::HasFailure() ? EXIT_SUCCESS : EXIT_FAILURE);
+    if (!isExpected) std::cerr << "The program has ended the process on its own." << std::endl;
+    std::_Exit(isExpected && !testing::Test::HasFailure() ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+// By this way out, destructors would run beside the workers.
+void rejectExit()
+{
+    std::cerr << "The program leaves by exit." << std::endl;
+    endOfProcess(false);
 }
 
 }  // namespace
@@ -44,7 +53,7 @@ void AppTest::prepare()
 int AppTest::runProgram()
 {
     launched.get_future().wait();
-    std::atexit(checkExit);
+    std::atexit(rejectExit);
     return __real_main();
 }
 
@@ -81,19 +90,28 @@ void AppTest::openSettings()
     ASSERT_TRUE(eventually([] { return probe::isShown("Sonvara Settings"); }));
 }
 
-void AppTest::quit(std::function<void()> check)
+void AppTest::chooseQuit()
+{
+    (void)probe::chooseFromStatusMenu("Quit Sonvara");
+}
+
+void AppTest::quit(std::function<void()> check, const std::function<void()>& ask)
 {
     atExit = std::move(check);
     EXPECT_EQ(standins::takeViolations(), std::vector<std::string>());
     expectsQuit = true;
-    standins::allowScriptsOnMainThread();
-    (void)probe::chooseFromStatusMenu("Quit Sonvara");
+    ask();
     std::promise<void>().get_future().wait_for(std::chrono::seconds(20));  // the process ends meanwhile
     std::cerr << "Quit did not end the program." << std::endl;
     std::_Exit(EXIT_FAILURE);
 }
 
 }  // namespace sonvara::test
+
+void __wrap__exit(int status)
+{
+    sonvara::test::endOfProcess(sonvara::test::expectsQuit && status == EXIT_SUCCESS);
+}
 
 int __wrap_main(int argc, char** argv)
 {

@@ -32,9 +32,11 @@ protected:
     /// Chooses "Settings..." and waits for the window.
     static void openSettings();
 
-    /// Chooses "Quit Sonvara" and waits for the end of the process, where `check` is called: does not
-    /// return. Any other end of the process while a test runs is a failure.
-    [[noreturn]] static void quit(std::function<void()> check = {});
+    /// Asks the program to quit, unless told otherwise by choosing "Quit Sonvara", and waits for the end of the process,
+    /// where `check` is called: does not return. Any other end of the process while a test runs is a failure.
+    [[noreturn]] static void quit(std::function<void()> check = {},
+                                  const std::function<void()>& ask = chooseQuit);
+    static void chooseQuit();
 
     ScriptedPlayers players_;
 };

@@ -1,13 +1,83 @@
-// The dispatch queues: the main one on the run loop, a thread for each task of the others.
+// The dispatch queues: the main one on the run loop, 64 workers for the global ones, a thread for each serial one.
+#include "StandIns.h"
+
 #include <dispatch/dispatch.h>
 
 #import <AppKit/AppKit.h>
 
 #include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
 #include <thread>
 
+namespace {
+
+enum class QueueKind { main, global, serial };
+
+using Work = std::function<void()>;
+
+/// Threads that come when there is work and go when there is none.
+class Workers {
+public:
+    explicit Workers(int most) : most_(most) {}
+
+    void post(Work work)
+    {
+        const std::lock_guard lock(mutex_);
+        waiting_.push_back(std::move(work));
+        if (threads_ == most_) return;
+        ++threads_;
+        std::thread([this] { run(); }).detach();
+    }
+    int busy()
+    {
+        const std::lock_guard lock(mutex_);
+        return threads_;
+    }
+    void waitUntilIdle()
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return threads_ == 0; });
+    }
+
+private:
+    void run()
+    {
+        GSRegisterCurrentThread();
+        std::unique_lock lock(mutex_);
+        while (!waiting_.empty()) {
+            const auto work = std::move(waiting_.front());
+            waiting_.pop_front();
+            lock.unlock();
+            work();
+            lock.lock();
+        }
+        GSUnregisterCurrentThread();
+        --threads_;
+        changed_.notify_all();
+    }
+
+    const int most_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Work> waiting_;
+    int threads_ = 0;
+};
+
+Workers& globalWorkers()
+{
+    static auto* workers =
+        new Workers(sonvara::test::standins::mostWorkers);  // threads may outlive everything
+    return *workers;
+}
+
+}  // namespace
+
 struct dispatch_queue_s {
-    bool isMain;
+    QueueKind kind;
+    Workers* workers = nullptr;
 };
 
 /// A piece of work on its way to the main run loop.
@@ -40,8 +110,8 @@ struct dispatch_queue_s {
 
 namespace {
 
-dispatch_queue_s mainQueue{true};
-dispatch_queue_s globalQueue{false};
+dispatch_queue_s mainQueue{QueueKind::main};
+dispatch_queue_s globalQueue{QueueKind::global};
 
 /// The main queue is served also while a menu or a control tracks the mouse and in modal loops.
 void postToMain(void* context, dispatch_function_t work)
@@ -58,17 +128,6 @@ void postToMain(void* context, dispatch_function_t work)
     }
 }
 
-/// One thread for each piece of work: a worker that blocks holds up nobody.
-void postToWorker(std::chrono::nanoseconds delay, void* context, dispatch_function_t work)
-{
-    std::thread([=] {
-        std::this_thread::sleep_for(delay);
-        GSRegisterCurrentThread();
-        work(context);
-        GSUnregisterCurrentThread();
-    }).detach();
-}
-
 }  // namespace
 
 dispatch_queue_t dispatch_get_main_queue()
@@ -83,19 +142,44 @@ dispatch_queue_t dispatch_get_global_queue(qos_class_t, std::uintptr_t)
 
 void dispatch_async_f(dispatch_queue_t queue, void* context, dispatch_function_t work)
 {
-    if (queue->isMain) {
-        postToMain(context, work);
-    } else {
-        postToWorker({}, context, work);
+    switch (queue->kind) {
+    case QueueKind::main: postToMain(context, work); break;
+    case QueueKind::global: globalWorkers().post([=] { work(context); }); break;
+    case QueueKind::serial: queue->workers->post([=] { work(context); }); break;
     }
+}
+
+dispatch_queue_t dispatch_queue_create(const char*, dispatch_queue_attr_t)
+{
+    return new dispatch_queue_s{QueueKind::serial, new Workers(1)};
+}
+
+void dispatch_release(dispatch_queue_t queue)
+{
+    queue->workers->waitUntilIdle();  // a queue lives until its work is done
+    delete queue->workers;
+    delete queue;
 }
 
 void dispatch_after_f(dispatch_time_t when, dispatch_queue_t, void* context, dispatch_function_t work)
 {
-    postToWorker(std::chrono::nanoseconds(when), context, work);
+    // The time is kept elsewhere, but what is due needs a worker like everything else.
+    std::thread([=] {
+        std::this_thread::sleep_for(std::chrono::nanoseconds(when));
+        globalWorkers().post([=] { work(context); });
+    }).detach();
 }
 
 dispatch_time_t dispatch_time(dispatch_time_t, std::int64_t nanoseconds)
 {
     return static_cast<dispatch_time_t>(nanoseconds);  // only ever from now
 }
+
+namespace sonvara::test::standins {
+
+int busyWorkers()
+{
+    return globalWorkers().busy();
+}
+
+}  // namespace sonvara::test::standins

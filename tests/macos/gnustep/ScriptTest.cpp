@@ -1,6 +1,11 @@
 // Scripts on the way to the script component and back.
+#include "Probe.h"
 #include "StandInTest.h"
-#include "platform/macos/players/AppleScriptRunner.h"
+#include "platform/macos/players/AppleScriptComponent.h"
+#include "platform/macos/players/ScriptLanes.h"
+#include "platform/macos/system/DispatchGlobalQueue.h"
+#include "platform/macos/system/DispatchSerialQueue.h"
+#include "support/PlayerScripts.h"
 
 #include <atomic>
 #include <thread>
@@ -10,24 +15,26 @@ namespace {
 
 using standins::ScriptAnswer;
 
-/// Runs a script on a worker, as the system does.
-ScriptResult runScript(const std::string& source)
-{
-    ScriptResult result;
-    std::thread([&] { result = AppleScriptRunner().run(source); }).join();
-    return result;
-}
-
-class AppleScriptRunnerTest : public StandInTest {
+class AppleScriptComponentTest : public StandInTest {
 protected:
+    /// Runs a script off the main thread.
+    ScriptResult runScript(const std::string& source)
+    {
+        ScriptResult result;
+        std::thread([&] { result = component_.execute(source); }).join();
+        return result;
+    }
+
     void TearDown() override
     {
         EXPECT_EQ(standins::scriptLeftovers(), 0);  // each run has drained its own pool
         StandInTest::TearDown();
     }
+
+    AppleScriptComponent component_;
 };
 
-TEST_F(AppleScriptRunnerTest, PassesTheSourceOnAsItIs)
+TEST_F(AppleScriptComponentTest, PassesTheSourceOnAsItIs)
 {
     std::string seen;
     standins::setScripts([&seen](const std::string& source) {
@@ -39,7 +46,7 @@ TEST_F(AppleScriptRunnerTest, PassesTheSourceOnAsItIs)
     EXPECT_EQ(seen, source);
 }
 
-TEST_F(AppleScriptRunnerTest, ReturnsTextAndNumber)
+TEST_F(AppleScriptComponentTest, ReturnsTextAndNumber)
 {
     standins::setScripts([](const std::string&) { return ScriptAnswer{.text = "80", .integer = 80}; });
     const ScriptResult result = runScript("get sound volume");
@@ -49,7 +56,7 @@ TEST_F(AppleScriptRunnerTest, ReturnsTextAndNumber)
     EXPECT_EQ(result.integer, 80);
 }
 
-TEST_F(AppleScriptRunnerTest, ReturnsWhyAScriptFailed)
+TEST_F(AppleScriptComponentTest, ReturnsWhyAScriptFailed)
 {
     standins::setScripts([](const std::string&) { return ScriptAnswer{.errorNumber = -1743}; });
     const ScriptResult result = runScript("get sound volume");
@@ -60,12 +67,12 @@ TEST_F(AppleScriptRunnerTest, ReturnsWhyAScriptFailed)
     EXPECT_EQ(result.integer, 0);
 }
 
-TEST_F(AppleScriptRunnerTest, TellsWhenATextIsNoScript)
+TEST_F(AppleScriptComponentTest, TellsWhenATextIsNoScript)
 {
     EXPECT_FALSE(runScript("").created);
 }
 
-TEST_F(AppleScriptRunnerTest, RunsOneScriptAtATime)
+TEST_F(AppleScriptComponentTest, RunsOneScriptAtATime)
 {
     std::atomic<int> ran = 0;
     standins::setScripts([&ran](const std::string&) {
@@ -75,12 +82,87 @@ TEST_F(AppleScriptRunnerTest, RunsOneScriptAtATime)
     });
     std::vector<std::thread> workers;
     for (int i = 0; i < 8; ++i) {
-        workers.emplace_back([] {
-            for (int j = 0; j < 50; ++j) (void)AppleScriptRunner().run("poll");
+        workers.emplace_back([this] {
+            for (int j = 0; j < 50; ++j) (void)component_.execute("poll");
         });
     }
     for (auto& worker : workers) worker.join();
     EXPECT_EQ(ran, 400);
+}
+
+TEST_F(AppleScriptComponentTest, KnowsWhichPlayersAreInstalled)
+{
+    standins::setInstalled({"Music"});
+    EXPECT_TRUE(component_.isInstalled("Music"));
+    EXPECT_FALSE(component_.isInstalled("Spotify"));
+    EXPECT_FALSE(component_.isInstalled("Elsewhere"));
+    standins::setInstalled({"Music", "Spotify"});
+}
+
+/// The lanes over the component, as the program puts them together.
+class ScriptsTest : public AppleScriptComponentTest {
+protected:
+    ScriptsTest()
+    {
+        standins::setScripts([this](const std::string&) {
+            ++ran_;
+            return ScriptAnswer{.text = "notrunning"};
+        });
+    }
+    ~ScriptsTest() override
+    {
+        standins::answerConsentQuestion();
+        standins::setInstalled({"Music", "Spotify"});
+        EXPECT_TRUE(lanes_.finish(std::chrono::seconds(20)));
+    }
+
+    /// Asks as the core does, on a worker.
+    ScriptResult poll(const std::string& script)
+    {
+        ScriptResult result;
+        std::thread([&] { result = lanes_.run(script); }).join();
+        return result;
+    }
+
+    std::atomic<int> ran_ = 0;
+    ScriptLanes lanes_{component_, [](const std::string& player) {
+                           const auto queue = std::make_shared<DispatchSerialQueue>(player);
+                           return [queue](Task task) { queue->post(std::move(task)); };
+                       }};
+};
+
+TEST_F(ScriptsTest, NameNoApplicationThatIsNotInstalled)
+{
+    standins::setInstalled({"Music"});
+    EXPECT_FALSE(poll(spotifyPollScript()).created);
+    EXPECT_EQ(poll(musicPollScript()).text, "notrunning");
+}
+
+TEST_F(ScriptsTest, WaitForNoConsentToAnotherPlayer)
+{
+    standins::openConsentQuestion("Music");
+    EXPECT_EQ(poll(musicPollScript()).text, "error");
+    EXPECT_EQ(poll(spotifyPollScript()).text, "notrunning");
+    EXPECT_EQ(ran_, 1);
+}
+
+TEST_F(ScriptsTest, LeaveTheWorkersToOthersWhileAQuestionIsOpen)
+{
+    standins::openConsentQuestion("Spotify");
+    DispatchGlobalQueue workers;
+    std::atomic<int> answered = 0;
+    constexpr int polls = 2 * standins::mostWorkers;
+    for (int i = 0; i < polls; ++i) {
+        workers.post(QualityOfService::utility, [&] {
+            (void)lanes_.run(spotifyPollScript());
+            ++answered;
+        });
+    }
+    std::atomic<bool> isOver = false;
+    (void)workers.postAfter(QualityOfService::standard, std::chrono::milliseconds(100),
+                            [&] { isOver = true; });
+    ASSERT_TRUE(probe::runUntil([&] { return answered == polls && isOver; })) << "a time limit waits, too";
+    EXPECT_EQ(ran_, 0);
 }
 
 }  // namespace

@@ -40,6 +40,12 @@ void ScriptedPlayers::deny(int errorNumber)
     denial_ = errorNumber;
 }
 
+void ScriptedPlayers::haveNewMusic()
+{
+    const std::lock_guard lock(mutex_);
+    isMusicNew_ = true;
+}
+
 void ScriptedPlayers::hold()
 {
     volumeGate_.lock();
@@ -71,16 +77,19 @@ std::vector<int> ScriptedPlayers::volumesSet()
 ScriptAnswer ScriptedPlayers::answer(const std::string& source)
 {
     const std::string name = playerIn(source);
-    return source.find("sound volume") == std::string::npos ? poll(name) : volumeScript(name, source);
+    return source.find("sound volume") == std::string::npos ? poll(name, source) : volumeScript(name, source);
 }
 
-ScriptAnswer ScriptedPlayers::poll(const std::string& name)
+ScriptAnswer ScriptedPlayers::poll(const std::string& name, const std::string& source)
 {
     const std::lock_guard lock(mutex_);
     ++polls_;
     const Player& player = players_[name];
     if (denial_) return {.text = "error"};  // the script catches its errors itself
     if (!player.isRunning) return {.text = "notrunning"};
+    if (player.title.empty()) return {.text = "error"};  // a stream has no current track
+    const char* term = isMusicNew_ ? " favorited of " : " loved of ";
+    if (name == "Music" && source.find(term) == std::string::npos) return {.text = "error"};
     std::string fields = player.title + "||" + player.artist + "||" + player.album;
     fields += player.isPlaying ? "||true" : "||false";
     if (name == "Music") fields += "||false";

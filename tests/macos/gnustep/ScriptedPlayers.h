@@ -32,6 +32,9 @@ public:
     /// what their scripts then return.
     void deny(int errorNumber);
 
+    /// Music's dictionary is the one since macOS 14.
+    void haveNewMusic();
+
     /// Scripts about the volume wait from now on until `release`.
     void hold();
     void release();
@@ -43,7 +46,7 @@ public:
 
 private:
     standins::ScriptAnswer answer(const std::string& source);
-    standins::ScriptAnswer poll(const std::string& name);
+    standins::ScriptAnswer poll(const std::string& name, const std::string& source);
     standins::ScriptAnswer volumeScript(const std::string& name, const std::string& source);
 
     std::mutex mutex_;
@@ -52,6 +55,7 @@ private:
     std::optional<int> denial_;
     std::vector<int> volumesSet_;
     int polls_ = 0;
+    bool isMusicNew_ = false;
 };
 
 }  // namespace sonvara::test

@@ -4,6 +4,7 @@
 #import <AVFoundation/AVFoundation.h>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -15,7 +16,9 @@ namespace {
 std::mutex mutex;
 Voices voices;
 std::vector<SpokenLine> lines;
-AVSpeechSynthesizer* current = nil;  // the last one that was made; not owned
+std::vector<std::string> heard;
+std::atomic<int> reportsUnderWay = 0;  // reports that are on their way
+AVSpeechSynthesizer* current = nil;    // the last one that was made; not owned
 
 void expectMainThread(const char* operation)
 {
@@ -49,6 +52,7 @@ std::string text(NSString* string)
 
 + (AVSpeechSynthesisVoice*)voiceWithIdentifier:(NSString*)identifier
 {
+    if ([NSThread isMainThread]) violated("a voice is looked up on the main thread");
     const auto known = currentVoices().languages;
     const bool exists = std::any_of(known.begin(), known.end(), [identifier](const std::string& language) {
         return text(identifier) == "voice." + language;
@@ -153,16 +157,20 @@ std::string text(NSString* string)
 - (void)speakUtterance:(AVSpeechUtterance*)utterance
 {
     expectMainThread("speakUtterance:");
+    const Voices now = currentVoices();
+    const bool isSwallowed = now.swallowsAfterCut && reportsUnderWay > 0;
+    {
+        const std::lock_guard lock(mutex);
+        const std::string line = text([utterance speechString]);
+        lines.push_back({line, text([[utterance voice] identifier]), [utterance rate]});
+        if (!isSwallowed) heard.push_back(line);
+    }
+    if (isSwallowed) return;
     @synchronized(self) {
         if ([queue_ containsObject:utterance]) violated("an utterance is spoken twice");
         [queue_ addObject:utterance];
     }
-    {
-        const std::lock_guard lock(mutex);
-        lines.push_back(
-            {text([utterance speechString]), text([[utterance voice] identifier]), [utterance rate]});
-    }
-    if (currentVoices().finishesAtOnce) {
+    if (now.finishesAtOnce) {
         [self endFirst:@selector(speechSynthesizer:didFinishSpeechUtterance:)];
     }
 }
@@ -171,15 +179,14 @@ std::string text(NSString* string)
 {
     expectMainThread("stopSpeakingAtBoundary:");
     if (boundary != AVSpeechBoundaryImmediate) violated("the line is not cut at once");
-    const CancelReports reports = currentVoices().cancelReports;
-    BOOL first = YES;
+    const CutReport report = currentVoices().cutReport;
     @synchronized(self) {
         if ([queue_ count] == 0) return NO;
         for (AVSpeechUtterance* utterance in queue_) {
-            if (reports == CancelReports::all || (first && reports == CancelReports::currentOnly)) {
+            if (report == CutReport::cancelled)
                 [self report:utterance by:@selector(speechSynthesizer:didCancelSpeechUtterance:)];
-            }
-            first = NO;
+            else if (report == CutReport::finished)
+                [self report:utterance by:@selector(speechSynthesizer:didFinishSpeechUtterance:)];
         }
         [queue_ removeAllObjects];
     }
@@ -204,10 +211,12 @@ std::string text(NSString* string)
 {
     [self retain];
     [utterance retain];
+    ++reportsUnderWay;
     std::thread([self, utterance, report] {
         GSRegisterCurrentThread();
         @autoreleasepool {
             NSObject* receiver = [[(NSObject*)delegate_ retain] autorelease];
+            --reportsUnderWay;
             [receiver performSelector:report withObject:self withObject:utterance];
             [utterance release];
             [self release];
@@ -225,6 +234,13 @@ void setVoices(Voices next)
     const std::lock_guard lock(mutex);
     voices = std::move(next);
     lines.clear();
+    heard.clear();
+}
+
+std::vector<std::string> heardLines()
+{
+    const std::lock_guard lock(mutex);
+    return heard;
 }
 
 std::vector<SpokenLine> spokenLines()

@@ -12,10 +12,24 @@ constexpr CGFloat thickness = 24;
 }  // namespace
 
 /// Opens its menu under the mouse, as a status item with a menu does.
-@interface SNVStatusBarButton : NSStatusBarButton
+@interface SNVStatusBarButton : NSStatusBarButton {
+    BOOL isShown_;
+}
+- (void)show;
 @end
 
 @implementation SNVStatusBarButton
+
+- (void)show
+{
+    isShown_ = YES;
+}
+
+- (void)setAppearsDisabled:(BOOL)disabled
+{
+    if (!isShown_) violated("the button is set up before its item is made visible");
+    [super setAppearsDisabled:disabled];
+}
 
 - (void)mouseDown:(NSEvent*)event
 {
@@ -80,6 +94,7 @@ constexpr CGFloat thickness = 24;
 - (void)setVisible:(BOOL)visible
 {
     if (visible) {
+        [button_ show];
         [strip_ orderFront:nil];
     } else {
         [strip_ orderOut:nil];

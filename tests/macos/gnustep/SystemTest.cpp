@@ -1,7 +1,9 @@
-// The login item and the log.
+// The login item, the log, and sleep.
 #include "StandInTest.h"
+#include "platform/macos/system/DispatchMainQueue.h"
 #include "platform/macos/system/ServiceLoginItem.h"
 #include "platform/macos/system/UnifiedLog.h"
+#include "platform/macos/system/Wakefulness.h"
 
 namespace sonvara::test {
 namespace {
@@ -82,6 +84,35 @@ TEST_F(UnifiedLogTest, WritesNothingWhenTheLogIsSwitchedOff)
     logger_.debug({{"unseen"}});
     standins::setLogEnabled(true);
     EXPECT_TRUE(standins::takeLog().empty());
+}
+
+using SleepTest = StandInTest;
+
+TEST_F(SleepTest, AnActivityIsUnderWayWhileItIsNeeded)
+{
+    {
+        Wakefulness wakefulness;
+        EXPECT_FALSE(standins::isKeptAwake());
+        wakefulness.hold(true);
+        wakefulness.hold(true);
+        EXPECT_TRUE(standins::isKeptAwake());
+        wakefulness.hold(false);
+        EXPECT_FALSE(standins::isKeptAwake());
+        wakefulness.hold(true);
+    }
+    EXPECT_FALSE(standins::isKeptAwake());
+}
+
+TEST_F(SleepTest, ATimerTicksAtOnceWhenTheMacWakesUp)
+{
+    DispatchMainQueue queue;
+    int ticks = 0;
+    const auto timer = queue.scheduleTimer(std::chrono::hours(1), [&ticks] { ++ticks; });
+    standins::wakeFromSleep();
+    EXPECT_EQ(ticks, 1);
+    timer->invalidate();
+    standins::wakeFromSleep();
+    EXPECT_EQ(ticks, 1);
 }
 
 }  // namespace

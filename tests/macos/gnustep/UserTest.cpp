@@ -181,6 +181,59 @@ TEST_F(UserTest, DismissesTheLogByEscape)
     EXPECT_TRUE(eventually([] { return probe::isShown(sheet); }));
 }
 
+TEST_F(UserTest, ClosesTheSettingsByTheKeyboard)
+{
+    launch();
+    openSettings();
+    onMain([] { probe::pressCommand(window, "w"); });
+    EXPECT_TRUE(eventually([] { return probe::countWindows(window) == 0; }));
+}
+
+TEST_F(UserTest, MiniaturizesTheSettingsByTheKeyboard)
+{
+    launch();
+    openSettings();
+    onMain([] { probe::pressCommand(window, "m"); });
+    EXPECT_TRUE(eventually([] { return !probe::isShown(window); }));
+}
+
+TEST_F(UserTest, CopiesALineOfTheLogByTheKeyboard)
+{
+    launch();
+    openSettings();
+    press("View log (0)");
+    ASSERT_TRUE(eventually([] { return probe::isShown(sheet); }));
+    players_.set("Spotify", {true, true, "A Song", "An Artist", "An Album"});
+    spotifyPosts("Playing", "A Song", "An Artist", "An Album");
+    const std::string message = "Spoke: " + lines(1).at(0).line;
+    ASSERT_TRUE(eventually([&] { return probe::hasText(sheet, message); }));
+    onMain([&] {
+        probe::setClipboard("before");
+        probe::select(sheet, message);
+        probe::pressCommand(sheet, "a");
+        probe::pressCommand(sheet, "c");
+    });
+    EXPECT_EQ(onMain(probe::clipboard), message);
+}
+
+TEST_F(UserTest, QuitsByTheKeyboardWhileTheLogIsOpen)
+{
+    launch();
+    openSettings();
+    press("View log (0)");
+    ASSERT_TRUE(eventually([] { return probe::isShown(sheet); }));
+    quit({}, [] { postToMainThread([] { probe::pressCommand(window, "q"); }); });
+}
+
+TEST_F(UserTest, QuitsFromTheMenuWhileTheLogIsOpen)
+{
+    launch();
+    openSettings();
+    press("View log (0)");
+    ASSERT_TRUE(eventually([] { return probe::isShown(sheet); }));
+    quit();
+}
+
 // These share a session, each with a process of its own, in this order.
 class SettingsTest : public UserTest {};
 

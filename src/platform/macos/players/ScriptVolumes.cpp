@@ -1,5 +1,6 @@
 #include "platform/macos/players/ScriptVolumes.h"
 
+#include "platform/macos/players/ScriptLanes.h"
 #include "ports/Queues.h"
 #include "support/PlayerScripts.h"
 #include "volume/LoweredPlayers.h"
@@ -8,6 +9,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -18,7 +20,7 @@ constexpr std::array names{musicSource, spotifySource};
 
 std::string nameOf(PlayerRun run)
 {
-    return std::string(names.at(run - 1));
+    return names.at(run - 1);
 }
 
 // A bare command would start an application that does not run, and wait two minutes for one that hangs.
@@ -59,6 +61,15 @@ std::optional<VolumeLook> parseLook(const ScriptResult& result)
     return VolumeLook{isPlaying, percent / 100.0, text};
 }
 
+/// What a read by the core's command and a look after it tell together.
+std::optional<VolumeLook> joined(const ScriptResult& read, std::optional<VolumeLook> look)
+{
+    if (!read.created || read.error) return std::nullopt;
+    if (!look) look = VolumeLook{true, 0, ""};
+    look->volume = read.integer / 100.0;
+    return look;
+}
+
 }  // namespace
 
 void ScriptVolumes::reportTo(LoweredPlayers& keeper)
@@ -75,22 +86,20 @@ PlayerRun ScriptVolumes::meant(const std::string& player)
 
 void ScriptVolumes::read(PlayerRun run, const Answer& answer)
 {
-    add([this, run, answer] {
-        const auto result = scripts_.run(volumeScript({nameOf(run), std::nullopt}));
-        auto told = parseLook(scripts_.run(lookScript(nameOf(run))));
-        const bool isRead = result.created && !result.error;
-        if (isRead && told) told->volume = result.integer / 100.0;
-        if (isRead && !told) told = VolumeLook{true, result.integer / 100.0, ""};
-        if (!isRead) told.reset();
-        mainQueue_.post([answer, told] { answer(told); });
+    const auto name = nameOf(run);
+    const auto read = std::make_shared<ScriptResult>();
+    scripts_.command(name, volumeScript({name, std::nullopt}),
+                     [read](const ScriptResult& result) { *read = result; });
+    scripts_.command(name, lookScript(name), [this, read, answer](const ScriptResult& result) {
+        mainQueue_.post([answer, told = joined(*read, parseLook(result))] { answer(told); });
     });
 }
 
 void ScriptVolumes::look(PlayerRun run, const Answer& answer)
 {
-    add([this, run, answer] {
-        const auto told = parseLook(scripts_.run(lookScript(nameOf(run))));
-        mainQueue_.post([this, run, answer, told] { take(run, told, answer); });
+    const auto name = nameOf(run);
+    scripts_.command(name, lookScript(name), [this, run, answer](const ScriptResult& result) {
+        mainQueue_.post([this, run, answer, told = parseLook(result)] { take(run, told, answer); });
     });
 }
 
@@ -106,36 +115,8 @@ void ScriptVolumes::tell(PlayerRun run, double volume)
 {
     // Upwards: a little more than a hundredth is for a player that cuts off.
     const auto percent = static_cast<int>(std::ceil((volume * 100) - 0.01));
-    const auto script = volumeScript({nameOf(run), std::clamp(percent, 0, 100)});
-    add([this, script] { (void)scripts_.run(script); });
-}
-
-void ScriptVolumes::add(Job job)
-{
-    const std::lock_guard lock(mutex_);
-    jobs_.push_back(std::move(job));
-    if (std::exchange(isWorking_, true)) return;
-    workers_.post(QualityOfService::userInitiated, [this] { work(); });
-}
-
-void ScriptVolumes::work()
-{
-    std::unique_lock lock(mutex_);
-    while (!jobs_.empty()) {
-        const auto job = std::move(jobs_.front());
-        jobs_.pop_front();
-        lock.unlock();
-        job();
-        lock.lock();
-    }
-    isWorking_ = false;
-    changed_.notify_all();
-}
-
-bool ScriptVolumes::finish(std::chrono::milliseconds limit)
-{
-    std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, limit, [this] { return !isWorking_; });
+    const auto name = nameOf(run);
+    scripts_.command(name, volumeScript({name, std::clamp(percent, 0, 100)}), [](const ScriptResult&) {});
 }
 
 }  // namespace sonvara

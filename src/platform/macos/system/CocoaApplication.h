@@ -9,7 +9,8 @@
 
 namespace sonvara {
 
-/// To be made first and destroyed last of the platform's objects: the others need the application.
+/// Has a menu bar, which an agent never shows, for its key equivalents. To be made first and destroyed last of the
+/// platform's objects: the others need the application.
 class CocoaApplication final : public Application {
 public:
     CocoaApplication();

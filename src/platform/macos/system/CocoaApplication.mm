@@ -1,5 +1,6 @@
 #include "platform/macos/system/CocoaApplication.h"
 
+#import "platform/macos/system/MainMenu.h"
 #import "platform/macos/system/ObjcPtr.h"
 #import "platform/macos/system/Strings.h"
 
@@ -41,6 +42,12 @@
     return NO;  // the system need not do anything more
 }
 
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application
+{
+    (void)application;
+    return YES;  // there is nothing to restore, and nothing in it to be read by others
+}
+
 - (void)applicationWillTerminate:(NSNotification*)notification
 {
     (void)notification;
@@ -61,6 +68,7 @@ struct CocoaApplication::Impl {
 CocoaApplication::CocoaApplication() : impl_(std::make_unique<Impl>())
 {
     [[NSApplication sharedApplication] setDelegate:impl_->delegate.get()];
+    [NSApp setMainMenu:makeMainMenu().get()];
 }
 
 CocoaApplication::~CocoaApplication()

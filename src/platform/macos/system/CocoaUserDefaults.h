@@ -19,6 +19,8 @@ public:
     [[nodiscard]] std::optional<std::string> stringForKey(const std::string& key) const override;
     void setBool(const std::string& key, bool value) override;
     void setString(const std::string& key, const std::string& value) override;
+    /// Main thread: waits until what was set is with the system, for a process that is about to end.
+    void synchronize();
     [[nodiscard]] Subscription onChange(std::function<void()> changed) override;
 
 private:

@@ -140,6 +140,11 @@ void CocoaUserDefaults::setString(const std::string& key, const std::string& val
     [impl_->store.get() setObject:toNSString(value) forKey:impl_->use(key)];
 }
 
+void CocoaUserDefaults::synchronize()
+{
+    [impl_->store.get() synchronize];
+}
+
 Subscription CocoaUserDefaults::onChange(std::function<void()> changed)
 {
     return impl_->notice->callbacks.add(std::move(changed));

@@ -10,7 +10,7 @@ public:
     void post(Task task) override;
 
     /// The timer runs in the run loop's default mode: it pauses while a menu is open, and its one
-    /// overdue tick comes when the menu has closed.
+    /// overdue tick comes when the menu has closed. When the Mac wakes from sleep it ticks at once.
     [[nodiscard]] std::shared_ptr<RepeatingTimer> scheduleTimer(std::chrono::milliseconds interval,
                                                                 Task action) override;
 };

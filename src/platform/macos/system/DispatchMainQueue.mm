@@ -3,6 +3,8 @@
 #include "platform/macos/system/DispatchTask.h"
 #import "platform/macos/system/ObjcPtr.h"
 
+#import <AppKit/AppKit.h>
+
 #include <utility>
 
 /// What a timer calls; the run loop keeps the timer, and the timer keeps this.
@@ -10,7 +12,7 @@
     std::shared_ptr<sonvara::Task> action_;
 }
 - (instancetype)initWithAction:(sonvara::Task)action;
-- (void)tick:(NSTimer*)timer;
+- (void)tick:(id)sender;
 - (void)dropAction;
 @end
 
@@ -23,9 +25,9 @@
     return self;
 }
 
-- (void)tick:(NSTimer*)timer
+- (void)tick:(id)sender
 {
-    (void)timer;
+    (void)sender;
     const auto action = action_;  // survives an action that invalidates its own timer
     if (action != nullptr) (*action)();
 }
@@ -51,15 +53,24 @@ public:
                                     selector:@selector(tick:)
                                     userInfo:nil
                                      repeats:YES]))
-    {}
+    {
+        // The time asleep does not count for a timer, and what it looks after may have changed meanwhile.
+        [wakeUps() addObserver:target_.get()
+                      selector:@selector(tick:)
+                          name:NSWorkspaceDidWakeNotification
+                        object:nil];
+    }
 
     void invalidate() override
     {
+        [wakeUps() removeObserver:target_.get()];
         [timer_.get() invalidate];
         [target_.get() dropAction];
     }
 
 private:
+    static NSNotificationCenter* wakeUps() { return [[NSWorkspace sharedWorkspace] notificationCenter]; }
+
     ObjcPtr<SNVTimerTarget> target_;
     ObjcPtr<NSTimer> timer_;
 };

@@ -6,30 +6,6 @@
 
 #include <utility>
 
-@interface SNVMenuObserver : NSObject {
-    std::shared_ptr<sonvara::Callbacks<>> willOpen_;
-}
-- (instancetype)initWithCallbacks:(std::shared_ptr<sonvara::Callbacks<>>)willOpen;
-- (void)willOpen:(NSNotification*)notification;
-@end
-
-@implementation SNVMenuObserver
-
-- (instancetype)initWithCallbacks:(std::shared_ptr<sonvara::Callbacks<>>)willOpen
-{
-    self = [super init];
-    if (self != nil) willOpen_ = std::move(willOpen);
-    return self;
-}
-
-- (void)willOpen:(NSNotification*)notification
-{
-    (void)notification;
-    willOpen_->call();
-}
-
-@end
-
 namespace sonvara {
 
 namespace {
@@ -56,20 +32,9 @@ ObjcPtr<NSMenuItem> makeItem(MenuItem item)
 
 }  // namespace
 
-CocoaMenu::CocoaMenu()
-    : menu_(ObjcPtr<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""])),
-      observer_(ObjcPtr<SNVMenuObserver>::adopt([[SNVMenuObserver alloc] initWithCallbacks:willOpen_]))
+CocoaMenu::CocoaMenu() : menu_(ObjcPtr<NSMenu>::adopt([[NSMenu alloc] initWithTitle:@""]))
 {
     [menu_.get() setAutoenablesItems:NO];
-    [[NSNotificationCenter defaultCenter] addObserver:observer_.get()
-                                             selector:@selector(willOpen:)
-                                                 name:NSMenuDidBeginTrackingNotification
-                                               object:menu_.get()];
-}
-
-CocoaMenu::~CocoaMenu()
-{
-    [[NSNotificationCenter defaultCenter] removeObserver:observer_.get()];
 }
 
 void CocoaMenu::setItems(std::vector<MenuItem> items)
@@ -80,7 +45,14 @@ void CocoaMenu::setItems(std::vector<MenuItem> items)
 
 Subscription CocoaMenu::onWillOpen(std::function<void()> handler)
 {
-    return willOpen_->add(std::move(handler));
+    const auto observer =
+        ObjcPtr<SNVActionTarget>::adopt([[SNVActionTarget alloc] initWithAction:std::move(handler)]);
+    [[NSNotificationCenter defaultCenter] addObserver:observer.get()
+                                             selector:@selector(perform:)
+                                                 name:NSMenuDidBeginTrackingNotification
+                                               object:menu_.get()];
+    // The centre holds its observers weakly.
+    return Subscription([observer] { [[NSNotificationCenter defaultCenter] removeObserver:observer.get()]; });
 }
 
 }  // namespace sonvara

@@ -11,10 +11,14 @@ namespace {
 class CocoaStatusButton final : public StatusButton {
 public:
     explicit CocoaStatusButton(NSStatusBarButton* button) : button_(ObjcPtr<NSStatusBarButton>::share(button))
+    {}
+
+    /// To be called once the item is visible.
+    void setUp()
     {
-        [button setImagePosition:NSImageOnly];
-        [button setImageScaling:NSImageScaleProportionallyDown];
-        [button setAppearsDisabled:NO];
+        [button_.get() setImagePosition:NSImageOnly];
+        [button_.get() setImageScaling:NSImageScaleProportionallyDown];
+        [button_.get() setAppearsDisabled:NO];
     }
 
     void setImage(std::shared_ptr<const Image> image) override
@@ -43,7 +47,12 @@ public:
     CocoaStatusItem& operator=(const CocoaStatusItem&) = delete;
 
     StatusButton* button() override { return button_.get(); }
-    void setVisible(bool visible) override { [item_.get() setVisible:(visible ? YES : NO)]; }
+
+    void setVisible(bool visible) override
+    {
+        [item_.get() setVisible:(visible ? YES : NO)];
+        if (visible && button_ != nullptr) button_->setUp();
+    }
 
     void setMenu(StatusMenu& menu) override
     {

@@ -43,6 +43,8 @@ ObjcPtr<SNVSheetPanel> makePanel(NSRect frame)
                                                                          backing:NSBackingStoreBuffered
                                                                            defer:YES]);
     [panel.get() setReleasedWhenClosed:NO];
+    // Else neither Quit nor a logout would get past an open sheet.
+    [panel.get() setPreventsApplicationTerminationWhenModal:NO];
     return panel;
 }
 

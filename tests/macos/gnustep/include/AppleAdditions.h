@@ -10,6 +10,8 @@
 #define NSButtonTypeMomentaryPushIn NSMomentaryPushInButton
 #define NSBezelStyleRounded NSRoundedBezelStyle
 #define NSEventMaskAny NSAnyEventMask
+#define NSEventTypeKeyDown NSKeyDown
+#define NSEventModifierFlagCommand NSCommandKeyMask
 
 extern NSString* const NSFontTextStyleHeadline;
 extern NSString* const NSFontTextStyleCaption1;
@@ -50,8 +52,18 @@ extern NSString* const NSFontTextStyleCaption1;
 - (NSInteger)clearContents;
 @end
 
+@interface NSApplication (AppleAdditions)
+- (void)setAppearance:(NSAppearance*)appearance;
+@end
+
+@interface NSWorkspace (AppleAdditions)
+- (NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)identifier;
+@end
+
 /// Without blocks, so that no completion handler can be given.
 @interface NSWindow (AppleAdditions)
+- (void)setPreventsApplicationTerminationWhenModal:(BOOL)prevents;
+- (BOOL)preventsApplicationTerminationWhenModal;
 - (void)beginSheet:(NSWindow*)sheet completionHandler:(std::nullptr_t)handler;
 - (void)endSheet:(NSWindow*)sheet;
 - (NSWindow*)attachedSheet;
@@ -67,7 +79,11 @@ extern NSString* const NSFontTextStyleCaption1;
 - (BOOL)isVisible;
 @end
 
+struct AEDesc;
+
 @interface NSAppleEventDescriptor (AppleAdditions)
++ (NSAppleEventDescriptor*)descriptorWithBundleIdentifier:(NSString*)identifier;
+- (const AEDesc*)aeDesc;
 - (NSString*)stringValue;
 - (std::int32_t)int32Value;
 @end
