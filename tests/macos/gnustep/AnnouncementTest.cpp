@@ -93,6 +93,7 @@ TEST_F(AnnouncementTest, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged
 TEST_F(AnnouncementTest, WithoutSpotifyOnTheMacAsksNobodyWhereItIs)
 {
     standins::setInstalled({"Music"});
+    standins::setVoices({.finishesAtOnce = false});
     start();
     players_.set("Music", {true, true, "A Song", "An Artist", "An Album"});
     EXPECT_NE(lines(1).at(0).line.find("A Song"), std::string::npos);
