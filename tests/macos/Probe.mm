@@ -143,7 +143,7 @@ void miniaturize(const std::string& title)
 
 void pressEscape(const std::string& place)
 {
-    [windowAt(place) cancelOperation:nil];
+    [NSApp sendAction:@selector(cancelOperation:) to:windowAt(place) from:nil];
 }
 
 void pressCommand(const std::string& title, const std::string& key)

@@ -49,7 +49,7 @@ TEST_F(AnnouncementTest, IsSpokenOverALoweredPlayerAndShown)
 {
     standins::setVoices({.finishesAtOnce = false});
     launch();
-    EXPECT_TRUE(onMain(probe::statusImage)->isTemplate);
+    EXPECT_TRUE(eventually([] { return probe::statusImage()->isTemplate; })) << "once the icons are drawn";
     spotifyPlays("A Song");
     const auto spoken = lines(1).at(0);
     EXPECT_NE(spoken.line.find("A Song"), std::string::npos) << spoken.line;

@@ -41,6 +41,17 @@ std::atomic<int> activities = 0;
 
 @end
 
+// GNUstep's own centre sends on to other programs, and delivers when they have it.
+@implementation NSWorkspace (Sleep)
+
+- (NSNotificationCenter*)notificationCenter
+{
+    static NSNotificationCenter* center = [[NSNotificationCenter alloc] init];
+    return center;
+}
+
+@end
+
 namespace sonvara::test::standins {
 
 bool isKeptAwake()

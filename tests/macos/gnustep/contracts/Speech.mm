@@ -151,7 +151,9 @@ std::string text(NSString* string)
 
 - (void)setDelegate:(id<AVSpeechSynthesizerDelegate>)delegate
 {
-    delegate_ = delegate;  // weak
+    @synchronized(self) {
+        delegate_ = delegate;  // weak: a report that is under way keeps it alive
+    }
 }
 
 - (void)speakUtterance:(AVSpeechUtterance*)utterance
@@ -215,7 +217,10 @@ std::string text(NSString* string)
     std::thread([self, utterance, report] {
         GSRegisterCurrentThread();
         @autoreleasepool {
-            NSObject* receiver = [[(NSObject*)delegate_ retain] autorelease];
+            NSObject* receiver = nil;
+            @synchronized(self) {
+                receiver = [[(NSObject*)delegate_ retain] autorelease];
+            }
             --reportsUnderWay;
             [receiver performSelector:report withObject:self withObject:utterance];
             [utterance release];
