@@ -21,11 +21,12 @@ class RunOnMacosTest(unittest.TestCase):
             self.put(tree / "bin/uname", "echo Darwin")
             for name in ("osascript", "open"):
                 self.put(tree / "bin" / name, f'echo "{name}" >>"{record}"')
+            self.put(tree / "bin/pgrep", f'echo pgrep >>"{record}"\n[ "$(grep -c pgrep "{record}")" -lt 2 ]')
             run = subprocess.run([tree / "run"], capture_output=True, text=True,
                                  env={**os.environ, "PATH": f"{tree}/bin:{os.environ['PATH']}"})
             self.assertEqual(run.returncode, 0, run.stderr)
             self.assertEqual(record.read_text().splitlines(),
-                             ["install build", "build release sonvara", "osascript", "open"])
+                             ["install build", "build release sonvara", "osascript", "pgrep", "pgrep", "open"])
 
     @staticmethod
     def put(path, command):
