@@ -43,8 +43,9 @@ protected:
         return probe::runUntil([&] { return voice_->currentLanguageCode() == language; });
     }
 
-    DispatchGlobalQueue workers_;
-    DispatchMainQueue mainQueue_;
+    // A line's deadline comes long after its test, and finds nobody; the queues are there until the end.
+    inline static DispatchGlobalQueue workers_;
+    inline static DispatchMainQueue mainQueue_;
     std::shared_ptr<Listener> listener_ = std::make_shared<Listener>();
     std::unique_ptr<AppleSpeechSynthesizer> voice_;
 };

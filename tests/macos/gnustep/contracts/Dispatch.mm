@@ -31,11 +31,6 @@ public:
         ++threads_;
         std::thread([this] { run(); }).detach();
     }
-    int busy()
-    {
-        const std::lock_guard lock(mutex_);
-        return threads_;
-    }
     void waitUntilIdle()
     {
         std::unique_lock lock(mutex_);
@@ -174,12 +169,3 @@ dispatch_time_t dispatch_time(dispatch_time_t, std::int64_t nanoseconds)
 {
     return static_cast<dispatch_time_t>(nanoseconds);  // only ever from now
 }
-
-namespace sonvara::test::standins {
-
-int busyWorkers()
-{
-    return globalWorkers().busy();
-}
-
-}  // namespace sonvara::test::standins

@@ -68,8 +68,6 @@ void finishLine();
 
 /// How many workers the global queues have: so many tasks run at once, and further ones wait.
 inline constexpr int mostWorkers = 64;
-/// How many of them have a task.
-int busyWorkers();
 
 // --- Sleep -----------------------------------------------------------------------------------------
 
