@@ -4,7 +4,6 @@
 #import <AVFoundation/AVFoundation.h>
 
 #include <algorithm>
-#include <atomic>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -17,8 +16,7 @@ std::mutex mutex;
 Voices voices;
 std::vector<SpokenLine> lines;
 std::vector<std::string> heard;
-std::atomic<int> reportsUnderWay = 0;  // reports that are on their way
-AVSpeechSynthesizer* current = nil;    // the last one that was made; not owned
+AVSpeechSynthesizer* current = nil;  // the last one that was made; not owned
 
 void expectMainThread(const char* operation)
 {
@@ -160,7 +158,10 @@ std::string text(NSString* string)
 {
     expectMainThread("speakUtterance:");
     const Voices now = currentVoices();
-    const bool isSwallowed = now.swallowsAfterCut && reportsUnderWay > 0;
+    bool isSwallowed = false;
+    @synchronized(self) {
+        isSwallowed = now.swallowsAfterCut && reportsUnderWay_ > 0;
+    }
     {
         const std::lock_guard lock(mutex);
         const std::string line = text([utterance speechString]);
@@ -213,15 +214,15 @@ std::string text(NSString* string)
 {
     [self retain];
     [utterance retain];
-    ++reportsUnderWay;
+    ++reportsUnderWay_;  // by a caller that has locked this
     std::thread([self, utterance, report] {
         GSRegisterCurrentThread();
         @autoreleasepool {
             NSObject* receiver = nil;
             @synchronized(self) {
                 receiver = [[(NSObject*)delegate_ retain] autorelease];
+                --reportsUnderWay_;
             }
-            --reportsUnderWay;
             [receiver performSelector:report withObject:self withObject:utterance];
             [utterance release];
             [self release];

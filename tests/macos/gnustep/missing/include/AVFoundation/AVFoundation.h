@@ -40,6 +40,7 @@ enum AVSpeechBoundary : NSInteger { AVSpeechBoundaryImmediate, AVSpeechBoundaryW
 @interface AVSpeechSynthesizer : NSObject {
     id<AVSpeechSynthesizerDelegate> delegate_;
     NSMutableArray* queue_;
+    NSInteger reportsUnderWay_;
 }
 - (id<AVSpeechSynthesizerDelegate>)delegate;
 - (void)setDelegate:(id<AVSpeechSynthesizerDelegate>)delegate;
