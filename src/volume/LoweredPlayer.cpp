@@ -13,8 +13,6 @@ constexpr double silence = 0.01;
 // What is cut off or rounded to a hundredth. Further up it is the user's next step.
 constexpr double cutOff = 0.0105;
 constexpr double roundedUp = 0.0055;
-// More than any of it: a player's own steps.
-constexpr double coarseStep = 0.05;
 // Above a volume that would be cut off, and below the next hundredth.
 constexpr double little = 0.004;
 constexpr int mostRepeats = 3;
@@ -45,7 +43,13 @@ bool LoweredPlayer::isSilence(double volume, VolumeTime now) const
 
 bool LoweredPlayer::isOpening(double volume, VolumeTime now) const
 {
-    return isSilence(volume, now) || (isSame(volume, 1) && !isReady(now));
+    return isSilence(volume, now) || (isSame(volume, 1) && mayBeNew(now));
+}
+
+bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
+{
+    return isSame(look.volume, 1) && !hasOpened_ && look.position < opening &&
+           (!isPlaying_ || now < playsSince_ + connecting);
 }
 
 bool LoweredPlayer::isAtHome(double volume) const
@@ -55,20 +59,19 @@ bool LoweredPlayer::isAtHome(double volume) const
 
 bool LoweredPlayer::isAboutLow(double volume) const
 {
-    return isAbout(volume, levels_.low) || (seenLow_ && isSame(volume, *seenLow_));
+    return isAbout(volume, levels_.low);
 }
 
 bool LoweredPlayer::isCube(double volume, VolumeTime now) const
 {
     const auto root = std::cbrt(volume);
-    return !isReady(now) && (isAbout(root, levels_.low) || isAbout(root, levels_.home));
+    return mayBeNew(now) && (isAbout(root, levels_.low) || isAbout(root, levels_.home));
 }
 
 void LoweredPlayer::lower(const VolumeLevels& levels, VolumeTime now)
 {
     if (isFree()) {
         levels_ = levels;
-        seenLow_.reset();
         state_ = State::owed;
     }
     want(true, now);
@@ -87,6 +90,7 @@ void LoweredPlayer::want(bool low, VolumeTime now)
 void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std::string>& track,
                          VolumeTime now)
 {
+    hasOpened_ = hasOpened_ || isReady(now);
     if (track && *track != track_) {
         track_ = *track;
         trackSince_ = now;
@@ -96,16 +100,18 @@ void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std:
         playsSince_ = now;
         trackSince_ = now;
         toldWhilePlaying_ = false;
+        toldWhileReady_ = false;
         repeats_ = 0;
-        hasRoundedUp_ = false;
     }
     isPlaying_ = isPlaying.value_or(isPlaying_);
+    sawItBegin_ = sawItBegin_ || isPlaying == false;
     if (!isFree()) nextLook_ = now;
 }
 
 void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
 {
     hear(look.isPlaying, look.track, now);
+    hasComeFar_ = look.isPlaying && look.position >= opening && !sawItBegin_;
     nextLook_.reset();
     if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
     if (state_ == State::owed) judgeOwed(look.volume, now);
@@ -131,11 +137,6 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         return;
     }
     if (isOpening(volume, now)) return;
-    if (!hasObeyed_ && std::abs(volume - levels_.low) < coarseStep) {
-        seenLow_ = volume;
-        hasObeyed_ = true;
-        return;
-    }
     if (hasSettled(now)) state_ = State::free;
 }
 
@@ -154,14 +155,11 @@ void LoweredPlayer::judgeHome(double volume, VolumeTime now)
 {
     const bool isExact = volume > levels_.home - sameWithin;
     const bool isCutOff = !isExact && levels_.home < 1;
-    if (isCutOff && !hasRoundedUp_ && (!isAboutLow(volume) || hasSettled(now))) {
-        tell(levels_.home + little, now);
-        hasRoundedUp_ = true;
-    } else if (isCutOff && hasRoundedUp_ && repeats_ < mostRepeats) {
+    if (isCutOff && repeats_ < mostRepeats) {
         repeat(levels_.home + little, now);
-        hasRoundedUp_ = true;
-    } else if (isPlaying_ && !toldWhilePlaying_) {
+    } else if (isPlaying_ && (!toldWhilePlaying_ || (isCertain(now) && !toldWhileReady_))) {
         tell(levels_.home, now);
+        detour_ = levels_.home < 1 ? levels_.home + little : levels_.home - little;
     } else if (isCertain(now) && now >= toldLow_ + settling && (isExact || hasSettled(now))) {
         state_ = State::free;
     }
@@ -181,8 +179,9 @@ void LoweredPlayer::tell(double volume, VolumeTime now)
     command_ = volume;
     told_ = now;
     if (state_ == State::lowered) toldLow_ = now;
+    detour_.reset();
     toldWhilePlaying_ = isPlaying_;
-    hasRoundedUp_ = false;
+    toldWhileReady_ = isReady(now);
     nextLook_ = now;
 }
 
@@ -195,7 +194,7 @@ void LoweredPlayer::repeat(double volume, VolumeTime now)
 
 std::optional<double> LoweredPlayer::takeCommand()
 {
-    return std::exchange(command_, std::nullopt);
+    return std::exchange(detour_ ? detour_ : command_, std::nullopt);
 }
 
 }  // namespace sonvara

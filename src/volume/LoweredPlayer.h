@@ -12,8 +12,9 @@ using VolumeTime = std::chrono::steady_clock::time_point;
 /// What a player told of itself in one answer.
 struct VolumeLook {
     bool isPlaying = false;
-    double volume = 0;  ///< on the player's own scale; 1 is full
-    std::string track;  ///< another text for another track
+    double volume = 0;                      ///< on the player's own scale; 1 is full
+    std::string track;                      ///< another text for another track
+    std::chrono::milliseconds position{0};  ///< how far it has come in its track; 0 also if it does not say
 };
 
 /// Nearer to each other than this, two volumes are the same: VLC tells 0.300003 for 0.3.
@@ -46,8 +47,11 @@ struct VolumeLevels {
 /// |         | stream has just begun                | volume back when it opens a stream
 /// | lowered | seen anywhere else                   | the user's hand: free
 /// | owed    | seen at home, for certain            | free
-/// | owed    | seen a hundredth below home          | tell home and a little, once: players cut off
+/// | owed    | seen a hundredth below home          | tell home and a little: players cut off
 /// |         |                                      | `int(v * 100)`
+/// | owed    | seen at home, and its stream has     | tell home once more, past a neighbour, as soon as it plays
+/// |         | opened since it was told             | and for certain: Elisa tells home, and sounds low, and
+/// |         |                                      | ignores what it believes to be at
 /// | owed    | seen about low                       | tell home again
 /// | owed    | seen anywhere else                   | the user's hand: free
 /// | none    | a player appears of which there is a | owed; it is told nothing before it is seen
@@ -58,12 +62,16 @@ struct VolumeLevels {
 /// while it plays; "for certain" is: home was told while it played, and it has played for `opening` by now,
 /// as streams open at the volume of the last one (Elisa and Pragha say 100 before they do), are silent at
 /// first (VLC 0.1 s, Celluloid, cmus 2 s), or stand at the cube of what was told (Rhythmbox); and its track
-/// has gone on for `beginning`, as Strawberry would take back the way home, too. And a player does not obey
-/// at once: elsewhere than told it is judged after `settling` only, when it is looked at again.
+/// has gone on for `beginning`, as Strawberry would take back the way home, too. One that is far into its
+/// track when it is first seen has opened its stream long ago: where it is now, its user has put it. And a
+/// player does not obey at once: elsewhere than told it is judged after `settling` only, when it is looked at
+/// again.
 class LoweredPlayer {
 public:
     /// Until then a player that plays may tell of its last stream, or of none.
     static constexpr std::chrono::milliseconds opening{3000};
+    /// How long its first stream may take to open.
+    static constexpr std::chrono::milliseconds connecting{300};
     /// How long a command may take to be seen.
     static constexpr std::chrono::milliseconds settling{100};
     /// How long after a track's begin a player may take its volume back by itself.
@@ -82,6 +90,10 @@ public:
     /// Whether it may be that, or the full volume that some tell until then.
     [[nodiscard]] bool isOpening(double volume, VolumeTime now) const;
 
+    /// Whether it is too early to believe `look`: before its first stream is open a player may say that it is at
+    /// full volume (Strawberry, 0.2 s).
+    [[nodiscard]] bool mayMislead(const VolumeLook& look, VolumeTime now) const;
+
     /// Lowers the player. `levels` count if nothing is owed to it.
     void lower(const VolumeLevels& levels, VolumeTime now);
     /// Says whether the player, unless it is free, is to be low.
@@ -91,7 +103,7 @@ public:
     /// It was asked after the last command. Decides; signals do not, for they may be late.
     void see(const VolumeLook& look, VolumeTime now);
 
-    /// What the player is to be told now; yields it once.
+    /// What the player is to be told now, one after the other; yields each once.
     [[nodiscard]] std::optional<double> takeCommand();
     /// When it is to be looked at, if at all; the look has begun.
     [[nodiscard]] std::optional<VolumeTime> nextLook() const { return nextLook_; }
@@ -101,6 +113,7 @@ private:
     enum class State { free, lowered, owed };
 
     [[nodiscard]] bool isReady(VolumeTime now) const { return isPlaying_ && now >= playsSince_ + opening; }
+    [[nodiscard]] bool mayBeNew(VolumeTime now) const { return !isReady(now) && !hasComeFar_; }
     [[nodiscard]] bool isCertain(VolumeTime now) const
     {
         return isReady(now) && now >= trackSince_ + beginning;
@@ -120,17 +133,20 @@ private:
     VolumeLevels levels_;
 
     std::optional<double> command_;
+    std::optional<double> detour_;  ///< to be told before that
     std::optional<VolumeTime> nextLook_;
     VolumeTime told_{};     ///< when it was last told anything
     VolumeTime toldLow_{};  ///< when it was last told to be low; it may do that yet
     bool toldWhilePlaying_ = false;
-    int repeats_ = 0;                ///< of the last command
-    bool hasObeyed_ = false;         ///< has been seen about low since it was told
-    std::optional<double> seenLow_;  ///< what it makes of `low`
-    bool hasHeldTrack_ = false;      ///< was told low once more because of this track
-    bool hasRoundedUp_ = false;      ///< was told home and a little
+    bool toldWhileReady_ = false;
+    int repeats_ = 0;            ///< of the last command
+    bool hasObeyed_ = false;     ///< has been seen about low since it was told
+    bool hasHeldTrack_ = false;  ///< was told low once more because of this track
 
     bool isPlaying_ = false;
+    bool hasOpened_ = false;   ///< has been ready before
+    bool sawItBegin_ = false;  ///< to play: so `playsSince_` is the truth
+    bool hasComeFar_ = false;  ///< in its track, when it was first seen: its stream has been open for long
     VolumeTime playsSince_{};
     std::string track_;
     VolumeTime trackSince_{};

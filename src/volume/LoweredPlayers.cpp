@@ -23,10 +23,6 @@ LoweredPlayers::LoweredPlayers(VolumePlayers& players, Surroundings surroundings
       kept_(notes),
       owesAnything_(!notes.empty())
 {
-    const auto today = surroundings_.today();
-    std::erase_if(away_, [today](const LoweredNote& note) {
-        return note.player.empty() || today - note.day > daysOfNotes;
-    });
     keepNotes();
 }
 
@@ -68,6 +64,13 @@ void LoweredPlayers::polled()
 {
     for (auto& [run, known] : known_) known.player.hear({}, {}, surroundings_.now());
     act();
+}
+
+bool LoweredPlayers::mayMislead(PlayerRun run, const VolumeLook& look) const
+{
+    const auto known = known_.find(run);
+    return known != known_.end() && known->second.player.isFree() &&
+           known->second.player.mayMislead(look, surroundings_.now());
 }
 
 void LoweredPlayers::wake()
@@ -213,7 +216,7 @@ void LoweredPlayers::act()
     const auto now = surroundings_.now();
     std::optional<VolumeTime> next;
     for (auto& [run, known] : known_) {
-        if (const auto volume = known.player.takeCommand()) {
+        while (const auto volume = known.player.takeCommand()) {
             ++known.commands;
             players_.tell(run, *volume);
         }
@@ -229,8 +232,9 @@ void LoweredPlayers::act()
 
 void LoweredPlayers::keepNotes()
 {
-    auto notes = away_;
     const auto today = surroundings_.today();
+    std::erase_if(away_, [today](const LoweredNote& note) { return today - note.day > daysOfNotes; });
+    auto notes = away_;
     for (const auto& [run, known] : known_)
         if (const auto levels = known.player.levels()) notes.push_back({known.name, *levels, today});
     if (notes == kept_) return;

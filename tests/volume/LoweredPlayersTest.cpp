@@ -295,6 +295,20 @@ TEST_F(LoweredPlayersTest, StoppedWhileLoweredComesBackWhenItPlays)
     }
 }
 
+TEST_F(LoweredPlayersTest, StoppedWhileLoweredComesBackAlthoughItTellsSoAlready)
+{
+    for (const double volume : {1.0, 0.58}) {
+        have({.closesStream = true, .opensAtMemory = true, .believesItself = true}, volume);
+        say();
+        player->stop();
+        fallSilent();
+        pass(2s);
+        player->play();
+        polls(3);
+        expectBack(volume);
+    }
+}
+
 TEST_F(LoweredPlayersTest, ClosedWhileLoweredComesBackWhenItPlaysAgain)
 {
     for (const bool cube : {false, true}) {
@@ -343,6 +357,41 @@ TEST_F(LoweredPlayersTest, ALineOverAPlayerThatIsOwedItsVolumeKeepsIt)
     expectBack(0.8);
 }
 
+// Strawberry, before its first stream is open.
+TEST_F(LoweredPlayersTest, AFirstFullVolumeIsNoVolume)
+{
+    have({.opensAtMemory = true, .tellsFirst = 1.0, .tellsFirstFor = 200ms}, 0.58);
+    startAnew();
+    player->play();
+    pass(20ms);
+    desktop.keeper->lineBegan();
+    std::optional<LoweredPlayers::Reading> reading;
+    desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+    pass(350ms);
+    ASSERT_TRUE(reading);
+    EXPECT_EQ(reading->percent(), 58);
+    desktop.keeper->duck("Music", *reading, 20);
+    pass(3s);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.2);
+    fallSilent();
+    polls(2);
+    expectBack(0.58);
+}
+
+TEST_F(LoweredPlayersTest, AFullVolumeIsReadAtOnceOnceThePlayerHasPlayed)
+{
+    have();
+    EXPECT_EQ(read()->percent(), 100);
+    player->stop();
+    pass(1s);
+    player->play();
+    pass(5ms);
+    EXPECT_EQ(read()->percent(), 100) << "without a wait";
+    desktop.start();
+    pass(5ms);
+    EXPECT_EQ(read()->percent(), 100) << "far into its track";
+}
+
 TEST_F(LoweredPlayersTest, AFirstVolumeOfNothingIsNoVolume)
 {
     have({.opensAtMemory = true, .tellsFirst = 0.0, .tellsFirstFor = 2000ms});
@@ -379,6 +428,49 @@ TEST_F(LoweredPlayersTest, ANoteThatTheUserHasMovedMeanwhileGoes)
     expectBack(0.6);
 }
 
+// We were killed while it was low, and its user has turned it up before we are back.
+TEST_F(LoweredPlayersTest, AUserWhoHasMovedTheVolumeBeforeOurStartHasItsWayAlsoDuringALine)
+{
+    for (const double volume : {1.0, 0.6, 0.51, 0.2}) {  // 0.51 is the cube of 0.8
+        have({}, 0.8);
+        say();
+        player->userSets(volume);
+        desktop.start();
+        pass(10ms);
+        say();
+        pass(3s);
+        fallSilent();
+        polls(2);
+        expectBack(volume);
+    }
+}
+
+TEST_F(LoweredPlayersTest, ANoteGoesAfterThirtyDaysAlsoWhileWeRun)
+{
+    have();
+    say();
+    desktop.remove(run);
+    run = 0;
+    desktop.today += LoweredPlayers::daysOfNotes;
+    fallSilent();
+    EXPECT_EQ(desktop.notes.size(), 1U);
+    ++desktop.today;
+    desktop.keeper->lineBegan();
+    EXPECT_TRUE(desktop.notes.empty());
+}
+
+TEST_F(LoweredPlayersTest, APlayerThatIsSeenKeepsItsNoteForEver)
+{
+    have();
+    say();
+    player->pause();
+    for (int day = 0; day < 3 * LoweredPlayers::daysOfNotes; ++day) {
+        ++desktop.today;
+        polls(1);
+        ASSERT_EQ(desktop.notes.at(0).day, desktop.today);
+    }
+}
+
 TEST_F(LoweredPlayersTest, ANoteGoesWhenItsPlayerHasNotBeenSeenForThirtyDays)
 {
     have();
@@ -391,6 +483,22 @@ TEST_F(LoweredPlayersTest, ANoteGoesWhenItsPlayerHasNotBeenSeenForThirtyDays)
     ++desktop.today;
     die();
     EXPECT_TRUE(desktop.notes.empty());
+}
+
+TEST_F(LoweredPlayersTest, APlayerThatSignalsNothingIsSeenByThePolls)
+{
+    have({.closesStream = true, .opensAtMemory = true}, 0.9);
+    player->signals = nullptr;
+    say();
+    player->stop();
+    fallSilent();
+    pass(10s);
+    player->play();
+    for (int poll = 0; poll < 3; ++poll) {
+        desktop.keeper->polled();
+        pass(3s);
+    }
+    expectBack(0.9);
 }
 
 TEST_F(LoweredPlayersTest, AnExactVolumeComesBackExactly)
@@ -422,7 +530,7 @@ TEST_F(LoweredPlayersTest, APlayerThatCutsOffComesBackExactlyEachTime)
 
 TEST_F(LoweredPlayersTest, TheFirstLineOfAPlayerThatSwallowsItsFirstCommandIsLowered)
 {
-    have({.swallows = 30ms});
+    have({.swallows = 30ms}, 0.9);
     player->stop();
     startAnew();
     player->play();
@@ -430,10 +538,10 @@ TEST_F(LoweredPlayersTest, TheFirstLineOfAPlayerThatSwallowsItsFirstCommandIsLow
     desktop.keeper->lineBegan();
     duck();
     pass(150ms);
-    EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.31);
     fallSilent();
     polls(2);
-    expectBack();
+    expectBack(0.9);
 }
 
 TEST_F(LoweredPlayersTest, APlayerThatTakesItsVolumeBackAtATracksBeginIsToldOnceMore)
@@ -472,6 +580,59 @@ TEST_F(LoweredPlayersTest, APlayerThatObeysLateIsNotTakenForAHand)
     EXPECT_DOUBLE_EQ(player->sound(), 0.35);
     fallSilent();
     pass(500ms);
+    expectBack();
+}
+
+// A slow player: its limit has passed when it obeys.
+TEST_F(LoweredPlayersTest, ACommandThatTakesLongIsNotUndoneInTheMiddleOfTheLine)
+{
+    have({.lag = 600ms}, 0.8);
+    say();
+    pass(700ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.28);
+    pass(3s);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.28);
+    fallSilent();
+    pass(700ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.8);
+    polls(2);
+    expectBack(0.8);
+    for (const double told : desktop.commands) EXPECT_TRUE(told == 0.28 || told == 0.8) << told;
+}
+
+// A read that comes late may tell of the time when the player was lowered.
+TEST_F(LoweredPlayersTest, AReadFromBeforeThePlayerWasPutBackIsRepeated)
+{
+    have({}, 0.8);
+    say();
+    desktop.readsTake = 300ms;
+    std::optional<LoweredPlayers::Reading> reading;
+    desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+    pass(2ms);
+    fallSilent();
+    pass(200ms);
+    EXPECT_TRUE(desktop.notes.empty());
+    EXPECT_FALSE(reading);
+    pass(500ms);
+    ASSERT_TRUE(reading);
+    EXPECT_EQ(reading->percent(), 80);
+}
+
+TEST_F(LoweredPlayersTest, AUserWhoTurnsUpAtATracksBeginHasItsWay)
+{
+    have();
+    player->next();
+    pass(10ms);
+    say();
+    for (int percent = 40; percent <= 100; percent += 5) {
+        player->userSets(percent / 100.0);
+        pass(30ms);
+    }
+    desktop.commands.clear();
+    pass(500ms);
+    fallSilent();
+    polls(2);
+    EXPECT_TRUE(desktop.commands.empty());
     expectBack();
 }
 

@@ -48,7 +48,10 @@ struct Quirks {
     bool closesStream = false;   ///< when it stops, and is set in vain until it plays: MPD, cmus, Pragha
     bool opensAtMemory = false;  ///< as the sound server remembers the last stream: Elisa, cmus, Pragha
     bool opensAtCube = false;    ///< of that: Rhythmbox
-    std::optional<double> tellsFirst = {};  ///< before and shortly after its stream is open
+    bool believesItself =
+        false;  ///< tells what it was told and ignores it the next time, however it sounds: Elisa
+    std::optional<double> tellsFirst =
+        {};  ///< before and shortly after its stream is open; 1: only the first one
     Milliseconds tellsFirstFor{0};
     Milliseconds swallows{0};  ///< what is set so soon after its stream was opened: Parole, Pragha
     std::optional<Milliseconds> takesBack = {};  ///< so soon after a track's begin: Strawberry
@@ -69,7 +72,7 @@ public:
     [[nodiscard]] double sound() const { return sound_; }
     [[nodiscard]] bool hasStream() const { return hasStream_; }
     [[nodiscard]] bool tellsTruth() const { return told() == sound_; }
-    [[nodiscard]] VolumeLook look() const { return {isPlaying, told(), std::to_string(track)}; }
+    [[nodiscard]] VolumeLook look() const { return {isPlaying, told(), std::to_string(track), position()}; }
 
     void play()
     {
@@ -95,12 +98,12 @@ public:
     {
         halt(true);
         isRunning = false;
+        streamsOfRun_ = 0;
     }
-    void start() { isRunning = true; }
 
     void userSets(double volume)
     {
-        user = sound_ = memory_ = volume;
+        user = sound_ = memory_ = belief_ = volume;
         signal();
     }
     /// What a command does when it arrives.
@@ -109,6 +112,7 @@ public:
         if (!isRunning) return;
         if (quirks_.truncates) volume = static_cast<int>(volume * 100) / 100.0;
         schedule_.after(quirks_.lag, [this, volume] {
+            if (quirks_.believesItself && std::exchange(belief_, volume) == volume) return;
             if (!isRunning || (!hasStream_ && quirks_.closesStream)) return;
             if (hasStream_ && schedule_.now() < opened_ + quirks_.swallows) return;
             sound_ = memory_ = volume;
@@ -121,9 +125,15 @@ private:
     {
         hasStream_ = true;
         ++stream_;
+        ++streamsOfRun_;
         opened_ = schedule_.now();
         if (quirks_.opensAtMemory)
             sound_ = quirks_.opensAtCube && sound_ < user ? std::pow(memory_, 3) : memory_;
+        if (quirks_.believesItself) {
+            schedule_.after(50ms, [this, stream = stream_, memory = memory_] {
+                if (stream == stream_) sound_ = memory_ = memory;
+            });
+        }
         if (!quirks_.tellsFirst) return;
         schedule_.after(quirks_.tellsFirstFor, [this, stream = stream_] {
             if (stream == stream_) signal();
@@ -141,9 +151,15 @@ private:
     }
     [[nodiscard]] double told() const
     {
-        if (!quirks_.tellsFirst) return sound_;
+        if (quirks_.believesItself) return belief_;
+        if (!quirks_.tellsFirst || (quirks_.tellsFirst == 1.0 && streamsOfRun_ > 1)) return sound_;
         const bool isOpening = !hasStream_ || schedule_.now() < opened_ + quirks_.tellsFirstFor;
         return isOpening ? *quirks_.tellsFirst : sound_;
+    }
+    [[nodiscard]] Milliseconds position() const
+    {
+        if (!hasStream_) return 0ms;
+        return std::chrono::floor<Milliseconds>(schedule_.now() - std::max(opened_, trackBegan_));
     }
     void signal()
     {
@@ -154,8 +170,10 @@ private:
     Quirks quirks_;
     double sound_ = 1.0;
     double memory_ = 1.0;
+    double belief_ = 1.0;
     bool hasStream_ = false;
     int stream_ = 0;
+    int streamsOfRun_ = 0;
     VolumeTime opened_{};
     VolumeTime trackBegan_{};
 };
@@ -169,7 +187,8 @@ public:
     };
 
     Schedule schedule;
-    Milliseconds latency{1};  ///< each way
+    Milliseconds latency{1};    ///< each way
+    Milliseconds readsTake{0};  ///< longer than looks
     PlayerRun music = 0;
     int today = 20'000;
     std::vector<double> commands;  ///< sent
@@ -212,19 +231,11 @@ public:
     void poll()
     {
         for (const auto& [run, player] : runs_) hear(run);
+        keeper->polled();
     }
 
     PlayerRun meant(const std::string& player) override { return player == "Music" ? music : 0; }
-    void read(PlayerRun run, const Answer& answer) override
-    {
-        look(run, [this, run, answer](const std::optional<VolumeLook>& told) {
-            const auto found = runs_.find(run);
-            // What has no note, and says to be at full volume, is believed.
-            const bool misleads =
-                told && told->volume == 1 && found != runs_.end() && !found->second->tellsTruth();
-            answer(misleads && notes.empty() ? std::nullopt : told);
-        });
-    }
+    void read(PlayerRun run, const Answer& answer) override { read(run, answer, 4); }
     void look(PlayerRun run, const Answer& answer) override
     {
         toPlayer([this, run, answer, process = process_] {
@@ -251,6 +262,21 @@ public:
     }
 
 private:
+    /// Again for a while what may mislead, as the platform does.
+    void read(PlayerRun run, const Answer& answer, int repeats)
+    {
+        look(run, [this, run, answer, repeats](const std::optional<VolumeLook>& told) {
+            const bool isEarly = told && keeper->mayMislead(run, *told) && repeats > 0;
+            schedule.after(isEarly ? 100ms : readsTake,
+                           [this, run, answer, repeats, told, isEarly, process = process_] {
+                               if (process != process_) return;
+                               if (isEarly)
+                                   read(run, answer, repeats - 1);
+                               else
+                                   answer(told);
+                           });
+        });
+    }
     void toPlayer(const std::function<void()>& happening) { schedule.after(latency, happening); }
     void appear(PlayerRun run)
     {

@@ -145,9 +145,7 @@ private:
     /// As the core does: only of a player that plays.
     void say()
     {
-        if (player_.isPlaying &&
-            (player_.tellsTruth() || !desktop_.notes.empty() || player_.look().volume < 0.02))
-            core_.say();
+        if (player_.isPlaying) core_.say();
     }
     void fallSilent() { core_.fallSilent(); }
     void next() { player_.next(); }
@@ -176,20 +174,22 @@ private:
         quirks.opensAtCube = quirks.opensAtMemory && !quirks.closesStream && chance();
         if (quirks.opensAtMemory && chance()) {
             quirks.tellsFirst = std::array{0.0, 0.01, 1.0}.at(static_cast<std::size_t>(number(0, 2)));
-            quirks.tellsFirstFor = Milliseconds(number(10, 2000));
+            quirks.tellsFirstFor = Milliseconds(number(10, quirks.tellsFirst == 1.0 ? 250 : 2000));
         }
-        if (chance()) quirks.swallows = Milliseconds(30);
+        quirks.believesItself = quirks.closesStream && quirks.opensAtMemory && !quirks.truncates &&
+                                !quirks.tellsFirst && chance();
+        if (!quirks.believesItself && chance()) quirks.swallows = Milliseconds(30);
         if (chance()) quirks.lag = Milliseconds(number(0, 60));
         // Whatever else, no player has been seen with this and the one or the other.
-        if (!quirks.truncates && !quirks.opensAtCube && chance())
+        if (!quirks.truncates && !quirks.opensAtCube && !quirks.believesItself && chance())
             quirks.takesBack = Milliseconds(number(5, 150));
-        trace_.push_back(std::string("quirks:") + (quirks.truncates ? " truncates" : "") +
-                         (quirks.closesStream ? " closes" : "") + (quirks.opensAtMemory ? " remembers" : "") +
-                         (quirks.opensAtCube ? " cube" : "") + " swallows " +
-                         std::to_string(quirks.swallows.count()) + " lag " +
-                         std::to_string(quirks.lag.count()) + " first " +
-                         std::to_string(quirks.tellsFirst.value_or(-1)) + " for " +
-                         std::to_string(quirks.tellsFirstFor.count()));
+        trace_.push_back(
+            std::string("quirks:") + (quirks.truncates ? " truncates" : "") +
+            (quirks.closesStream ? " closes" : "") + (quirks.opensAtMemory ? " remembers" : "") +
+            (quirks.opensAtCube ? " cube" : "") + (quirks.believesItself ? " believes itself" : "") +
+            " swallows " + std::to_string(quirks.swallows.count()) + " lag " +
+            std::to_string(quirks.lag.count()) + " first " + std::to_string(quirks.tellsFirst.value_or(-1)) +
+            " for " + std::to_string(quirks.tellsFirstFor.count()));
         return quirks;
     }
 
@@ -267,7 +267,7 @@ private:
             const auto told = desktop_.commands[checked_];
             trace("told " + std::to_string(told));
             const bool isKnown = std::ranges::any_of(chosen_, [told](double user) {
-                return isClose(told, user) || isClose(told, user + 0.004) ||
+                return isClose(told, user) || isClose(told, user + (user < 1 ? 0.004 : -0.004)) ||
                        isClose(told, lowOf(user) / 100.0);
             });
             if (!isKnown) fail("was told " + std::to_string(told));

@@ -155,6 +155,33 @@ TEST_F(PlayerVolumeTest, ThatIsNotKnownWhileTheStreamOpensIsWaitedFor)
     EXPECT_TRUE(comesTo(*player, 0.8));
 }
 
+// Strawberry on PipeWire: at full volume until it has heard of the one that its stream was given.
+TEST_F(PlayerVolumeTest, ThatIsToldBeforeTheFirstStreamIsOpenIsNotBelieved)
+{
+    auto player = makePlaying("strawberry");
+    QTimer::singleShot(150, [&] { player->change({{"Volume", 0.58}}); });
+    say();
+    EXPECT_TRUE(comesTo(*player, 0.2));
+    fallSilent();
+    EXPECT_TRUE(comesTo(*player, 0.58));
+    EXPECT_TRUE(comesToNoNote());
+}
+
+// We were killed while it was low, and its user has turned it up to the full before we are back.
+TEST_F(PlayerVolumeTest, ThatTheUserHasMovedBeforeOurStartStaysWhereItIs)
+{
+    auto player = makePlaying("rhythmbox", 0.8);
+    say();
+    EXPECT_TRUE(comesTo(*player, 0.28));
+    player->set({{"Volume", 1.0}, {"Position", qlonglong{60'000'000}}});
+    beginAnew();
+    say();
+    EXPECT_TRUE(comesTo(*player, 0.35));
+    fallSilent();
+    EXPECT_TRUE(comesTo(*player, 1.0));
+    EXPECT_TRUE(comesToNoNote());
+}
+
 TEST_F(PlayerVolumeTest, ANoteIsOnDiskWhileThePlayerIsLowered)
 {
     const auto player = makePlaying("vlc.instance77");

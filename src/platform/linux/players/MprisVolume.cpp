@@ -14,8 +14,8 @@
 namespace sonvara {
 namespace {
 
-// A new stream may have no volume for 0.3 seconds, as was seen on PipeWire: it is read again for longer than
-// that.
+// A new stream may have no volume for 0.3 seconds, as was seen on PipeWire, or not yet its own: it is read again for
+// longer than that.
 constexpr std::chrono::milliseconds pause{100};
 constexpr int patience = 4;
 constexpr double audible = 0.005;  // else it is 0 of 100: cmus tells a tiny number while it knows none
@@ -30,7 +30,9 @@ std::optional<VolumeLook> lookOf(const QVariantMap& properties)
     const auto volume = decodeVolume(properties.value(QStringLiteral("Volume")));
     if (!volume) return std::nullopt;
     const auto state = decodeState(properties);
-    return VolumeLook{state.status == PlaybackStatus::playing, *volume, keyOf(state.track.value_or(Track{}))};
+    const std::chrono::microseconds position(properties.value(QStringLiteral("Position")).toLongLong());
+    return VolumeLook{state.status == PlaybackStatus::playing, *volume, keyOf(state.track.value_or(Track{})),
+                      std::chrono::floor<std::chrono::milliseconds>(position)};
 }
 
 }  // namespace
@@ -64,7 +66,9 @@ void MprisVolume::read(PlayerRun run, const Answer& answer)
 void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
 {
     look(run, [this, run, answer, repeats](const std::optional<VolumeLook>& look) {
-        if (look && look->volume < audible && repeats > 0)
+        const bool isEarly =
+            look && (look->volume < audible || (keeper_ != nullptr && keeper_->mayMislead(run, *look)));
+        if (isEarly && repeats > 0)
             QTimer::singleShot(pause, this, [this, run, answer, repeats] { read(run, answer, repeats - 1); });
         else
             answer(look);

@@ -21,7 +21,7 @@ class LoweredPlayers;
 /// answer within the limit of the bus has none.
 ///
 /// A volume of 0 is read again for a while: on PipeWire a new stream has no volume at first, and some players
-/// tell 0.
+/// tell 0. So is one that the keeper does not believe yet.
 class MprisVolume final : public QObject, public VolumePlayers {
 public:
     MprisVolume(MprisBus& bus, const PlayerDirectory& directory);

@@ -1,0 +1,110 @@
+// The voice that counts its lines: nothing that it passes on is changed or held back.
+#include "ModelPlayer.h"
+
+#include "fakes/FakeVoice.h"
+#include "volume/CountedVoice.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace sonvara::test {
+namespace {
+
+struct Ends final : SpeechSynthesizerDelegate {
+    int finished = 0;
+    int cancelled = 0;
+    void didFinish() override { ++finished; }
+    void didCancel() override { ++cancelled; }
+};
+
+class CountedVoiceTest : public testing::Test {
+protected:
+    VirtualTime time;
+    FakeVoice below{time};
+    ModelDesktop desktop;
+    ModelPlayer player{desktop.schedule, {}};
+    std::shared_ptr<Ends> ends = std::make_shared<Ends>();
+    std::unique_ptr<CountedVoice> voice;
+
+    CountedVoiceTest()
+    {
+        desktop.start();
+        const auto run = desktop.add(player, "org.mpris.MediaPlayer2.test");
+        player.play();
+        desktop.schedule.pass(5s);
+        voice = std::make_unique<CountedVoice>(below, time, *desktop.keeper);
+        voice->setDelegate(ends);
+        desktop.keeper->duck("Music", {run, 1.0, true}, 35);
+    }
+    /// Whether the keeper counts a line: the player is low exactly then.
+    bool isLow()
+    {
+        desktop.schedule.pass(200ms);
+        return player.sound() < 1;
+    }
+};
+
+TEST_F(CountedVoiceTest, ALineCountsFromItsBeginToItsEnd)
+{
+    EXPECT_FALSE(isLow());
+    voice->speak({"Now playing", SpeechVoice{"a voice"}});
+    EXPECT_EQ(below.current(), "Now playing");
+    EXPECT_TRUE(isLow());
+    below.finish();
+    time.run();
+    EXPECT_EQ(ends->finished, 1);
+    EXPECT_FALSE(isLow());
+}
+
+TEST_F(CountedVoiceTest, EachLineCounts)
+{
+    voice->speak({"One", std::nullopt});
+    voice->speak({"Two", std::nullopt});
+    below.finish();
+    time.run();
+    EXPECT_TRUE(isLow());
+    voice->stopSpeaking();
+    time.run();
+    EXPECT_EQ(ends->cancelled, 1);
+    EXPECT_FALSE(isLow());
+}
+
+TEST_F(CountedVoiceTest, AnEndIsToldAtOnceWhereverItComes)
+{
+    struct OwnVoice final : SpeechSynthesizer {
+        std::weak_ptr<SpeechSynthesizerDelegate> delegate;
+        void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> to) override { delegate = std::move(to); }
+        void speak(SpeechUtterance) override {}
+        void stopSpeaking() override {}
+        [[nodiscard]] std::string currentLanguageCode() const override { return "la"; }
+        [[nodiscard]] std::optional<SpeechVoice> voiceForLanguage(const std::string& code) const override
+        {
+            return SpeechVoice{code};
+        }
+    } own;
+    CountedVoice counted(own, time, *desktop.keeper);
+    counted.setDelegate(ends);
+    EXPECT_EQ(counted.currentLanguageCode(), "la");
+    EXPECT_EQ(counted.voiceForLanguage("la")->identifier, "la");
+    counted.speak({"One", std::nullopt});
+    const auto hears = own.delegate.lock();
+    std::thread([&hears] { hears->didCancel(); }).join();
+    EXPECT_EQ(ends->cancelled, 1) << "before the main queue has come to it";
+    EXPECT_TRUE(isLow());
+    time.run();
+    EXPECT_FALSE(isLow());
+}
+
+TEST_F(CountedVoiceTest, AnEndThatComesAfterTheVoiceHasGoneDoesNothing)
+{
+    voice->speak({"One", std::nullopt});
+    below.finish();
+    voice.reset();
+    desktop.keeper.reset();
+    time.run();
+    EXPECT_EQ(ends->finished, 0);
+}
+
+}  // namespace
+}  // namespace sonvara::test
