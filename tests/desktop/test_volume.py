@@ -7,10 +7,11 @@ import signal
 import time
 import unittest
 
-from scenario import LOWERED, VOLUME, Trial
+from scenario import LONG, LOWERED, ROOT, VOLUME, Trial
 from desktop.processes import wait_until
 
 KILLS = 100
+SLOW_DISK = os.environ.get("SONVARA_SLOW_DISK", os.path.join(ROOT, "build", "test", "tests", "desktop", "libslow_disk.so"))
 
 
 class Volume(Trial):
@@ -36,6 +37,29 @@ class Volume(Trial):
         tray.choose("Quit")
         self.assertEqual(self.program.process.wait(1), 0)
         self.assertEqual(self.player.volume(), VOLUME)
+
+    def test_waits_for_no_disk(self):
+        self.start(LD_PRELOAD=SLOW_DISK, SLOW_DISK_SECONDS="5")
+        tray = self.program.tray()
+        with open(f"/proc/{self.program.pid}/maps", encoding="utf-8") as maps:
+            self.assertIn(SLOW_DISK, maps.read(), "its disk was not slow")
+        self.player.play("Song")
+        self.player.wait_for_volume(LOWERED)  # late: its first stream might have told another volume than its own
+        time.sleep(4)  # it has played for a while
+        for number in range(3):
+            self._expect_within(0.3, self.player.play(f"{number} {LONG}"), LOWERED)
+            time.sleep(1)  # into the line
+            self._expect_within(0.3, self.player.pause(), VOLUME)
+        self.speak_with_lowered_player()
+        tray.choose("Quit")
+        self.assertEqual(self.program.process.wait(1), 0)
+        self.assertEqual(self.player.volume(), VOLUME)
+
+    def _expect_within(self, limit, begin, volume):
+        self.player.wait_for_volume(volume, limit=3)
+        seconds = time.monotonic() - begin
+        print(f"{volume} after {seconds:.3f} s", flush=True)
+        self.assertLess(seconds, limit)
 
     def test_comes_back_at_the_next_start_after_a_kill(self):
         self.start_quickly()

@@ -47,7 +47,8 @@ class ScriptedPlayer:
         return self._command("play", title, artist, album or f"Album of {title[:100]}")
 
     def pause(self):
-        self._command("pause")
+        """Returns when it was told, likewise."""
+        return self._command("pause")
 
     def flood(self, count):
         """Signals `count` changes between a few tracks as fast as the bus takes them; the last track is "Flood's End"."""
@@ -107,7 +108,7 @@ class _Service:
         return self._change(self._track(title, artist, album))
 
     def pause(self):
-        self._change({"PlaybackStatus": GLib.Variant("s", "Paused")})
+        return self._change({"PlaybackStatus": GLib.Variant("s", "Paused")})
 
     def flood(self, count):
         # Made beforehand: making one takes longer than sending it.
