@@ -159,8 +159,10 @@ void LoweredPlayer::judgeHome(double volume, VolumeTime now)
         repeat(levels_.home + little, now);
     } else if (isPlaying_ && (!toldWhilePlaying_ || (isCertain(now) && !toldWhileReady_))) {
         tell(levels_.home, now);
+        repeats_ = 0;
+        toldElsewhere_ = now;
         detour_ = levels_.home < 1 ? levels_.home + little : levels_.home - little;
-    } else if (isCertain(now) && now >= toldLow_ + settling && (isExact || hasSettled(now))) {
+    } else if (isCertain(now) && now >= toldElsewhere_ + settling && (isExact || hasSettled(now))) {
         state_ = State::free;
     }
 }
@@ -178,7 +180,7 @@ void LoweredPlayer::tell(double volume, VolumeTime now)
 {
     command_ = volume;
     told_ = now;
-    if (state_ == State::lowered) toldLow_ = now;
+    if (state_ == State::lowered) toldElsewhere_ = now;
     detour_.reset();
     toldWhilePlaying_ = isPlaying_;
     toldWhileReady_ = isReady(now);

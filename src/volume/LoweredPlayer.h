@@ -136,7 +136,7 @@ private:
     std::optional<double> detour_;  ///< to be told before that
     std::optional<VolumeTime> nextLook_;
     VolumeTime told_{};     ///< when it was last told anything
-    VolumeTime toldLow_{};  ///< when it was last told to be low; it may do that yet
+    VolumeTime toldElsewhere_{};  ///< when it was last told anything but home; it may do that yet
     bool toldWhilePlaying_ = false;
     bool toldWhileReady_ = false;
     int repeats_ = 0;            ///< of the last command

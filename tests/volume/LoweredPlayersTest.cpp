@@ -643,7 +643,7 @@ TEST_F(LoweredPlayersTest, ThePlayerThatIsMeantNowIsLoweredAndTheOtherOneComesBa
     ModelPlayer other(desktop.schedule, {});
     desktop.add(other, "org.mpris.MediaPlayer2.other");
     other.play();
-    pass(5ms);
+    pass(400ms);
     desktop.keeper->lineBegan();
     duck();
     pass(300ms);

@@ -104,6 +104,7 @@ public:
     void userSets(double volume)
     {
         user = sound_ = memory_ = belief_ = volume;
+        isRestoring_ = false;
         signal();
     }
     /// What a command does when it arrives.
@@ -130,8 +131,9 @@ private:
         if (quirks_.opensAtMemory)
             sound_ = quirks_.opensAtCube && sound_ < user ? std::pow(memory_, 3) : memory_;
         if (quirks_.believesItself) {
+            isRestoring_ = true;
             schedule_.after(50ms, [this, stream = stream_, memory = memory_] {
-                if (stream == stream_) sound_ = memory_ = memory;
+                if (stream == stream_ && isRestoring_) sound_ = memory_ = memory;
             });
         }
         if (!quirks_.tellsFirst) return;
@@ -171,6 +173,7 @@ private:
     double sound_ = 1.0;
     double memory_ = 1.0;
     double belief_ = 1.0;
+    bool isRestoring_ = false;
     bool hasStream_ = false;
     int stream_ = 0;
     int streamsOfRun_ = 0;
