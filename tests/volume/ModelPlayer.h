@@ -72,6 +72,8 @@ public:
     [[nodiscard]] double sound() const { return sound_; }
     [[nodiscard]] bool hasStream() const { return hasStream_; }
     [[nodiscard]] bool tellsTruth() const { return told() == sound_; }
+    /// A command has arrived, and has not been obeyed.
+    [[nodiscard]] bool isObeying() const { return commands_ > 0; }
     [[nodiscard]] VolumeLook look() const { return {isPlaying, told(), std::to_string(track), position()}; }
 
     void play()
@@ -112,7 +114,9 @@ public:
     {
         if (!isRunning) return;
         if (quirks_.truncates) volume = static_cast<int>(volume * 100) / 100.0;
+        ++commands_;
         schedule_.after(quirks_.lag, [this, volume] {
+            --commands_;
             if (quirks_.believesItself && std::exchange(belief_, volume) == volume) return;
             if (!isRunning || (!hasStream_ && quirks_.closesStream)) return;
             if (hasStream_ && schedule_.now() < opened_ + quirks_.swallows) return;
@@ -174,6 +178,7 @@ private:
     double memory_ = 1.0;
     double belief_ = 1.0;
     bool isRestoring_ = false;
+    int commands_ = 0;
     bool hasStream_ = false;
     int stream_ = 0;
     int streamsOfRun_ = 0;

@@ -211,8 +211,8 @@ private:
 
     bool isQuiet()
     {
-        return player_.isPlaying && player_.tellsTruth() && core_.ducksUnderWay == 0 &&
-               desktop_.underWay == 0;
+        return player_.isPlaying && player_.tellsTruth() && !player_.isObeying() &&
+               core_.ducksUnderWay == 0 && desktop_.underWay == 0;
     }
     /// At a moment that tells whose the volume is: no command is on its way, and none is being thought of.
     void beMovedByUser()
