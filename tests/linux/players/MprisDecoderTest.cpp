@@ -75,6 +75,22 @@ TEST(MprisDecoderTest, ValuesOfWrongTypesAreMissing)
     }
 }
 
+TEST(MprisDecoderTest, ALengthIsAnyNumberAboveZero)
+{
+    EXPECT_TRUE(decodeWith("mpris:length", 1000000LL).hasLength);
+    EXPECT_TRUE(decodeWith("mpris:length", 2.5e6).hasLength);
+    EXPECT_FALSE(decodeWith("mpris:length", 0).hasLength);
+    EXPECT_FALSE(decodeWith("mpris:length", -1).hasLength);
+    EXPECT_FALSE(decodeWith("mpris:length", "long").hasLength);
+    EXPECT_FALSE(decodeTrack(song).hasLength);
+}
+
+TEST(MprisDecoderTest, AStreamsSongStandsBesideTheStation)
+{
+    EXPECT_EQ(decodeWith("icy-title", "One - Song").title, "One - Song");
+    EXPECT_EQ(decodeWith("icy-title", "").title, "Song");
+}
+
 TEST(MprisDecoderTest, LovedIsTheHighestRatingOnly)
 {
     EXPECT_TRUE(decodeWith("xesam:userRating", 1.0).loved);

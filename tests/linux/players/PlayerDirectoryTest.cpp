@@ -171,7 +171,7 @@ TEST_F(PlayerDirectoryTest, AHalfDescribedTrackHasADeadline)
     directory_.observe(player, {playing, track}, now_);
     EXPECT_EQ(directory_.deadline(), now_ + Debounce::delay);
     directory_.expire(now_ + Debounce::delay);
-    EXPECT_EQ(directory_.snapshot(PlayerKind::music).title, "one.mp3");
+    EXPECT_EQ(directory_.snapshot(PlayerKind::music).title, "one");
     EXPECT_FALSE(directory_.deadline());
 }
 

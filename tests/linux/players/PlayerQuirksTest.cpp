@@ -117,6 +117,39 @@ TEST_F(PlayerQuirksTest, MpdRepeatsTheTrackAfterAVolumeChange)
     EXPECT_EQ(postsUntilLast(player), (Posts{first, second, last}));
 }
 
+TEST_F(PlayerQuirksTest, MpdGivesItsNameUpForAMomentWhenItsVolumeCannotBeSet)
+{
+    auto player = makePlayer({"mpd"});
+    playsFirst(player);
+    player.disown("mpd");
+    player.own("mpd");
+    EXPECT_EQ(pollMusic(), "First||Artist||Album||true||false");
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, last}));
+}
+
+TEST_F(PlayerQuirksTest, CelluloidTellsAStreamsSongBesideTheStation)
+{
+    auto player = makePlayer({"io.github.celluloid_player.Celluloid"});
+    playsFirst(player);
+    auto metadata = metadataOf("Radio Nine", {}, "");
+    metadata["xesam:url"] = "http://127.0.0.1:8000/radio";
+    metadata["icy-title"] = "One - Song";
+    player.change({{"Metadata", metadata}});
+    EXPECT_EQ(postsUntil(2).back(), "Music Playing One - Song//");
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, "Music Playing One - Song//", last}));
+}
+
+TEST_F(PlayerQuirksTest, MpdNamesTheStationAsTheAlbumOfEachSong)
+{
+    auto player = makePlayer({"mpd"});
+    playsFirst(player);
+    auto metadata = metadataOf("One - Song", {}, "Radio Nine");
+    metadata["xesam:url"] = "http://127.0.0.1:8000/radio";
+    player.change({{"Metadata", metadata}});
+    EXPECT_EQ(postsUntil(2).back(), "Music Playing One - Song//");
+    EXPECT_EQ(postsUntilLast(player), (Posts{first, "Music Playing One - Song//", last}));
+}
+
 TEST_F(PlayerQuirksTest, SpotifyStartsWithoutMetadata)
 {
     auto player = makePlayer({"spotify"});
@@ -160,9 +193,11 @@ TEST_F(PlayerQuirksTest, BrowsersAreKnownByTheirWordsNotTheirNames)
     browser.play("A video");
     ASSERT_TRUE(eventually([&] { return browser.questions() >= 2; }));
     EXPECT_EQ(pollMusic(), "notrunning");
-    browser.introduction = {{"Identity", "Cider"}};
     browser.disown("chromium.instance1");
-    browser.own("chromium.instance1");
+    auto client = makePlayer({});
+    client.introduction = {{"Identity", "Cider"}};
+    client.own("chromium.instance1");
+    client.play("A video");
     EXPECT_EQ(runUntil(musicPollScript(), "A video||Artist||Album||true||false"),
               "A video||Artist||Album||true||false");
     EXPECT_EQ(posts, Posts{"Music Playing A video/Artist/Album"});

@@ -1,5 +1,6 @@
 #include "platform/linux/players/MprisBus.h"
 
+#include "platform/linux/players/Debounce.h"
 #include "platform/linux/players/PlayerIdentity.h"
 
 #include <QDBusError>
@@ -51,10 +52,7 @@ void MprisBus::listen()
     const auto everyName = QString::fromUtf8(namePrefix.data(), namePrefix.size()) + QLatin1Char('*');
     auto* names =
         new QDBusServiceWatcher(everyName, connection_, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(names, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString& name, const QString& before, const QString& now) {
-                Q_EMIT ownerChanged(name.toStdString(), before.toStdString(), now.toStdString());
-            });
+    connect(names, &QDBusServiceWatcher::serviceOwnerChanged, this, &MprisBus::takeOwnerChange);
 }
 
 void MprisBus::askNames(const Answer& answer)
@@ -92,6 +90,29 @@ void MprisBus::setVolume(const std::string& owner, double volume)
     command.setArguments({playerInterface, volumeProperty, QVariant::fromValue(QDBusVariant(volume))});
     command.setAutoStartService(false);
     connection_.send(command);
+}
+
+// MPD's voice on the bus gives its name up when its volume cannot be set, and takes it again at once.
+void MprisBus::takeOwnerChange(const QString& name, const QString& before, const QString& now)
+{
+    auto owner = before;
+    if (const auto lost = losses_.extract(name)) owner = lost.mapped().owner;
+    if (now == owner) return;
+    const auto tell = [this, name, owner, now] {
+        Q_EMIT ownerChanged(name.toStdString(), owner.toStdString(), now.toStdString());
+    };
+    if (!now.isEmpty()) {
+        tell();
+        return;
+    }
+    auto timer = std::make_unique<QTimer>();
+    timer->setSingleShot(true);
+    connect(timer.get(), &QTimer::timeout, this, [this, name, tell] {
+        losses_.extract(name).mapped().timer.release()->deleteLater();
+        tell();
+    });
+    timer->start(Debounce::delay);
+    losses_[name] = {owner, std::move(timer)};
 }
 
 void MprisBus::takePropertiesChanged(const QDBusMessage& message)

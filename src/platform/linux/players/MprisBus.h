@@ -4,14 +4,15 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QTimer>
 #include <QVariantList>
 
 #include <chrono>
 #include <functional>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
-
-class QDBusServiceWatcher;
 
 namespace sonvara {
 
@@ -47,7 +48,8 @@ public:
     void setVolume(const std::string& owner, double volume);
 
 Q_SIGNALS:
-    /// A player's name has another owner; an empty owner is none.
+    /// A player's name has another owner; an empty owner is none. A name without an owner is told after
+    /// `Debounce::delay`: if the same connection takes it again until then, nothing has happened.
     void ownerChanged(const std::string& name, const std::string& before, const std::string& now);
     /// The connection `owner` says that a player's properties have changed. The arguments are as
     /// they came.
@@ -58,6 +60,7 @@ Q_SIGNALS:
     void lost();
 
 private Q_SLOTS:
+    void takeOwnerChange(const QString& name, const QString& before, const QString& now);
     void takePropertiesChanged(const QDBusMessage& message);
     void takeDisconnected();
 
@@ -66,7 +69,13 @@ private:
     void askDaemon(const QString& method, const std::string& name, const Answer& answer);
     void askProperties(const std::string& owner, const QString& interface, const Answer& answer);
 
+    struct Loss {
+        QString owner;
+        std::unique_ptr<QTimer> timer;
+    };
+
     QDBusConnection connection_;
+    std::map<QString, Loss> losses_;  // by name
 };
 
 }  // namespace sonvara

@@ -92,11 +92,15 @@ Track decodeTrack(const QVariantMap& metadata)
 {
     Track track;
     track.title = decodeText(metadata.value(QStringLiteral("xesam:title")));
+    // Celluloid tells a stream's song here, and the station in the title.
+    const auto song = decodeText(metadata.value(QStringLiteral("icy-title")));
+    if (!song.empty()) track.title = song;
     track.artist = decodeTexts(metadata.value(QStringLiteral("xesam:artist")));
     track.album = decodeText(metadata.value(QStringLiteral("xesam:album")));
     track.loved = decodeNumber(metadata.value(QStringLiteral("xesam:userRating"))) == 1.0;
     track.id = decodeText(metadata.value(QStringLiteral("mpris:trackid")));
     track.url = decodeText(metadata.value(QStringLiteral("xesam:url")));
+    track.hasLength = decodeNumber(metadata.value(QStringLiteral("mpris:length"))).value_or(0) > 0;
     return track;
 }
 

@@ -1,19 +1,12 @@
 #include "platform/linux/players/PlayerState.h"
 
-#include <QUrl>
+#include "platform/linux/players/TrackDescription.h"
 
 #include <string_view>
 #include <utility>
 
 namespace sonvara {
 namespace {
-
-bool isFileName(const std::string& title, const std::string& url)
-{
-    // A long title is compared only with an address that can hold it.
-    return url.size() >= title.size() &&
-           QUrl(QString::fromStdString(url)).fileName(QUrl::FullyDecoded).toStdString() == title;
-}
 
 bool contains(const std::string& text, std::string_view part)
 {
@@ -43,13 +36,14 @@ bool isAdvertisement(const Track& track)
 
 bool isComplete(const Track& track)
 {
-    return !track.title.empty() && !track.artist.empty() && !isFileName(track.title, track.url);
+    return !track.title.empty() && !track.artist.empty() && !isNamedAfterFile(track);
 }
 
 PlayerSnapshot snapshotOf(const PlayerState& state)
 {
-    const auto& track = state.track;
-    if (state.status == PlaybackStatus::stopped || track.title.empty() || isAdvertisement(track)) return {};
+    if (state.status == PlaybackStatus::stopped || isAdvertisement(state.track)) return {};
+    const auto track = tidied(state.track);
+    if (track.title.empty()) return {};
     return {state.status, track.title, track.artist, track.album, track.loved};
 }
 

@@ -16,6 +16,7 @@ struct Track {
     bool loved = false;
     std::string id;   ///< the player's own name for the track; some players have one name for all of them
     std::string url;  ///< where the track lies
+    bool hasLength = false;  ///< it is known how long it is
 
     friend bool operator==(const Track&, const Track&) = default;
 };
@@ -60,7 +61,7 @@ void merge(PlayerState& state, StateChange change);
 /// and no artist.
 [[nodiscard]] bool isComplete(const Track& track);
 
-/// A stopped player, an advertisement and a track without a title are told as no track.
+/// A stopped player, an advertisement and a track without a title are told as no track, and any other one `tidied`.
 [[nodiscard]] PlayerSnapshot snapshotOf(const PlayerState& state);
 
 }  // namespace sonvara

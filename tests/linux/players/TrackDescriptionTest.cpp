@@ -1,0 +1,120 @@
+#include "platform/linux/players/TrackDescription.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace sonvara::test {
+namespace {
+
+struct Words {
+    std::string title;
+    std::string artist;
+    std::string album;
+};
+
+Track file(const Words& words, const std::string& url = "file:///music/Box/take.flac")
+{
+    Track track{.title = words.title, .artist = words.artist, .album = words.album, .id = {}, .url = url};
+    track.hasLength = true;
+    return track;
+}
+
+Track stream(const Words& words, const std::string& url = "http://127.0.0.1:8000/radio.mp3")
+{
+    auto track = file(words, url);
+    track.hasLength = false;
+    return track;
+}
+
+Words wordsOf(const Track& track)
+{
+    const auto told = tidied(track);
+    return {told.title, told.artist, told.album};
+}
+
+bool operator==(const Words& a, const Words& b)
+{
+    return a.title == b.title && a.artist == b.artist && a.album == b.album;
+}
+
+void PrintTo(const Words& words, std::ostream* out)
+{
+    *out << words.title << "/" << words.artist << "/" << words.album;
+}
+
+TEST(TrackDescriptionTest, ATaggedTrackStaysAsItIs)
+{
+    const Words tagged{"Song", "Artist", "Album"};
+    EXPECT_EQ(wordsOf(file(tagged)), tagged);
+    EXPECT_EQ(wordsOf(file(tagged, "")), tagged);
+    EXPECT_EQ(wordsOf(file(tagged, "/music/a path.flac")), tagged);
+    const Words unusual{"Unknown Pleasures", "The Unknown", "50/50"};
+    EXPECT_EQ(wordsOf(file(unusual)), unusual);
+}
+
+TEST(TrackDescriptionTest, WordsForSomethingUnknownCountAsEmpty)
+{
+    for (const auto* const word : {"Unknown", "unknown artist", "Unknown Album", "<Unknown>", "[unknown]"})
+        EXPECT_EQ(wordsOf(file({"Song", word, word})), (Words{"Song", "", ""})) << word;
+}
+
+TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
+{
+    EXPECT_EQ(wordsOf(file({"my first take.flac", "Unknown", "Unknown"}, "file:///music/my%20first%20take.flac")),
+              (Words{"my first take", "", ""}));
+    EXPECT_EQ(wordsOf(file({"holiday_2019.mp4", "", ""}, "file:///video/holiday_2019.mp4")),
+              (Words{"holiday 2019", "", ""}));
+    EXPECT_EQ(wordsOf(file({"holiday_2019.MP4", "", ""}, "")), (Words{"holiday 2019", "", ""}));
+    EXPECT_EQ(wordsOf(file({"holiday_2019", "", ""}, "/video/holiday_2019.mp4")), (Words{"holiday 2019", "", ""}));
+    EXPECT_EQ(wordsOf(file({"/video/holiday_2019.mp4", "", ""}, "/video/holiday_2019.mp4")),
+              (Words{"holiday 2019", "", ""}));
+}
+
+TEST(TrackDescriptionTest, ADotInATitleIsNoSuffix)
+{
+    const Words dotted{"Mr. Blue", "", ""};
+    EXPECT_EQ(wordsOf(file(dotted)), dotted);
+    EXPECT_EQ(wordsOf(file({"Take_No.5", "", ""})), (Words{"Take_No.5", "", ""}));
+}
+
+TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
+{
+    EXPECT_EQ(wordsOf(stream({"http://127.0.0.1:8000/radio.mp3", "", ""})), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"127.0.0.1:8000/radio.mp3", "", ""})), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"radio.mp3", "", ""})), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")), (Words{"a b", "", ""}));
+}
+
+TEST(TrackDescriptionTest, AStreamHasNoAlbumAndAStationIsNoArtist)
+{
+    const Words song{"Artist One - Song One", "", ""};
+    EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "Radio Nine", "Radio Nine"})), song);
+    EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "127.0.0.1", "Unknown album"})), song);
+    EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "", "Radio Nine"})), song);
+    EXPECT_EQ(wordsOf(stream({"Song", "127.0.0.1", ""})), (Words{"Song", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"Song", "Artist", "Radio Nine"})), (Words{"Song", "Artist", ""}));
+}
+
+TEST(TrackDescriptionTest, ATrackOfACatalogueKeepsItsAlbum)
+{
+    const Words song{"Song - Live", "Artist", "Album"};
+    EXPECT_EQ(wordsOf(file(song, "https://open.spotify.com/track/42")), song);
+}
+
+TEST(TrackDescriptionTest, AFileWhoseLengthIsNotKnownYetIsNoStream)
+{
+    const Words song{"Song - Live", "Artist", "Album"};
+    EXPECT_EQ(wordsOf(stream(song, "file:///music/song.flac")), song);
+    EXPECT_EQ(wordsOf(stream(song, "")), song);
+}
+
+TEST(TrackDescriptionTest, TheFolderOfAFileWithoutTagsIsNoAlbum)
+{
+    EXPECT_EQ(wordsOf(file({"Song", "", "Box"})), (Words{"Song", "", ""}));
+    EXPECT_EQ(wordsOf(file({"take.flac", "Unknown Artist", "Box"})), (Words{"take", "", ""}));
+    EXPECT_EQ(wordsOf(file({"Song", "Artist", "Box"})), (Words{"Song", "Artist", "Box"}));
+}
+
+}  // namespace
+}  // namespace sonvara::test
