@@ -11,9 +11,9 @@ namespace sonvara::test {
 
 class TemporaryFolder {
 public:
-    TemporaryFolder()
+    explicit TemporaryFolder(const std::filesystem::path& above = std::filesystem::temp_directory_path())
     {
-        std::string name = std::filesystem::temp_directory_path() / "sonvara-test-XXXXXX";
+        std::string name = above / "sonvara-test-XXXXXX";
         if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
         path_ = name;
     }

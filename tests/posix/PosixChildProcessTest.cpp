@@ -243,15 +243,6 @@ TEST_F(PosixChildProcessTest, NamesTheReasonOfAFailedLaunch)
     expectNoChildren();
 }
 
-using PosixChildProcessAsRootTest = PosixChildProcessTest;
-
-TEST_F(PosixChildProcessAsRootTest, RefusesAFolderOfAnotherUser)
-{
-    if (::geteuid() != 0) GTEST_SKIP() << "only root can make a folder of another user";
-    ASSERT_EQ(::chown(folder_.path().c_str(), 12345, 12345), 0);
-    EXPECT_EQ(launcher_.make(setup({"folder"}))->launch(), std::strerror(EPERM));
-}
-
 TEST_F(PosixChildProcessTest, FiftyRunSideBySide)
 {
     std::vector<std::shared_ptr<ChildProcess>> sleepers;

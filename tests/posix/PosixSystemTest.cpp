@@ -1,40 +1,15 @@
 #include "platform/posix/PosixSystem.h"
 
+#include "helpers/ScopedVariable.h"
 #include "helpers/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <optional>
 #include <unistd.h>
 
 namespace sonvara::test {
 
 namespace {
-
-// Sets a variable of this process, or removes it, for one test.
-class ScopedVariable {
-public:
-    ScopedVariable(const char* name, const char* value) : name_(name)
-    {
-        if (const char* const before = std::getenv(name)) before_ = before;
-        set(value);
-    }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-    ~ScopedVariable() { set(before_ ? before_->c_str() : nullptr); }
-    void set(const char* value) const
-    {
-        if (value != nullptr)
-            ::setenv(name_, value, 1);
-        else
-            ::unsetenv(name_);
-    }
-
-private:
-    const char* name_;
-    std::optional<std::string> before_;
-};
 
 std::string madeFile(const TemporaryFolder& folder, const std::string& name, unsigned permissions)
 {
@@ -82,19 +57,6 @@ TEST(PosixFileManagerAsRootTest, ExecutabilityIsAskedForTheEffectiveUser)
     ASSERT_EQ(::seteuid(0), 0);
     EXPECT_FALSE(mayExecuteOwners);
     EXPECT_TRUE(mayExecuteOther);
-}
-
-TEST(PosixFileManagerTest, TemporaryFolderIsTmpdirOrTmp)
-{
-    const PosixFileManager files;
-    const ScopedVariable variable("TMPDIR", "/some/where");
-    EXPECT_EQ(files.temporaryDirectory(), "/some/where");
-    variable.set("/some/where//");
-    EXPECT_EQ(files.temporaryDirectory(), "/some/where");
-    for (const char* const unusable : {"", "relative/path", static_cast<const char*>(nullptr)}) {
-        variable.set(unusable);
-        EXPECT_EQ(files.temporaryDirectory(), "/tmp");
-    }
 }
 
 TEST(PosixFileManagerTest, MakesAFolderWithThoseAboveIt)

@@ -13,7 +13,8 @@ ALONE = (
     # Without the right to mount: as the same user in a user namespace, where it may.
     ("unshare", "--user", "--map-current-user", "--keep-caps", "--mount"),
 )
-_ENTER = ("sh", "-c", 'mount --bind "$0" /opt && exec "$@"')
+# The program lets a tool work only in a folder that nobody else can write to or above; ours are below /tmp.
+_ENTER = ("sh", "-c", 'mount --bind "$0" /opt && exec env XDG_CACHE_HOME=/opt/cache "$@"')
 
 
 class StandIn:
@@ -24,6 +25,7 @@ class StandIn:
         self._tool = os.path.join("homebrew", "bin", name)
         path = os.path.join(self._root, self._tool)
         os.makedirs(os.path.dirname(path))
+        os.chmod(self._root, 0o700)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
         os.chmod(path, 0o755)

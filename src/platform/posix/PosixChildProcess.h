@@ -13,8 +13,7 @@ namespace sonvara {
 
 /// One run of a program, in a session of its own: it has no terminal to ask questions on, and the
 /// processes that it starts can be asked to end together with it. Signals are at their defaults in
-/// it. A working folder that belongs to another user is refused, since that user could plant files
-/// there for the program to obey.
+/// it.
 ///
 /// Two things keep a reader from being at the program's mercy. Processes that the program leaves
 /// behind may hold its output open: it counts as closed two seconds after the program's own end.

@@ -50,14 +50,6 @@ bool PosixFileManager::isExecutableFile(const std::string& path) const
     return ::faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
-std::string PosixFileManager::temporaryDirectory() const
-{
-    const char* const variable = std::getenv("TMPDIR");
-    std::string path = variable != nullptr && *variable == '/' ? variable : "/tmp";
-    while (!path.empty() && path.back() == '/') path.pop_back();
-    return path;
-}
-
 bool PosixFileManager::createDirectory(const std::string& path)
 {
     std::error_code error;

@@ -21,7 +21,9 @@ public:
     /// Asks for the effective user and group, whose rights a child would run with.
     [[nodiscard]] bool isExecutableFile(const std::string& path) const override;
 
-    /// The folder that the environment variable TMPDIR names, if it is an absolute path, else /tmp.
+    /// A folder of the user's own into which, as into those above it, nobody else can put anything: on
+    /// Linux $XDG_RUNTIME_DIR, else a folder below the user's cache, which is then made. Where neither
+    /// is such a folder, one in which nothing can be made. TMPDIR does not count: it may be everybody's.
     [[nodiscard]] std::string temporaryDirectory() const override;
 
     bool createDirectory(const std::string& path) override;
