@@ -32,8 +32,9 @@ public:
     /// of it, whatever bytes it holds.
     [[nodiscard]] virtual std::string readOutputToEnd() = 0;
 
-    /// After a successful launch: blocks until the program has ended. Returns its exit status, or
-    /// 128 plus the number of the signal that ended it.
+    /// After a successful launch: blocks until the program has ended. Returns its exit status, or 128
+    /// plus the number of the signal that ended it. One that ends because it was asked to counts as
+    /// ended by the signal (143), whatever status it gives.
     [[nodiscard]] virtual int waitUntilExit() = 0;
 
     /// Any thread: whether the program was launched and has not ended.

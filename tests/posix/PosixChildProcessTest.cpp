@@ -189,6 +189,26 @@ TEST_F(PosixChildProcessTest, TerminateWorksWhileAnotherThreadWaits)
     EXPECT_EQ(status.get(), 128 + SIGTERM);
 }
 
+TEST_F(PosixChildProcessTest, AProgramThatEndsWellBecauseItWasAskedToCountsAsTerminated)
+{
+    const auto child = launched({"obliging"});
+    auto output = std::async(std::launch::async, [&] { return child->readOutputToEnd(); });
+    while (!std::filesystem::exists(folder_.file("ready"))) std::this_thread::yield();
+    child->terminate();
+    EXPECT_EQ(output.get(), "half a sentence");
+    EXPECT_EQ(child->waitUntilExit(), 128 + SIGTERM);
+    EXPECT_EQ(child->waitUntilExit(), 128 + SIGTERM);
+}
+
+TEST_F(PosixChildProcessTest, ARequestAfterTheEndLeavesTheStatusAsItIs)
+{
+    const auto child = launched({"exit", "3"});
+    EXPECT_EQ(child->readOutputToEnd(), "");
+    while (child->isRunning()) std::this_thread::yield();
+    child->terminate();
+    EXPECT_EQ(child->waitUntilExit(), 3);
+}
+
 TEST_F(PosixChildProcessTest, AProgramThatIgnoresTheRequestGoesOn)
 {
     const auto child = launched({"stubborn"});

@@ -91,6 +91,17 @@ int printWithoutEnd()
     while (true) ::sleep(60);
 }
 
+// As a tool that has a handler of its own: it ends well, with what it has.
+[[noreturn]] void sleepUntilTerminate()
+{
+    std::signal(SIGTERM, [](int) {
+        constexpr std::string_view half = "half a sentence";
+        ::_exit(::write(STDOUT_FILENO, half.data(), half.size()) < 0 ? 1 : 0);
+    });
+    ::close(::open("ready", O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    sleepMinutes();
+}
+
 [[noreturn]] void sleepThroughTerminate()
 {
     std::signal(SIGTERM, SIG_IGN);
@@ -126,6 +137,7 @@ int main(int argc, char** argv)
     if (what == "exit") return std::atoi(argv[2]);
     if (what == "signal") return std::raise(std::atoi(argv[2]));
     if (what == "sleep") sleepMinutes();
+    if (what == "obliging") sleepUntilTerminate();
     if (what == "stubborn") sleepThroughTerminate();
     if (what == "orphan") return leaveGrandchild();
     return 99;

@@ -41,11 +41,18 @@ bool waitWithoutReaping(pid_t pid, int options)
     return result != 0 || info.si_pid != 0;
 }
 
-int reap(pid_t pid)
+int statusOf(int signal)
+{
+    return 128 + signal;
+}
+
+int reap(pid_t pid, bool wasAskedToEnd)
 {
     int status = 0;
     if (uninterrupted([&] { return ::waitpid(pid, &status, 0); }) != pid) return 255;  // reaped by others
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) return statusOf(WTERMSIG(status));
+    // A tool with a handler of its own may end well, with half an answer.
+    return wasAskedToEnd ? statusOf(SIGTERM) : WEXITSTATUS(status);
 }
 
 }  // namespace
@@ -56,11 +63,11 @@ PosixChildProcess::~PosixChildProcess()
 {
     if (!pid_) return;
     if (!isRunning()) {
-        reap(*pid_);
+        reap(*pid_, false);
         return;
     }
     try {
-        std::thread([pid = *pid_] { reap(pid); }).detach();
+        std::thread([pid = *pid_] { reap(pid, false); }).detach();
     } catch (const std::system_error&) {
         // No thread to be had: the system reaps the child when this process ends.
     }
@@ -133,7 +140,7 @@ int PosixChildProcess::waitUntilExit()
     lock.unlock();  // the wait must not keep others from asking the program to end
     waitWithoutReaping(pid, 0);
     lock.lock();
-    if (pid_) status_ = reap(pid);
+    if (pid_) status_ = reap(pid, wasAskedToEnd_);
     pid_.reset();
     return status_;
 }
@@ -147,7 +154,9 @@ bool PosixChildProcess::isRunning() const
 void PosixChildProcess::terminate()
 {
     const std::lock_guard lock(mutex_);
-    if (pid_) ::kill(-*pid_, SIGTERM);  // the whole session's first group
+    if (!pid_) return;
+    wasAskedToEnd_ = wasAskedToEnd_ || !waitWithoutReaping(*pid_, WNOHANG);
+    ::kill(-*pid_, SIGTERM);  // the whole session's first group, also what a program that has ended left behind
 }
 
 void PosixChildProcess::forbid()

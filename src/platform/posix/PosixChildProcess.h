@@ -43,6 +43,7 @@ private:
     FileDescriptor output_;
     mutable std::mutex mutex_;  // guards what follows
     bool isForbidden_ = false;
+    bool wasAskedToEnd_ = false;
     std::optional<pid_t> pid_;  // absent once reaped: the number may then be another process's
     int status_ = 0;            // of the reaped program
 };
