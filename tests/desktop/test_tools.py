@@ -84,6 +84,13 @@ class Tools(unittest.TestCase):
             self.assertEqual(scenario.program.process.wait(1), 0)
             wait_until("the end of the tool", lambda: not any(runs(pid) for pid in tools), 1)
 
+    def test_a_program_that_is_killed_takes_its_tool_along(self):
+        with Scenario(HANGING, WITH_AI) as scenario:
+            scenario.play("audacious", [FIRST])
+            tool = tools_of(scenario)[0]
+            scenario.program.kill()
+            wait_until("the end of the tool", lambda: not runs(tool), 1)
+
     def test_a_tool_that_ends_well_when_it_is_stopped_is_not_heard(self):
         half = script("trap 'echo Half a sentence; exit 0' TERM\nsleep 300 &\nwait\n")
         with Scenario(half, WITH_AI) as scenario:

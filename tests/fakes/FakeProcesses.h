@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace sonvara::test {
@@ -42,6 +43,7 @@ public:
         wasLaunched_ = true;
         if (behaviour_.launchError) return behaviour_.launchError;
         launchedAt_ = time_.elapsed();
+        thread_ = std::this_thread::get_id();
         return std::nullopt;
     }
     std::string readOutputToEnd() override
@@ -55,6 +57,7 @@ public:
     int waitUntilExit() override
     {
         EXPECT_FALSE(isRunning());
+        EXPECT_EQ(std::this_thread::get_id(), thread_) << "the launching thread stays until the end";
         return wasTerminated_ ? 143 : behaviour_.exitStatus;
     }
     [[nodiscard]] bool isRunning() const override { return launchedAt_ && !hasEnded(); }
@@ -76,6 +79,7 @@ private:
     VirtualTime& time_;
     ToolBehaviour behaviour_;
     std::optional<VirtualTime::Duration> launchedAt_;
+    std::thread::id thread_;
     bool wasLaunched_ = false;
     bool wasRead_ = false;
     bool wasTerminated_ = false;

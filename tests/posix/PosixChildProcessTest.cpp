@@ -263,6 +263,15 @@ TEST_F(PosixChildProcessTest, NamesTheReasonOfAFailedLaunch)
     expectNoChildren();
 }
 
+TEST_F(PosixChildProcessTest, FollowsNoLinkIntoTheFolder)
+{
+    std::filesystem::create_directory(folder_.file("folder"));
+    std::filesystem::create_directory_symlink(folder_.file("folder"), folder_.file("link"));
+    const auto child = launcher_.make({CHILD_HELPER, {"folder"}, folder_.file("link"), {}});
+    EXPECT_NE(child->launch(), std::nullopt);
+    expectNoChildren();
+}
+
 TEST_F(PosixChildProcessTest, FiftyRunSideBySide)
 {
     std::vector<std::shared_ptr<ChildProcess>> sleepers;

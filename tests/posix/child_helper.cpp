@@ -102,6 +102,16 @@ int printWithoutEnd()
     sleepMinutes();
 }
 
+// Writes its number into the file and stays.
+[[noreturn]] void sleepAfterNumber(const char* path)
+{
+    if (std::FILE* const file = std::fopen(path, "w")) {
+        std::fprintf(file, "%d\n", static_cast<int>(::getpid()));
+        std::fclose(file);
+    }
+    sleepMinutes();
+}
+
 [[noreturn]] void sleepThroughTerminate()
 {
     std::signal(SIGTERM, SIG_IGN);
@@ -138,6 +148,7 @@ int main(int argc, char** argv)
     if (what == "signal") return std::raise(std::atoi(argv[2]));
     if (what == "sleep") sleepMinutes();
     if (what == "obliging") sleepUntilTerminate();
+    if (what == "number") sleepAfterNumber(argv[2]);
     if (what == "stubborn") sleepThroughTerminate();
     if (what == "orphan") return leaveGrandchild();
     return 99;

@@ -1,7 +1,6 @@
-// Open file descriptors: who closes them, and how the systems keep them from leaking into children.
+// Open file descriptors: who closes them, and pipes that do not leak into children.
 #pragma once
 
-#include <spawn.h>
 #include <unistd.h>
 #include <utility>
 
@@ -39,10 +38,5 @@ struct PipeEnds {
 
 /// Makes a pipe whose ends close on exec. Returns 0 or an error number. Any thread.
 int makePipe(PipeEnds& ends);
-
-/// Adds to `actions` and `flags`, both of a spawn whose standard output and error are already
-/// arranged, what closes every descriptor but the three standard ones in the child.
-/// Returns 0 or an error number.
-int closeOtherDescriptors(posix_spawn_file_actions_t& actions, int& flags);
 
 }  // namespace sonvara

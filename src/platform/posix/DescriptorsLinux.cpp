@@ -14,9 +14,4 @@ int makePipe(PipeEnds& ends)
     return 0;
 }
 
-int closeOtherDescriptors(posix_spawn_file_actions_t& actions, int& /*flags*/)
-{
-    return posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-}
-
 }  // namespace sonvara

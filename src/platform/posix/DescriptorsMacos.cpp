@@ -18,10 +18,4 @@ int makePipe(PipeEnds& ends)
     return 0;
 }
 
-int closeOtherDescriptors(posix_spawn_file_actions_t& actions, int& flags)
-{
-    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-    return posix_spawn_file_actions_addinherit_np(&actions, STDIN_FILENO);
-}
-
 }  // namespace sonvara

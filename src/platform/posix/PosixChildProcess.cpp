@@ -2,6 +2,7 @@
 
 #include "platform/posix/Descriptors.h"
 #include "platform/posix/Spawn.h"
+#include "platform/posix/Uninterrupted.h"
 
 #include <array>
 #include <cerrno>
@@ -22,15 +23,6 @@ using namespace std::chrono_literals;
 constexpr auto outputGrace = 2s;
 constexpr auto lookInterval = 200ms;
 constexpr std::size_t outputLimit = std::size_t{64} << 20;
-
-// Repeats a system call that a signal interrupted.
-template <typename Call>
-auto uninterrupted(Call call)
-{
-    auto result = call();
-    while (result == -1 && errno == EINTR) result = call();
-    return result;
-}
 
 // Whether the child has ended; it stays a zombie, so that its number stays its own.
 bool waitWithoutReaping(pid_t pid, int options)
@@ -156,7 +148,8 @@ void PosixChildProcess::terminate()
     const std::lock_guard lock(mutex_);
     if (!pid_) return;
     wasAskedToEnd_ = wasAskedToEnd_ || !waitWithoutReaping(*pid_, WNOHANG);
-    ::kill(-*pid_, SIGTERM);  // the whole session's first group, also what a program that has ended left behind
+    // The whole session's first group, and what of it a program that has ended left behind.
+    ::kill(-*pid_, SIGTERM);
 }
 
 void PosixChildProcess::forbid()

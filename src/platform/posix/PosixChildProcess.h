@@ -1,4 +1,4 @@
-// Child processes by posix_spawn.
+// Child processes.
 #pragma once
 
 #include "platform/posix/Descriptors.h"
@@ -13,7 +13,7 @@ namespace sonvara {
 
 /// One run of a program, in a session of its own: it has no terminal to ask questions on, and the
 /// processes that it starts can be asked to end together with it. Signals are at their defaults in
-/// it.
+/// it. On Linux it is asked to end, too, when this process is killed.
 ///
 /// Two things keep a reader from being at the program's mercy. Processes that the program leaves
 /// behind may hold its output open: it counts as closed two seconds after the program's own end.
