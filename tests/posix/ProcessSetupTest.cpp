@@ -75,7 +75,11 @@ TEST(ProcessSetupDeathTest, TheEnvironmentIsCompletedButNotOverruled)
             ::unsetenv("NO_BROWSER");
             ::setenv("GEMINI_CLI_NO_RELAUNCH", "chosen", 1);
             setUpProcess();
-            exitWith({is("NO_BROWSER", "true"), is("GEMINI_CLI_NO_RELAUNCH", "chosen")});
+            exitWith({is("NO_BROWSER", "true"), is("GEMINI_CLI_NO_RELAUNCH", "chosen"),
+                      is("CLAUDE_CODE_MAX_RETRIES", "2"), is("CLAUDE_CODE_DISABLE_ATTACHMENTS", "1"),
+                      is("CLAUDE_CODE_DISABLE_FILE_MENTIONS", "1"), is("CLAUDE_CODE_DISABLE_CLAUDE_MDS", "1"),
+                      is("CLAUDE_CODE_DISABLE_AUTO_MEMORY", "1"),
+                      is("CLAUDE_CODE_SKIP_PROMPT_HISTORY", "1")});
         },
         testing::ExitedWithCode(0), "");
 }

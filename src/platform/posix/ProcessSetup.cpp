@@ -30,6 +30,25 @@ void resetSignals()
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+// For the AI tools, which are started with our environment.
+void completeEnvironment()
+{
+    constexpr int keep = 0;  // a value that the user has chosen stays
+    // Nobody sits before a tool that signs in.
+    ::setenv("NO_BROWSER", "true", keep);
+    // Its second process would outlive a request to end.
+    ::setenv("GEMINI_CLI_NO_RELAUNCH", "true", keep);
+    // Ten retries take longer than an intro may. Gemini offers no such limit for the models that it chooses itself.
+    ::setenv("CLAUDE_CODE_MAX_RETRIES", "2", keep);
+    // A title is text: "@" and a path in it attach no file, and tell the model of none.
+    ::setenv("CLAUDE_CODE_DISABLE_ATTACHMENTS", "1", keep);
+    ::setenv("CLAUDE_CODE_DISABLE_FILE_MENTIONS", "1", keep);
+    // What the user has asked of it for other work is nothing to a DJ, and an intro is nothing to remember.
+    ::setenv("CLAUDE_CODE_DISABLE_CLAUDE_MDS", "1", keep);
+    ::setenv("CLAUDE_CODE_DISABLE_AUTO_MEMORY", "1", keep);
+    ::setenv("CLAUDE_CODE_SKIP_PROMPT_HISTORY", "1", keep);
+}
+
 }  // namespace
 
 void setUpProcess()
@@ -38,9 +57,7 @@ void setUpProcess()
     openMissing(STDOUT_FILENO, O_WRONLY);
     openMissing(STDERR_FILENO, O_WRONLY);
     resetSignals();
-    constexpr int keep = 0;  // a value that the user has chosen stays
-    ::setenv("NO_BROWSER", "true", keep);
-    ::setenv("GEMINI_CLI_NO_RELAUNCH", "true", keep);
+    completeEnvironment();
 }
 
 }  // namespace sonvara
