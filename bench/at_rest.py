@@ -6,10 +6,10 @@ from desktop.processes import private_memory, rest
 from desktop.scripted_player import ScriptedPlayer
 from desktop.tray import TrayItem
 
-from contenders import BARE_TRAY, PLAYERCTL, SONVARA, Running
+from contenders import BARE_TRAY, PLAYERCTL, SONVARA, SPEECH_SERVER, Running
 from process_figures import WakeUps, processor_time, proportional_memory
 from report import Row, mebibytes, percent, times
-from speech_server import SpeechServer
+from desktop.speech_server import SpeechServer
 
 SETTLING = 15  # seconds after the last track: lines end, volumes come back, idle workers leave
 CLOSING = 25  # seconds more: 30 after a line the connection to the speech daemon is closed, which is no rest yet
@@ -19,7 +19,7 @@ REST_TITLE = "Processor and wake-ups while two players play and nothing changes"
 
 
 def measure_memory(desktop, _scale):
-    speech = SpeechServer(desktop)
+    speech = SpeechServer(desktop, SPEECH_SERVER)
     found = {}
     for command in (SONVARA, BARE_TRAY):  # never both: pages that they share would count half
         with Running(desktop, command, speech) as program:
@@ -39,7 +39,7 @@ def memory_with_players(desktop, program, speech, count):
 
 
 def measure_rest(desktop, scale):
-    speech = SpeechServer(desktop)
+    speech = SpeechServer(desktop, SPEECH_SERVER)
     seconds = round(300 * scale)
     with Running(desktop, SONVARA, speech) as sonvara, Running(desktop, PLAYERCTL) as playerctl:
         TrayItem(desktop, sonvara.pid)

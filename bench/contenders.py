@@ -9,7 +9,7 @@ _BUILD = os.path.join(ROOT, "build", "bench")
 
 SONVARA = (os.path.join(_BUILD, "sonvara"),)
 BARE_TRAY = (os.path.join(_BUILD, "bench", "bare_tray"),)
-SPEECH_SERVER = os.path.join(_BUILD, "bench", "speech_server")
+SPEECH_SERVER = os.path.join(_BUILD, "tests", "linux", "speech", "speech_server")
 FLOOR = (os.path.join(_BUILD, "bench", "signal_to_speech"),)
 PLAYERCTL = ("playerctl", "metadata", "--follow", "--format", "{{title}} by {{artist}}")
 # What one would type. It lowers nothing, skips no album, and forgets nobody's pause.

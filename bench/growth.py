@@ -7,11 +7,11 @@ from desktop.processes import private_memory, rest
 from desktop.tray import TrayItem
 
 from at_rest import costs_at_rest, leave, start_players
-from contenders import SONVARA, Running
+from contenders import SONVARA, SPEECH_SERVER, Running
 from latency import REST, change_tracks
 from process_figures import processor_time
 from report import Row, duration, mebibytes, percent
-from speech_server import SpeechServer
+from desktop.speech_server import SpeechServer
 
 PLAYERS = 1, 10, 50
 RATES = 1, 10, 100  # changes of tracks a second
@@ -21,7 +21,7 @@ RATES_TITLE = "More changes of tracks a second, by one player"
 
 
 def measure_players(desktop, scale):
-    speech = SpeechServer(desktop)
+    speech = SpeechServer(desktop, SPEECH_SERVER)
     found = {}
     for count in PLAYERS:
         with Running(desktop, SONVARA, speech) as program:
@@ -60,7 +60,7 @@ def _is_linear(values):
 
 
 def measure_rates(desktop, scale):
-    speech = SpeechServer(desktop)
+    speech = SpeechServer(desktop, SPEECH_SERVER)
     found = {}
     for rate in RATES:
         with Running(desktop, SONVARA, speech) as program:

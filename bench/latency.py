@@ -5,9 +5,9 @@ import statistics
 from desktop.processes import Timeout, rest
 from desktop.scripted_player import ScriptedPlayer
 
-from contenders import FLOOR, PIPELINE, SONVARA, Running, await_line
+from contenders import FLOOR, PIPELINE, SONVARA, SPEECH_SERVER, Running, await_line
 from report import Row, duration, times
-from speech_server import SpeechServer
+from desktop.speech_server import SpeechServer
 
 REST = 1.2  # seconds after each line: by then it is over and the volume is back, as between most tracks
 ROUNDS = 6  # the contenders take turns, so that none has the machine's better hour
@@ -17,7 +17,7 @@ TITLE = "From a player's signal to the line in speech-dispatcher's hands"
 
 def measure(desktop, scale):
     """`scale`: 1 for the full measure, less for a trial."""
-    speech = SpeechServer(desktop)
+    speech = SpeechServer(desktop, SPEECH_SERVER)
     player = ScriptedPlayer(desktop)
     found = {SONVARA: [], PIPELINE: [], FLOOR: []}
     rounds = ROUNDS if scale == 1 else 2

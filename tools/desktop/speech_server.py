@@ -5,15 +5,16 @@ import queue
 import subprocess
 import threading
 
-from contenders import SPEECH_SERVER
 from desktop.processes import wait_until
 
 
 class SpeechServer:
 
-    def __init__(self, desktop):
-        self._path = os.path.join(desktop.folder, "bench-speech.sock")
-        self._process = desktop.start("speech-server", [SPEECH_SERVER, self._path], stdout=subprocess.PIPE, text=True)
+    def __init__(self, desktop, program):
+        """`program`: the path of tests/linux/speech/speech_server in a build."""
+        self._path = os.path.join(desktop.folder, "silent-speech.sock")
+        self._process = desktop.start("speech-server", [program, self._path], stdout=subprocess.PIPE, text=True,
+                                      encoding="utf-8")
         wait_until("the speech server", lambda: os.path.exists(self._path))
         self._lines = queue.Queue()  # a SimpleQueue can wait beyond its limit, for ever
         threading.Thread(target=self._read, daemon=True).start()
@@ -40,4 +41,4 @@ class SpeechServer:
     def _read(self):
         for line in self._process.stdout:
             time, text = line.split(" ", 1)
-            self._lines.put((float(time), text))
+            self._lines.put((float(time), text.rstrip("\n")))
