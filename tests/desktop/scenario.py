@@ -139,9 +139,11 @@ class Scenario:
 
 class Trial(unittest.TestCase):
 
+    kind_of_desktop = PrivateDesktop
+
     @classmethod
     def setUpClass(cls):
-        cls.desktop = cls.enterClassContext(PrivateDesktop())
+        cls.desktop = cls.enterClassContext(cls.kind_of_desktop())
 
     def run(self, result=None):
         """The program's log stands before the failure."""

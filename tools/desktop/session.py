@@ -79,6 +79,10 @@ class PrivateSession:
         """Writes a file below the desktop's own ~/.config."""
         return self._write(text, "home", ".config", *name.split("/"))
 
+    def write_home(self, name, text):
+        """Writes a file below the desktop's own home folder, and returns its path."""
+        return self._write(text, "home", *name.split("/"))
+
     def _make_folder(self, *path):
         folder = os.path.join(self.folder, *path)
         os.makedirs(folder, mode=0o700, exist_ok=True)
