@@ -124,12 +124,11 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         hasObeyed_ = true;
         return;
     }
-    const bool isHome = isSame(volume, levels_.home);
-    if (!hasObeyed_ && (isHome || isCube(volume, now))) {
+    if (!hasObeyed_ && (isAtHome(volume) || isCube(volume, now))) {
         if (repeats_ < mostRepeats) repeat(levels_.low, now);
         return;
     }
-    if (isHome && !hasHeldTrack_ && now < trackSince_ + beginning) {
+    if (isSame(volume, levels_.home) && !hasHeldTrack_ && now < trackSince_ + beginning) {
         hasHeldTrack_ = true;
         hasObeyed_ = false;
         repeats_ = mostRepeats;  // if it does so again, it has its way

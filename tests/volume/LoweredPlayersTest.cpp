@@ -583,6 +583,43 @@ TEST_F(LoweredPlayersTest, APlayerThatObeysLateIsNotTakenForAHand)
     expectBack();
 }
 
+TEST_F(LoweredPlayersTest, AUserWhoTakesTheVolumeBackTwiceAtATracksBeginHasItsWay)
+{
+    have();
+    player->next();
+    pass(10ms);
+    say();
+    player->userSets(1.0);
+    pass(400ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.35) << "Strawberry does that once";
+    player->userSets(1.0);
+    pass(400ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 1.0);
+    fallSilent();
+    polls(1);
+    EXPECT_EQ(desktop.commands, (Commands{0.35, 0.35}));
+}
+
+// Stopped at the very moment of a line: it has cut off the way back, and never heard of the lowering.
+TEST_F(LoweredPlayersTest, ACutOffVolumeIsNotTakenForAHandDuringALine)
+{
+    have({.truncates = true, .closesStream = true, .opensAtMemory = true}, 0.57);
+    say();
+    die();
+    pass(4ms);
+    desktop.keeper->lineBegan();
+    duck();
+    player->stop();
+    pass(400ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.56) << "this is what is to be told from a hand";
+    player->play();
+    pass(400ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.19);
+    fallSilent();
+    polls(3);
+    expectBack(0.57);
+}
+
 // A slow player: its limit has passed when it obeys.
 TEST_F(LoweredPlayersTest, ACommandThatTakesLongIsNotUndoneInTheMiddleOfTheLine)
 {
