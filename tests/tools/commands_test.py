@@ -113,7 +113,11 @@ class Commands(unittest.TestCase):
         """A stand-in for sudo says what would be done."""
         self.copy.stand_in("sudo", 'echo "$@"')
         self.copy.stand_in("claude", "")
-        self.assertEqual(self.passes(command), f"ln -s {self.copy.programs}/claude /usr/local/bin/\n")
+        self.assertEqual(self.passes(command), f"ln -sfn {self.copy.programs}/claude /usr/local/bin/claude\n")
+
+    def is_run_by_the_tests_of_the_tools(self, command):
+        """It fetches hundreds of megabytes; ./test -L ai installs the same package, elsewhere."""
+        self.assertIn(command.split()[-1], (self.copy.tree / "tests/ai/install-tools").read_text(encoding="utf-8"))
 
     def watches_the_bus(self, command):
         """It runs until it is stopped, here after the first message."""
@@ -140,7 +144,11 @@ class Commands(unittest.TestCase):
             "./test": self.agrees_with_its_usage,
             "cmake --build build/release --target package": self.makes_a_package,
             "cmake --install build/release --prefix ~/.local": self.installs_below_the_home,
-            'sudo ln -s "$(command -v claude)" /usr/local/bin/': self.asks_for_rights,
+            "npm install -g @anthropic-ai/claude-code": self.is_run_by_the_tests_of_the_tools,
+            "npm install -g @google/gemini-cli": self.is_run_by_the_tests_of_the_tools,
+            "tools/ai-setup": self.passes,
+            'sudo ln -sfn "$(type -P claude)" /usr/local/bin/claude': self.asks_for_rights,
+            "./test -L ai": self.agrees_with_its_usage,
             "spd-say hello": self.passes_on_a_desktop,
             'QT_LOGGING_RULES="sonvara.*.debug=true" build/release/sonvara': self.finds_no_display,
             "playerctl volume 0.5": self.finds_no_player,
