@@ -309,6 +309,19 @@ TEST_F(LoweredPlayersTest, StoppedWhileLoweredComesBackAlthoughItTellsSoAlready)
     }
 }
 
+TEST_F(LoweredPlayersTest, WhatAPlayerTellsWithoutAStreamCountsForNothing)
+{
+    have({.closesStream = true, .opensAtMemory = true, .tellsFirst = 0.5}, 0.8);
+    say();
+    player->stop();
+    fallSilent();
+    polls(3);
+    EXPECT_EQ(desktop.notes.size(), 1U);
+    player->play();
+    polls(3);
+    expectBack(0.8);
+}
+
 TEST_F(LoweredPlayersTest, ClosedWhileLoweredComesBackWhenItPlaysAgain)
 {
     for (const bool cube : {false, true}) {
