@@ -21,7 +21,7 @@ TEST(NotificationValuesTest, KeepsNameAndAbsence)
     const Notification notification = notificationWith(nil);
     EXPECT_EQ(notification.name, "a.player");
     EXPECT_EQ(notification.userInfo, std::nullopt);
-    EXPECT_EQ(notificationWith(@{}).userInfo, UserInfo());
+    EXPECT_EQ(notificationWith([NSDictionary dictionary]).userInfo, UserInfo());
 }
 
 TEST(NotificationValuesTest, TellsTruthValuesFromNumbers)
@@ -38,7 +38,7 @@ TEST(NotificationValuesTest, KeepsTextsAndMarksTheRest)
 {
     EXPECT_EQ(variantOf(@"Bj\u00f6rk"), Variant("Bj\u00f6rk"));
     EXPECT_EQ(variantOf([NSDate date]), Variant(std::monostate()));
-    EXPECT_EQ(variantOf(@[]), Variant(std::monostate()));
+    EXPECT_EQ(variantOf([NSArray array]), Variant(std::monostate()));
 }
 
 TEST(NotificationValuesTest, LeavesOutKeysThatAreNoStrings)
