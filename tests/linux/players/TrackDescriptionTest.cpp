@@ -61,12 +61,14 @@ TEST(TrackDescriptionTest, WordsForSomethingUnknownCountAsEmpty)
 
 TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
 {
-    EXPECT_EQ(wordsOf(file({"my first take.flac", "Unknown", "Unknown"}, "file:///music/my%20first%20take.flac")),
-              (Words{"my first take", "", ""}));
+    EXPECT_EQ(
+        wordsOf(file({"my first take.flac", "Unknown", "Unknown"}, "file:///music/my%20first%20take.flac")),
+        (Words{"my first take", "", ""}));
     EXPECT_EQ(wordsOf(file({"holiday_2019.mp4", "", ""}, "file:///video/holiday_2019.mp4")),
               (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"holiday_2019.MP4", "", ""}, "")), (Words{"holiday 2019", "", ""}));
-    EXPECT_EQ(wordsOf(file({"holiday_2019", "", ""}, "/video/holiday_2019.mp4")), (Words{"holiday 2019", "", ""}));
+    EXPECT_EQ(wordsOf(file({"holiday_2019", "", ""}, "/video/holiday_2019.mp4")),
+              (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"/video/holiday_2019.mp4", "", ""}, "/video/holiday_2019.mp4")),
               (Words{"holiday 2019", "", ""}));
 }
@@ -83,7 +85,8 @@ TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
     EXPECT_EQ(wordsOf(stream({"http://127.0.0.1:8000/radio.mp3", "", ""})), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(stream({"127.0.0.1:8000/radio.mp3", "", ""})), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(stream({"radio.mp3", "", ""})), (Words{"", "", ""}));
-    EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")), (Words{"a b", "", ""}));
+    EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")),
+              (Words{"a b", "", ""}));
 }
 
 TEST(TrackDescriptionTest, AStreamHasNoAlbumAndAStationIsNoArtist)

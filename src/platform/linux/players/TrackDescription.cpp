@@ -14,7 +14,7 @@ constexpr std::array<std::string_view, 7> placeholders = {
     "unknown", "unknown artist", "unknown album", "unknown title", "<unknown>", "[unknown]", "(unknown)"};
 
 constexpr std::array<std::string_view, 19> mediaSuffixes = {
-    "aac", "aif", "aiff", "ape", "avi", "flac", "m4a", "m4v", "mka", "mkv",
+    "aac", "aif", "aiff", "ape", "avi", "flac", "m4a", "m4v",  "mka", "mkv",
     "mov", "mp3", "mp4",  "oga", "ogg", "opus", "wav", "webm", "wma"};
 
 QString lower(std::string_view text)
@@ -76,7 +76,8 @@ std::string sayable(std::string_view fileName)
 bool isAddress(const Track& track)
 {
     const auto& title = track.title;
-    if (title.find_first_of(" \t") == std::string::npos && title.find("://") != std::string::npos) return true;
+    if (title.find_first_of(" \t") == std::string::npos && title.find("://") != std::string::npos)
+        return true;
     return title.find('/') != std::string::npos && track.url.ends_with(title);
 }
 
