@@ -39,13 +39,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.write(reinterpret_cast<const char*>(data), static_cast<qint64>(size));
     file.close();
 
-    IniUserDefaults defaults(path.toStdString(), here.log);
+    IniUserDefaults defaults(path.toStdString(), here.log, std::chrono::seconds(20));
     for (const auto* key : {"aiIntros", "aiProvider"}) {  // to the store one key is like another
         if (!defaults.hasObject(key)) require(!defaults.boolForKey(key) && !defaults.stringForKey(key));
     }
     if (size % 16 != 0) return 0;  // a write waits for the disk
     defaults.setBool("aiIntros", true);
-    require(defaults.boolForKey("aiIntros"));
-    require(IniUserDefaults(path.toStdString(), here.log).boolForKey("aiIntros"));
+    require(defaults.boolForKey("aiIntros") && defaults.flush(std::chrono::seconds(20)));
+    require(IniUserDefaults(path.toStdString(), here.log, std::chrono::seconds(20)).boolForKey("aiIntros"));
     return 0;
 }

@@ -42,7 +42,7 @@ using namespace std::chrono_literals;
 
 // A program should be gone within a second. The voice may take half of it, and meanwhile the players answer.
 constexpr auto playersLimit = 700ms;
-constexpr auto notesLimit = 800ms;
+constexpr auto filesLimit = 800ms;
 constexpr auto workersLimit = 950ms;
 // A worker that reads a volume: the main thread and then the player are asked.
 constexpr auto readLimit = 1000ms;
@@ -110,8 +110,10 @@ struct LinuxPorts {
         while (!volume.players().isSettled() && patience.isActive())
             QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
                                             QEventLoop::WaitForMoreEvents);
-        const bool isWritten = volume.finish(left(notesLimit));
-        return workers.shutDown(left(workersLimit)) && isWritten;
+        const bool areNotesWritten = volume.finish(left(filesLimit));
+        const bool areSettingsWritten = userDefaults.flush(left(filesLimit));
+        const bool areWorkersGone = workers.shutDown(left(workersLimit));
+        return areNotesWritten && areSettingsWritten && areWorkersGone;
     }
 
     // Without a tray the settings are the only face there is. They come up by themselves once and for all,

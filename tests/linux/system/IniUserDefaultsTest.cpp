@@ -1,4 +1,4 @@
-#include "helpers/AfterOpening.h"
+#include "helpers/DiskHooks.h"
 #include "helpers/EventLoop.h"
 #include "helpers/RecordingLog.h"
 
@@ -11,8 +11,11 @@
 #include <QSaveFile>
 #include <QTemporaryDir>
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <gtest/gtest.h>
 #include <thread>
+#include <utility>
 
 namespace sonvara::test {
 
@@ -27,10 +30,13 @@ protected:
         return folder_.filePath(name);
     }
 
+    // Waits for the file longer than the program does: a busy machine is no slow disk.
     std::unique_ptr<IniUserDefaults> open()
     {
-        return std::make_unique<IniUserDefaults>(path().toStdString(), log_);
+        return std::make_unique<IniUserDefaults>(path().toStdString(), log_, 20s);
     }
+
+    void makeFolder() const { ASSERT_TRUE(QDir(folder_.path()).mkpath("sonvara")); }
 
     // Replaces the file at once, as careful programs do.
     void replace(const QByteArray& content) const
@@ -49,8 +55,10 @@ protected:
         file.write(content);
     }
 
-    [[nodiscard]] QByteArray content() const
+    // What the file holds when all that was set has been written.
+    [[nodiscard]] QByteArray content(IniUserDefaults& defaults) const
     {
+        EXPECT_TRUE(defaults.flush(20s));
         QFile file(path());
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         return file.readAll();
@@ -63,6 +71,7 @@ protected:
 TEST_F(IniUserDefaultsTest, AFreshStoreHoldsNothing)
 {
     const auto defaults = open();
+    EXPECT_FALSE(QFileInfo(path()).dir().exists()) << "nobody has used it yet";
     EXPECT_FALSE(defaults->hasObject("announcementsEnabled"));
     EXPECT_FALSE(defaults->boolForKey("announcementsEnabled"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), std::nullopt);
@@ -70,12 +79,12 @@ TEST_F(IniUserDefaultsTest, AFreshStoreHoldsNothing)
     EXPECT_FALSE(QFileInfo::exists(path()));
 }
 
-TEST_F(IniUserDefaultsTest, ValuesOutliveTheObjectAndAreOnTheDiskAtOnce)
+TEST_F(IniUserDefaultsTest, ValuesOutliveTheObjectAndAreWritten)
 {
     {
         const auto defaults = open();
         defaults->setBool("announcementsEnabled", false);
-        EXPECT_TRUE(content().contains("announcementsEnabled=false"));
+        EXPECT_TRUE(content(*defaults).contains("announcementsEnabled=false"));
         defaults->setBool("aiIntros", true);
         defaults->setString("aiProvider", "geminiCLI");
         defaults->setString("text", "a, b; \"c\" \xC3\xA9 \xE6\xBC\xA2\n@x");
@@ -91,7 +100,7 @@ TEST_F(IniUserDefaultsTest, ValuesOutliveTheObjectAndAreOnTheDiskAtOnce)
 
 TEST_F(IniUserDefaultsTest, OnlyBooleansAreBooleans)
 {
-    open();
+    makeFolder();
     replace("[General]\na=true\nb=1\nc=false\nd=0\ne=yes\nf=\ng=2\nh=true, true\n");
     const auto defaults = open();
     for (const char* const key : {"a", "b"}) EXPECT_TRUE(defaults->boolForKey(key)) << key;
@@ -162,7 +171,7 @@ TEST_F(IniUserDefaultsTest, NoticesAChangeBehindALink)
     }
     defaults->setBool("aiIntros", true);
     EXPECT_TRUE(QFileInfo(path()).isSymLink());
-    EXPECT_TRUE(content().contains("aiIntros=true"));
+    EXPECT_TRUE(content(*defaults).contains("aiIntros=true"));
 }
 
 TEST_F(IniUserDefaultsTest, ASubscriberMayWrite)
@@ -179,16 +188,17 @@ TEST_F(IniUserDefaultsTest, ADamagedFileKeepsItsReadableValues)
 {
     static constexpr char damaged[] = "[General]\naiIntros=true\nno equals sign here\n[\n\xFF\xFE\0\x01\n"
                                       "[General]\naiProvider=geminiCLI\n";
-    open();
+    makeFolder();
     replace(QByteArray(damaged, sizeof damaged - 1));
     const auto defaults = open();
     EXPECT_TRUE(defaults->boolForKey("aiIntros"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
     defaults->setBool("duckMusic", false);
+    EXPECT_TRUE(defaults->flush(20s));
     const auto later = open();
     EXPECT_TRUE(later->boolForKey("aiIntros"));
     EXPECT_TRUE(later->hasObject("duckMusic"));
-    EXPECT_TRUE(content().contains("duckMusic=false"));
+    EXPECT_TRUE(content(*defaults).contains("duckMusic=false"));
 }
 
 TEST_F(IniUserDefaultsTest, AStoreThatCannotBeWrittenKeepsValuesAndSaysSoOnce)
@@ -203,6 +213,7 @@ TEST_F(IniUserDefaultsTest, AStoreThatCannotBeWrittenKeepsValuesAndSaysSoOnce)
     EXPECT_TRUE(defaults->boolForKey("aiIntros"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
     EXPECT_EQ(changes, 2);
+    EXPECT_TRUE(defaults->flush(20s));
     ASSERT_EQ(log_.messages().size(), 1U);
     EXPECT_EQ(log_.messages().front().level, LogLevel::error);
 }
@@ -222,18 +233,18 @@ TEST_F(IniUserDefaultsTest, TwoProcessesLoseNothingOfEachOther)
     for (int i = 0; i < count; ++i) {
         EXPECT_TRUE(defaults->hasObject("own" + std::to_string(i))) << i;
         EXPECT_TRUE(defaults->hasObject("other" + std::to_string(i))) << i;
-        EXPECT_TRUE(content().contains("own" + QByteArray::number(i) + "=")) << i;
+        EXPECT_TRUE(content(*defaults).contains("own" + QByteArray::number(i) + "=")) << i;
     }
 }
 
 TEST_F(IniUserDefaultsTest, AFileReplacedWhileItIsReadIsReadAgain)
 {
-    open();
+    makeFolder();
     replace("[General]\naiProvider=first\n");
     afterOpening(path().toStdString(), [&] { replace("[General]\naiProvider=the second\n"); });
     const auto defaults = open();
-    ASSERT_FALSE(isOpeningAwaited());
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "the second");
+    ASSERT_FALSE(isOpeningAwaited());
     afterOpening(path().toStdString(), [&] { replace("[General]\naiProvider=the very fourth\n"); });
     replace("[General]\naiProvider=and the third\n");
     EXPECT_TRUE(eventually([&] { return defaults->stringForKey("aiProvider") == "the very fourth"; }));
@@ -244,6 +255,7 @@ TEST_F(IniUserDefaultsTest, AWriteKeepsAChangeOfTheSameSizeAndTime)
 {
     const auto defaults = open();
     defaults->setString("aiProvider", "claudeCLI");
+    EXPECT_TRUE(defaults->flush(20s));
     const auto time = QFileInfo(path()).lastModified();
     overwrite("[General]\naiProvider=geminiCLI\n");
     QFile file(path());
@@ -251,8 +263,88 @@ TEST_F(IniUserDefaultsTest, AWriteKeepsAChangeOfTheSameSizeAndTime)
     ASSERT_TRUE(file.setFileTime(time, QFileDevice::FileModificationTime));
     file.close();
     defaults->setBool("aiIntros", true);
-    EXPECT_TRUE(content().contains("aiProvider=geminiCLI"));
+    EXPECT_TRUE(content(*defaults).contains("aiProvider=geminiCLI"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
+}
+
+// A disk on which a flush takes until the test lets it go on.
+class SlowDiskTest : public IniUserDefaultsTest {
+protected:
+    SlowDiskTest()
+    {
+        beforeFlushing([this] {
+            ++flushes_;
+            opened_.wait();
+        });
+    }
+    ~SlowDiskTest() override
+    {
+        letGo();
+        beforeFlushing(nullptr);
+    }
+    void letGo()
+    {
+        if (!std::exchange(isOpen_, true)) gate_.set_value();
+    }
+
+    std::atomic<int> flushes_ = 0;
+
+private:
+    std::promise<void> gate_;
+    const std::shared_future<void> opened_ = gate_.get_future().share();
+    bool isOpen_ = false;
+};
+
+TEST_F(SlowDiskTest, AClickWaitsForNothingAndTheLastStateIsWritten)
+{
+    const auto defaults = open();
+    int changes = 0;
+    const auto subscription = defaults->onChange([&] { ++changes; });
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 101; ++i) defaults->setBool("announcementsEnabled", i % 2 != 0);
+    defaults->setString("aiProvider", "geminiCLI");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s);
+    EXPECT_EQ(changes, 102);
+    EXPECT_FALSE(defaults->boolForKey("announcementsEnabled"));
+    EXPECT_FALSE(defaults->flush(10ms));
+    letGo();
+    EXPECT_TRUE(content(*defaults).contains("announcementsEnabled=false"));
+    EXPECT_TRUE(content(*defaults).contains("aiProvider=geminiCLI"));
+    EXPECT_LE(flushes_, 4) << "two for the first, and two for all that came meanwhile";
+    EXPECT_EQ(changes, 102);
+}
+
+TEST_F(SlowDiskTest, TheEndLosesNothing)
+{
+    auto defaults = open();
+    defaults->setBool("aiIntros", true);
+    ASSERT_TRUE(eventually([&] { return flushes_ == 1; }));
+    defaults->setString("aiProvider", "geminiCLI");
+    letGo();
+    defaults.reset();
+    EXPECT_TRUE(open()->boolForKey("aiIntros"));
+    EXPECT_EQ(open()->stringForKey("aiProvider"), "geminiCLI");
+}
+
+TEST_F(IniUserDefaultsTest, AFileThatCannotBeReadYetIsTakenWhenItCan)
+{
+    makeFolder();
+    replace("[General]\naiProvider=geminiCLI\n");
+    std::promise<void> gate;
+    afterOpening(path().toStdString(), [opened = gate.get_future().share()] { opened.wait(); });
+    const auto defaults = std::make_unique<IniUserDefaults>(path().toStdString(), log_);
+    int changes = 0;
+    const auto begin = std::chrono::steady_clock::now();
+    const auto subscription = defaults->onChange([&] { ++changes; });
+    EXPECT_FALSE(defaults->hasObject("aiProvider"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s);
+    EXPECT_FALSE(defaults->flush(10ms)) << "the end would wait for the disk";
+    defaults->setBool("aiIntros", true);
+    EXPECT_EQ(changes, 1);
+    gate.set_value();
+    EXPECT_TRUE(eventually([&] { return changes == 2; }));
+    EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");
+    EXPECT_TRUE(content(*defaults).contains("aiIntros=true"));
 }
 
 TEST_F(IniUserDefaultsTest, OtherThreadsReadWhileTheMainThreadWrites)

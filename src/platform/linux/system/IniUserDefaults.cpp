@@ -1,24 +1,23 @@
 #include "platform/linux/system/IniUserDefaults.h"
 
+#include "platform/linux/system/IniFile.h"
 #include "ports/SystemLog.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include <QObject>
 #include <QStandardPaths>
-#include <QStringList>
-#include <QVariant>
-#include <chrono>
-#include <sys/stat.h>
+#include <QThread>
+
+#include <condition_variable>
+#include <functional>
+#include <future>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <utility>
 
 namespace sonvara {
 
 namespace {
-
-using namespace std::chrono_literals;
-
-// Editors that do not replace the file at once leave it empty for a moment.
-constexpr auto settlingTime = 50ms;
 
 bool isTrue(const std::string& value)
 {
@@ -27,26 +26,139 @@ bool isTrue(const std::string& value)
 
 }  // namespace
 
-IniUserDefaults::IniUserDefaults(const std::string& path, SystemLog& log)
-    : log_(log),
-      beforeReading_(stateOf(QString::fromStdString(path))),
-      settings_(QString::fromStdString(path), QSettings::IniFormat)
-{
-    QDir().mkpath(QFileInfo(settings_.fileName()).path());
-    readUntilUnchanged();
-    values_.store(read());
-    settling_.setSingleShot(true);
-    settling_.setInterval(settlingTime);
-    QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] {
-        readAgain();
-        readUntilUnchanged();
-        refresh();
-    });
-    const auto look = [this] { settling_.start(); };
-    QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, &settling_, look);
-    QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, &settling_, look);
-    watch();
-}
+/// The file on its thread, and the values as all other threads see them.
+class IniUserDefaults::Disk {
+public:
+    Disk(std::string path, SystemLog& log, std::chrono::milliseconds openLimit, std::function<void()> changed)
+        : path_(std::move(path)),
+          log_(log),
+          openLimit_(openLimit),
+          changed_(std::move(changed))
+    {
+        thread_.setObjectName(QStringLiteral("settings"));
+        worker_.moveToThread(&thread_);
+    }
+
+    ~Disk()
+    {
+        if (!thread_.isRunning()) return;
+        post([this] {  // behind all that is to be written
+            file_.reset();
+            thread_.quit();
+        });
+        thread_.wait();
+    }
+
+    // Any thread.
+    IniFile::Values values()
+    {
+        std::call_once(opened_, [this] { open(); });
+        const std::lock_guard lock(mutex_);
+        return values_;
+    }
+
+    // Main thread; returns whether the value is another one.
+    bool set(const std::string& key, const std::string& value)
+    {
+        (void)values();  // opens the file
+        const std::lock_guard lock(mutex_);
+        unsaved_.insert_or_assign(key, value);
+        post([this] { save(); });
+        return mix();
+    }
+
+    bool flush(std::chrono::milliseconds limit)
+    {
+        if (!thread_.isRunning()) return true;
+        const auto isReached = std::make_shared<std::promise<void>>();
+        post([isReached] { isReached->set_value(); });  // behind all that is to be written
+        return isReached->get_future().wait_for(limit) == std::future_status::ready;
+    }
+
+private:
+    template <typename Call>
+    void post(Call call)
+    {
+        QMetaObject::invokeMethod(&worker_, std::move(call), Qt::QueuedConnection);
+    }
+
+    void open()
+    {
+        thread_.start();
+        post([this] {
+            file_.emplace(QString::fromStdString(path_));
+            QObject::connect(&*file_, &IniFile::changed, &*file_, [this] { publish(); });
+            publish();
+        });
+        std::unique_lock lock(mutex_);
+        isLate_ = !read_.wait_for(lock, openLimit_, [this] { return isOpen_; });
+    }
+
+    // The following on the file's thread.
+
+    void save()
+    {
+        {
+            const std::lock_guard lock(mutex_);
+            saving_ = std::exchange(unsaved_, {});
+        }
+        if (saving_.empty()) return;  // what came before has been saved with it
+        if (!file_->add(saving_)) reportFailure();
+        publish();
+    }
+
+    void publish()
+    {
+        auto values = file_->values();
+        const std::lock_guard lock(mutex_);
+        onDisk_ = std::move(values);
+        saving_.clear();
+        const bool isRead = std::exchange(isOpen_, true) || isLate_;  // by anybody so far
+        if (mix() && isRead) QMetaObject::invokeMethod(&main_, changed_, Qt::QueuedConnection);
+        read_.notify_all();
+    }
+
+    void reportFailure()
+    {
+        if (std::exchange(isFailureReported_, true)) return;
+        Logger(log_, "UserDefaults").error({{"The settings cannot be written to "}, {path_}});
+    }
+
+    // With the lock held: lays those that are to be written over the values on the disk. Whether any is new.
+    bool mix()
+    {
+        const auto before = std::exchange(values_, onDisk_);
+        for (const auto* later : {&saving_, &unsaved_})
+            for (const auto& [key, value] : *later) values_.insert_or_assign(key, value);
+        return values_ != before;
+    }
+
+    const std::string path_;
+    SystemLog& log_;
+    const std::chrono::milliseconds openLimit_;
+    const std::function<void()> changed_;
+    std::once_flag opened_;
+    QThread thread_;
+    QObject main_;    // calls to it run on the main thread
+    QObject worker_;  // and to this one on the file's
+    std::optional<IniFile> file_;
+    bool isFailureReported_ = false;
+
+    std::mutex mutex_;  // guards what follows; never held while the disk works
+    std::condition_variable read_;
+    IniFile::Values onDisk_;
+    std::map<std::string, std::string> unsaved_;
+    std::map<std::string, std::string> saving_;
+    IniFile::Values values_;
+    bool isOpen_ = false;
+    bool isLate_ = false;
+};
+
+IniUserDefaults::IniUserDefaults(const std::string& path, SystemLog& log, std::chrono::milliseconds openLimit)
+    : disk_(std::make_unique<Disk>(path, log, openLimit, [this] { changed_.call(); }))
+{}
+
+IniUserDefaults::~IniUserDefaults() = default;
 
 std::string IniUserDefaults::standardPath()
 {
@@ -54,92 +166,9 @@ std::string IniUserDefaults::standardPath()
     return folder.toStdString() + "/sonvara/sonvara.conf";
 }
 
-// A file loses its watch when it is replaced, hence the folders; a link is replaced at its target.
-void IniUserDefaults::watch()
-{
-    const QFileInfo file(settings_.fileName());
-    QStringList paths{file.path(), file.filePath()};
-    if (file.isSymLink()) paths << QFileInfo(file.canonicalFilePath()).path();
-    for (const auto& path : std::as_const(paths))
-        if (QFileInfo::exists(path)) watcher_.addPath(path);
-}
-
-IniUserDefaults::State IniUserDefaults::stateOf(const QString& path)
-{
-    struct stat status{};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
-    const auto changed =
-        std::chrono::seconds(status.st_ctim.tv_sec) + std::chrono::nanoseconds(status.st_ctim.tv_nsec);
-    return {status.st_dev, status.st_ino, status.st_size, changed.count()};
-}
-
-void IniUserDefaults::readAgain()
-{
-    beforeReading_ = stateOf(settings_.fileName());
-    settings_.sync();
-}
-
-// QSettings opens the file first and notes its size and time then. If the file is replaced in between, it
-// has the old content and takes the new one for read; the next write would then drop the other's change.
-void IniUserDefaults::readUntilUnchanged()
-{
-    while (stateOf(settings_.fileName()) != beforeReading_) {
-        touch();
-        readAgain();
-    }
-}
-
-// Has the file look changed to QSettings, which compares its size and its time in milliseconds.
-void IniUserDefaults::touch()
-{
-    constexpr auto modified = QFileDevice::FileModificationTime;
-    QFile file(settings_.fileName());
-    if (file.open(QIODevice::ReadOnly)) file.setFileTime(file.fileTime(modified).addMSecs(1), modified);
-}
-
-IniUserDefaults::Values IniUserDefaults::read() const
-{
-    Values values;
-    for (const auto& key : settings_.allKeys()) {
-        if (key.isEmpty()) continue;  // a damaged file may hold one, and nobody can ask for it
-        const auto value = settings_.value(key);
-        if (!value.isValid()) continue;
-        auto& entry = values[key.toStdString()];
-        if (value.typeId() != QMetaType::QStringList && value.canConvert<QString>())
-            entry = value.toString().toStdString();
-    }
-    return values;
-}
-
-void IniUserDefaults::refresh()
-{
-    watch();
-    auto values = read();
-    if (values == *values_.load()) return;
-    values_.store(std::move(values));
-    changed_.call();
-}
-
-void IniUserDefaults::write(const std::string& key, const QVariant& value)
-{
-    touch();  // the change of another process may have the size and the time of our last one
-    settings_.setValue(QString::fromStdString(key), value);
-    settings_.sync();
-    if (settings_.status() == QSettings::AccessError) reportFailure();
-    refresh();
-}
-
-void IniUserDefaults::reportFailure()
-{
-    if (isFailureReported_) return;
-    isFailureReported_ = true;
-    Logger(log_, "UserDefaults")
-        .error({{"The settings cannot be written to "}, {settings_.fileName().toStdString()}});
-}
-
 bool IniUserDefaults::hasObject(const std::string& key) const
 {
-    return values_.load()->contains(key);
+    return disk_->values().contains(key);
 }
 
 bool IniUserDefaults::boolForKey(const std::string& key) const
@@ -150,24 +179,35 @@ bool IniUserDefaults::boolForKey(const std::string& key) const
 
 std::optional<std::string> IniUserDefaults::stringForKey(const std::string& key) const
 {
-    const auto values = values_.load();
-    const auto entry = values->find(key);
-    return entry == values->end() ? std::nullopt : entry->second;
+    const auto values = disk_->values();
+    const auto entry = values.find(key);
+    return entry == values.end() ? std::nullopt : entry->second;
 }
 
 void IniUserDefaults::setBool(const std::string& key, bool value)
 {
-    write(key, value);
+    set(key, value ? "true" : "false");
 }
 
 void IniUserDefaults::setString(const std::string& key, const std::string& value)
 {
-    write(key, QString::fromStdString(value));
+    set(key, QString::fromStdString(value).toStdString());  // well-formed, as it comes back from the disk
+}
+
+void IniUserDefaults::set(const std::string& key, const std::string& value)
+{
+    if (disk_->set(key, value)) changed_.call();
 }
 
 Subscription IniUserDefaults::onChange(std::function<void()> changed)
 {
+    (void)disk_->values();  // what others change is noticed once the file is open
     return changed_.add(std::move(changed));
+}
+
+bool IniUserDefaults::flush(std::chrono::milliseconds limit)
+{
+    return disk_->flush(limit);
 }
 
 }  // namespace sonvara
