@@ -54,8 +54,7 @@ struct VolumeLevels {
 /// |         |                                      | ignores what it believes to be at
 /// | owed    | seen about low                       | tell home again
 /// | owed    | seen anywhere else                   | the user's hand: free
-/// | none    | a player appears of which there is a | owed; it is told nothing before it is seen
-/// |         | note from before                     |
+/// | free    | there is a note of it from before    | owed; it is told nothing before it is seen
 // clang-format on
 ///
 /// A player without an open stream tells and accepts anything. So a hand is seen, and a note is settled, only
@@ -77,10 +76,6 @@ public:
     /// How long after a track's begin a player may take its volume back by itself.
     static constexpr std::chrono::milliseconds beginning{2000};
 
-    LoweredPlayer() = default;
-    /// A player to which its volume is owed from before.
-    explicit LoweredPlayer(const VolumeLevels& owed) : state_(State::owed), levels_(owed) {}
-
     [[nodiscard]] bool isFree() const { return state_ == State::free; }
     [[nodiscard]] bool isLowered() const { return state_ == State::lowered; }
     /// The volumes, as long as it is not free.
@@ -94,6 +89,12 @@ public:
     /// full volume (Strawberry, 0.2 s).
     [[nodiscard]] bool mayMislead(const VolumeLook& look, VolumeTime now) const;
 
+    /// There is a note of it: its volume is owed to it from before.
+    void owe(const VolumeLevels& levels)
+    {
+        state_ = State::owed;
+        levels_ = levels;
+    }
     /// Lowers the player. `levels` count if nothing is owed to it.
     void lower(const VolumeLevels& levels, VolumeTime now);
     /// Says whether the player, unless it is free, is to be low.

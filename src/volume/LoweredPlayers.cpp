@@ -16,14 +16,19 @@ int LoweredPlayers::Reading::percent() const
     return static_cast<int>(std::lround(std::clamp(volume, 0.0, 1.0) * 100));
 }
 
-LoweredPlayers::LoweredPlayers(VolumePlayers& players, Surroundings surroundings, const LoweredNotes& notes)
-    : players_(players),
-      surroundings_(std::move(surroundings)),
-      away_(notes),
-      kept_(notes),
-      owesAnything_(!notes.empty())
+void LoweredPlayers::begin()
 {
+    if (!std::exchange(hasBegun_, true)) surroundings_.recall();
+}
+
+void LoweredPlayers::remember(const LoweredNotes& notes)
+{
+    hasNotes_ = true;
+    away_ = kept_ = notes;
+    owesAnything_ = !notes.empty();
     keepNotes();
+    for (auto& [run, known] : known_) takeNote(run, known);  // none is lowered yet, as none could be read
+    for (const auto& read : std::exchange(untilNotes_, {})) read();
 }
 
 void LoweredPlayers::appeared(PlayerRun run, const std::string& name)
@@ -31,9 +36,14 @@ void LoweredPlayers::appeared(PlayerRun run, const std::string& name)
     const auto [known, isNew] = known_.try_emplace(run);
     if (!isNew) return;
     known->second.name = name;
-    const auto note = std::ranges::find(away_, name, &LoweredNote::player);
+    takeNote(run, known->second);
+}
+
+void LoweredPlayers::takeNote(PlayerRun run, Known& known)
+{
+    const auto note = std::ranges::find(away_, known.name, &LoweredNote::player);
     if (note == away_.end()) return;
-    known->second.player = LoweredPlayer(note->levels);
+    known.player.owe(note->levels);
     away_.erase(note);
     heard(run);
 }
@@ -62,6 +72,7 @@ void LoweredPlayers::heard(PlayerRun run, std::optional<bool> isPlaying,
 
 void LoweredPlayers::polled()
 {
+    begin();
     for (auto& [run, known] : known_) known.player.hear({}, {}, surroundings_.now());
     act();
 }
@@ -80,6 +91,11 @@ void LoweredPlayers::wake()
 
 void LoweredPlayers::read(const std::string& player, const ReadAnswer& answer)
 {
+    begin();
+    if (!hasNotes_) {
+        untilNotes_.emplace_back([this, player, answer] { read(player, answer); });
+        return;
+    }
     const auto run = isEnding_ ? 0 : players_.meant(player);
     const auto known = known_.find(run);
     if (known == known_.end()) {
@@ -237,7 +253,7 @@ void LoweredPlayers::keepNotes()
     auto notes = away_;
     for (const auto& [run, known] : known_)
         if (const auto levels = known.player.levels()) notes.push_back({known.name, *levels, today});
-    if (notes == kept_) return;
+    if (notes == kept_ || !hasNotes_) return;
     owesAnything_ = !notes.empty();
     kept_ = std::move(notes);
     surroundings_.keep(kept_);

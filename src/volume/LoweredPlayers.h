@@ -11,6 +11,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sonvara {
@@ -23,6 +24,9 @@ namespace sonvara {
 /// A player's home and low are remembered as a note from before it is told anything until it is free. The
 /// note of a player that goes is kept for the next one of the same stable name, for thirty days.
 ///
+/// It begins with the core's first script. Reads wait until the notes of the process before are there: what a
+/// player tells without them may be what that process has told it.
+///
 /// Main thread only; pure but for what the surroundings do. The keeper must outlive the players' answers.
 class LoweredPlayers {
 public:
@@ -31,6 +35,8 @@ public:
         std::function<int()> today;  ///< in days since 1970
         /// What is to outlive the process. Must not wait for a disk.
         std::function<void(const LoweredNotes&)> keep;
+        /// Asks for what the process before has kept: `remember` brings it. Must not wait for a disk either.
+        std::function<void()> recall;
         /// Asks for a `wake` at that time; the latest request counts, and a wake too many does no harm.
         std::function<void(VolumeTime)> wakeAt;
     };
@@ -47,8 +53,14 @@ public:
 
     static constexpr int daysOfNotes = 30;
 
-    /// `notes` are those of the process before. `players` must outlive this.
-    LoweredPlayers(VolumePlayers& players, Surroundings surroundings, const LoweredNotes& notes);
+    /// `players` must outlive this.
+    LoweredPlayers(VolumePlayers& players, Surroundings surroundings)
+        : players_(players),
+          surroundings_(std::move(surroundings))
+    {}
+
+    /// The notes of the process before, once.
+    void remember(const LoweredNotes& notes);
 
     /// A player has come to be there, and this is its stable name. Does nothing for one that is known.
     void appeared(PlayerRun run, const std::string& name);
@@ -60,7 +72,7 @@ public:
     void polled();
     /// Whether `look`, at a player that is free, is to be repeated before it counts.
     [[nodiscard]] bool mayMislead(PlayerRun run, const VolumeLook& look) const;
-    /// Any thread: whether `polled` has anything to do.
+    /// Any thread: whether `polled` has anything to do, as it has until the notes are there.
     [[nodiscard]] bool owesAnything() const { return owesAnything_; }
     void wake();
 
@@ -94,6 +106,8 @@ private:
         VolumeLevels levels;
     };
 
+    void begin();
+    void takeNote(PlayerRun run, Known& known);
     void take(PlayerRun run, const std::optional<VolumeLook>& answer);
     void see(PlayerRun run, Known& known, const VolumeLook& look);
     void look(PlayerRun run, Known& known);
@@ -111,8 +125,11 @@ private:
     LoweredNotes kept_;
     std::optional<Duck> ducked_;  ///< the core's last word, if it was a duck
     int lines_ = 0;               ///< handed over and not ended
+    bool hasBegun_ = false;
+    bool hasNotes_ = false;
+    std::vector<std::function<void()>> untilNotes_;  ///< reads that wait for them
     bool isEnding_ = false;
-    std::atomic<bool> owesAnything_ = false;
+    std::atomic<bool> owesAnything_ = true;
 };
 
 }  // namespace sonvara

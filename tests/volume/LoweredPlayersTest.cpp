@@ -484,6 +484,44 @@ TEST_F(LoweredPlayersTest, APlayerThatIsSeenKeepsItsNoteForEver)
     }
 }
 
+TEST_F(LoweredPlayersTest, AsksForTheNotesWithTheFirstPollAndOnce)
+{
+    int questions = 0;
+    LoweredPlayers keeper(desktop, {.now = [this] { return desktop.schedule.now(); },
+                                    .today = [] { return 1; },
+                                    .keep = [](const LoweredNotes&) { FAIL() << "there is nothing to keep"; },
+                                    .recall = [&] { ++questions; },
+                                    .wakeAt = [](VolumeTime) {}});
+    keeper.appeared(1, "org.mpris.MediaPlayer2.test");
+    keeper.gone(1);
+    EXPECT_EQ(questions, 0);
+    EXPECT_TRUE(keeper.owesAnything()) << "else nobody tells it of the poll";
+    keeper.polled();
+    keeper.polled();
+    EXPECT_EQ(questions, 1);
+    keeper.remember({});
+    EXPECT_FALSE(keeper.owesAnything());
+}
+
+// Else what the process before has told the player would be read as its user's choice.
+TEST_F(LoweredPlayersTest, AReadWaitsForTheNotes)
+{
+    have();
+    say();
+    const auto notes = desktop.notes;
+    desktop.startWithoutNotes();
+    std::optional<LoweredPlayers::Reading> reading;
+    desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+    pass(5s);
+    EXPECT_FALSE(reading);
+    EXPECT_EQ(desktop.notes, notes) << "they are still needed";
+    desktop.keeper->remember(notes);
+    pass(5s);
+    ASSERT_TRUE(reading);
+    EXPECT_DOUBLE_EQ(reading->volume, 1.0);
+    expectBack();
+}
+
 TEST_F(LoweredPlayersTest, ANoteGoesWhenItsPlayerHasNotBeenSeenForThirtyDays)
 {
     have();

@@ -207,13 +207,17 @@ public:
     /// Our process begins, or begins anew.
     void start()
     {
+        startWithoutNotes();
+        keeper->remember(notes);
+    }
+    /// The same, but the disk does not tell what is kept.
+    void startWithoutNotes()
+    {
         ++process_;
         keeper = std::make_unique<LoweredPlayers>(
-            *this,
-            LoweredPlayers::Surroundings{[this] { return schedule.now(); }, [this] { return today; },
-                                         [this](const LoweredNotes& all) { notes = all; },
-                                         [this](VolumeTime due) { wakeAt(due); }},
-            notes);
+            *this, LoweredPlayers::Surroundings{[this] { return schedule.now(); }, [this] { return today; },
+                                                [this](const LoweredNotes& all) { notes = all; }, [] {},
+                                                [this](VolumeTime due) { wakeAt(due); }});
         for (const auto& [run, player] : runs_) appear(run);
     }
     /// The player begins a run and is the one that is meant.

@@ -13,20 +13,23 @@ using std::chrono::steady_clock;
 VolumeGuard::VolumeGuard(const Below& below)
     : below_(below),
       writer_(below.notes),
-      players_(below.players,
-               {[] { return steady_clock::now(); }, [this] { return today(); },
-                [this](const LoweredNotes& notes) { writer_.write(notes.empty() ? "" : format(notes)); },
-                [this](VolumeTime due) { wakeAt(due); }},
-               load()),
-      scripts_(below.otherScripts, below.mainQueue, players_, below.readLimit),
-      voice_(below.voice, below.mainQueue, players_)
+      players_(std::make_shared<LoweredPlayers>(
+          below.players,
+          LoweredPlayers::Surroundings{
+              .now = [] { return steady_clock::now(); },
+              .today = [this] { return today(); },
+              .keep = [this](const LoweredNotes& all) { writer_.write(all.empty() ? "" : format(all)); },
+              .recall = [this] { recall(); },
+              .wakeAt = [this](VolumeTime due) { wakeAt(due); }})),
+      scripts_(below.otherScripts, below.mainQueue, *players_, below.readLimit),
+      voice_(below.voice, below.mainQueue, *players_)
 {}
 
 void VolumeGuard::end()
 {
     scripts_.close();
     voice_.close();
-    players_.end();
+    players_->end();
 }
 
 int VolumeGuard::today() const
@@ -35,14 +38,17 @@ int VolumeGuard::today() const
         std::chrono::floor<std::chrono::days>(below_.clock.now().time_since_epoch()).count());
 }
 
-LoweredNotes VolumeGuard::load() const
+void VolumeGuard::recall()
 {
-    const auto text = below_.notes.load();
-    if (!text) return {};
-    auto notes = parseLoweredNotes(*text, today());
-    if (notes) return *std::move(notes);
-    below_.notes.setAside();
-    return {};
+    below_.workers.post(QualityOfService::userInitiated,
+                        [below = below_, today = today(), weak = std::weak_ptr(players_)] {
+                            const auto text = below.notes.load();
+                            const auto notes = parseLoweredNotes(text.value_or(""), today);
+                            if (text && !notes) below.notes.setAside();
+                            below.mainQueue.post([weak, notes = notes.value_or(LoweredNotes())] {
+                                if (const auto players = weak.lock()) players->remember(notes);
+                            });
+                        });
 }
 
 void VolumeGuard::wakeAt(VolumeTime due)
@@ -52,7 +58,11 @@ void VolumeGuard::wakeAt(VolumeTime due)
     if (wakeUp_) wakeUp_->cancel();
     const auto delay = std::chrono::ceil<std::chrono::milliseconds>(due - steady_clock::now());
     wakeUp_ = below_.workers.postAfter(QualityOfService::userInitiated, std::max(delay, {}),
-                                       [this] { below_.mainQueue.post([this] { players_.wake(); }); });
+                                       [&mainQueue = below_.mainQueue, weak = std::weak_ptr(players_)] {
+                                           mainQueue.post([weak] {
+                                               if (const auto players = weak.lock()) players->wake();
+                                           });
+                                       });
 }
 
 }  // namespace sonvara

@@ -30,14 +30,15 @@ public:
         std::chrono::milliseconds readLimit;  ///< of a worker that reads a volume
     };
 
-    /// Reads the notes of the process before.
+    /// Does nothing of itself: the notes of the process before are read with the core's first script, by a
+    /// worker.
     explicit VolumeGuard(const Below& below);
 
     /// For the core, in place of those below.
     [[nodiscard]] ScriptRunner& scriptRunner() { return scripts_; }
     [[nodiscard]] SpeechSynthesizer& voice() { return voice_; }
     /// To be told what the players do.
-    [[nodiscard]] LoweredPlayers& players() { return players_; }
+    [[nodiscard]] LoweredPlayers& players() { return *players_; }
 
     /// See `LoweredPlayers::end`. From now on reads end as failed and nothing is spoken, so that the voice may go.
     void end();
@@ -46,14 +47,14 @@ public:
 
 private:
     [[nodiscard]] int today() const;
-    [[nodiscard]] LoweredNotes load() const;
+    void recall();
     void wakeAt(VolumeTime due);
 
     Below below_;
     NoteWriter writer_;
     std::shared_ptr<DelayedTask> wakeUp_;
     VolumeTime wakesAt_{};
-    LoweredPlayers players_;
+    std::shared_ptr<LoweredPlayers> players_;
     VolumeScripts scripts_;
     CountedVoice voice_;
 };

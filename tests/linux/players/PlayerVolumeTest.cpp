@@ -7,6 +7,7 @@
 #include "platform/posix/PosixNoteStore.h"
 #include "platform/posix/PosixSystem.h"
 #include "platform/posix/VolumeGuard.h"
+#include "support/PlayerScripts.h"
 
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -70,7 +71,7 @@ protected:
         guard = std::make_unique<VolumeGuard>(VolumeGuard::Below{
             players->volumes(), players->scriptRunner(), voice, mainQueue, workers, clock, notes, 1000ms});
         players->reportTo(guard->players());
-        pollMusic();
+        run(musicPollScript());  // as the core begins
     }
     /// It dies as by SIGKILL, when its last note is written, and begins anew.
     void beginAnew()
@@ -417,7 +418,11 @@ TEST_F(PlayerVolumeTest, DoesNotWaitForASlowDisk)
 {
     struct SlowStore final : NoteStore {
         std::atomic<bool> isReleased = false;
-        std::optional<std::string> load() override { return {}; }
+        std::optional<std::string> load() override
+        {
+            wait();
+            return {};
+        }
         void save(const std::string&) override { wait(); }
         void remove() override { wait(); }
         void setAside() override {}
@@ -433,8 +438,13 @@ TEST_F(PlayerVolumeTest, DoesNotWaitForASlowDisk)
     guard = std::make_unique<VolumeGuard>(VolumeGuard::Below{players->volumes(), players->scriptRunner(),
                                                              voice, mainQueue, workers, clock, slow, 1000ms});
     players->reportTo(guard->players());
-    pollMusic();
+    run(musicPollScript());
     postsUntil(2);  // it is known again
+    EXPECT_TRUE(run(getMusicVolume).error) << "the notes have not been read";
+    EXPECT_EQ(player->property("Volume"), QVariant(1.0));
+    slow.isReleased = true;
+    EXPECT_TRUE(eventually([&] { return !run(getMusicVolume).error; }));
+    slow.isReleased = false;
     say();
     EXPECT_TRUE(comesTo(*player, 0.35));
     fallSilent();

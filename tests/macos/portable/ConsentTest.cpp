@@ -66,15 +66,17 @@ protected:
                       }};
     ScriptVolumes volumes{lanes, time};
     LoweredPlayers keeper{volumes,
-                          {[this] { return at(time.elapsed()); }, [] { return 1; },
-                           [](const LoweredNotes&) {},
-                           [this](VolumeTime due) {
-                               const auto delay = due - at(time.elapsed());
-                               (void)time.postAfter(QualityOfService::userInitiated,
-                                                    std::chrono::ceil<std::chrono::milliseconds>(delay),
-                                                    [this] { time.post([this] { keeper.wake(); }); });
-                           }},
-                          {}};
+                          {.now = [this] { return at(time.elapsed()); },
+                           .today = [] { return 1; },
+                           .keep = [](const LoweredNotes&) {},
+                           .recall = [this] { time.post([this] { keeper.remember({}); }); },
+                           .wakeAt =
+                               [this](VolumeTime due) {
+                                   const auto delay = due - at(time.elapsed());
+                                   (void)time.postAfter(QualityOfService::userInitiated,
+                                                        std::chrono::ceil<std::chrono::milliseconds>(delay),
+                                                        [this] { time.post([this] { keeper.wake(); }); });
+                               }}};
     VirtualScripts scripts{time, lanes, keeper};
     CountedVoice voice{desktop.voice, time, keeper};
     Platform platform{desktop.application,
