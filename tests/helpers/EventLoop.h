@@ -6,14 +6,16 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 
 namespace sonvara::test {
 
-/// Main thread: runs the event loop until `condition` holds; false when it does not within twenty seconds.
-inline bool eventually(const std::function<bool()>& condition)
+/// Main thread: runs the event loop until `condition` holds; false when it does not within the time.
+inline bool eventually(const std::function<bool()>& condition,
+                       std::chrono::milliseconds time = std::chrono::seconds(20))
 {
-    const QDeadlineTimer limit(20'000);
+    const QDeadlineTimer limit(time);
     QTimer look;  // another thread may fulfil it without an event here
     look.start(10);
     bool holds = condition();

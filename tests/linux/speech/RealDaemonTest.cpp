@@ -136,6 +136,7 @@ TEST_F(RealDaemonTest, speaksInAnotherLanguage)
 int main(int argc, char** argv)
 {
     ::testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
     sonvara::test::session = new sonvara::test::Session;  // the framework owns it
     ::testing::AddGlobalTestEnvironment(sonvara::test::session);
     return RUN_ALL_TESTS();

@@ -1,15 +1,14 @@
 // What every test of the voice needs: ears, a log and the adapter.
 #pragma once
 
+#include "helpers/EventLoop.h"
 #include "helpers/RecordingLog.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace sonvara::test {
@@ -21,38 +20,25 @@ public:
     void didCancel() override { hear('C'); }
 
     /// The ends so far: F for finished, C for cancelled.
-    [[nodiscard]] std::string ends() const
+    [[nodiscard]] std::string ends() const { return ends_; }
+
+    /// Waits for `count` ends and returns all there are; gives up after a while.
+    std::string waitForEnds(std::size_t count,
+                            std::chrono::milliseconds limit = std::chrono::seconds(10)) const
     {
-        const std::lock_guard lock(mutex_);
+        eventually([&] { return ends_.size() >= count; }, limit);
         return ends_;
     }
 
-    /// Waits for `count` ends and returns all there are; gives up after ten seconds.
-    std::string waitForEnds(std::size_t count) const { return waitForEnds(count, std::chrono::seconds(10)); }
-    std::string waitForEnds(std::size_t count, std::chrono::milliseconds limit) const
-    {
-        std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, limit, [&] { return ends_.size() >= count; });
-        return ends_;
-    }
-
-    void expectOneMore()
-    {
-        const std::lock_guard lock(mutex_);
-        ++expected_;
-    }
+    void expectOneMore() { ++expected_; }
 
 private:
     void hear(char end)
     {
-        const std::lock_guard lock(mutex_);
         ends_ += end;
         EXPECT_LE(ends_.size(), expected_) << "a line ended twice";
-        changed_.notify_all();
     }
 
-    mutable std::mutex mutex_;
-    mutable std::condition_variable changed_;
     std::string ends_;
     std::size_t expected_ = 0;
 };

@@ -1,5 +1,7 @@
 #include "StubSpeechServer.h"
 
+#include "helpers/EventLoop.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -129,7 +131,6 @@ void StubSpeechServer::accept()
         client.socket = std::move(socket);
         ++open_;
         client.thread = std::thread([this, &client] { serve(client); });
-        changed_.notify_all();
     }
 }
 
@@ -141,12 +142,10 @@ void StubSpeechServer::serve(Client& client)
         const std::lock_guard lock(mutex_);
         client.input.append(buffer.data(), static_cast<std::size_t>(count));
         handleInput(client);
-        changed_.notify_all();
     }
     const std::lock_guard lock(mutex_);
     ::shutdown(client.socket.get(), SHUT_RDWR);
     --open_;
-    changed_.notify_all();
 }
 
 void StubSpeechServer::handleInput(Client& client)
@@ -166,7 +165,6 @@ void StubSpeechServer::resume()
         client.hangs = false;
         handleInput(client);
     }
-    changed_.notify_all();
 }
 
 void StubSpeechServer::handle(Client& client, const std::string& line)
@@ -262,8 +260,10 @@ std::vector<std::string> StubSpeechServer::commands() const
 
 bool StubSpeechServer::waitFor(const std::function<bool()>& condition) const
 {
-    std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, std::chrono::seconds(10), condition);
+    return eventually([&] {
+        const std::lock_guard lock(mutex_);
+        return condition();
+    });
 }
 
 bool StubSpeechServer::waitForLines(std::size_t count) const

@@ -3,7 +3,6 @@
 
 #include "platform/posix/Descriptors.h"
 
-#include <condition_variable>
 #include <functional>
 #include <list>
 #include <mutex>
@@ -52,7 +51,7 @@ public:
     /// still open: "702 END", "703 CANCELED" or any other.
     void tell(const std::string& event);
 
-    // What it has seen so far, and waiting for more; the wait ends after ten seconds.
+    // What it has seen so far, and waiting for more while the event loop runs.
     [[nodiscard]] std::vector<std::string> lines() const;
     [[nodiscard]] std::vector<std::string> commands() const;
     [[nodiscard]] bool waitForLines(std::size_t count) const;
@@ -84,7 +83,6 @@ private:
     std::thread accepting_;
     std::vector<FileDescriptor> fillers_;
     mutable std::mutex mutex_;  // guards what follows
-    mutable std::condition_variable changed_;
     std::list<Client> clients_;
     Endings endings_ = Endings::byTest;
     std::string hangAt_;

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <csignal>
 #include <deque>
+#include <fcntl.h>
 #include <mutex>
 #include <sys/socket.h>
 #include <thread>
@@ -57,7 +58,7 @@ public:
     bool waitUntilClosed(SteadyTime until);
     std::optional<SteadyTime> waitingSince() const;
     bool holdsUnsentLine() const;
-    int socket() const;
+    FileDescriptor socket() const;
 
 private:
     struct MessageEvent {
@@ -221,10 +222,10 @@ bool SpeechdSession::Worker::holdsUnsentLine() const
     return std::ranges::any_of(commands_, [](const Command& c) { return c.kind == Command::Kind::say; });
 }
 
-int SpeechdSession::Worker::socket() const
+FileDescriptor SpeechdSession::Worker::socket() const
 {
     const std::lock_guard lock(mutex_);
-    return socket_.get();
+    return FileDescriptor(::fcntl(socket_.get(), F_DUPFD_CLOEXEC, 0));
 }
 
 SpeechdSession::SpeechdSession(SpeechdManner manner, Listener listener)
@@ -268,7 +269,7 @@ bool SpeechdSession::holdsUnsentLine() const
     return worker_->holdsUnsentLine();
 }
 
-int SpeechdSession::socket() const
+FileDescriptor SpeechdSession::socket() const
 {
     return worker_->socket();
 }

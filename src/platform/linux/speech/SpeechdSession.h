@@ -2,8 +2,9 @@
 #pragma once
 
 #include "platform/linux/speech/SpeechdConnection.h"
-#include "platform/linux/speech/TaskLoop.h"
+#include "platform/posix/Descriptors.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -13,6 +14,7 @@
 namespace sonvara {
 
 using LineNumber = std::uint64_t;
+using SteadyTime = std::chrono::steady_clock::time_point;
 
 /// What a session tells. A line is accepted or refused, then, if accepted, begun, then ended or
 /// cancelled; the last ones may be missing. A session that could not connect, was hung up on, or
@@ -58,8 +60,8 @@ public:
     /// Whether a line is there that the library does not have yet.
     [[nodiscard]] bool holdsUnsentLine() const;
 
-    /// The socket, once the session is open, else -1; for watching for a hang-up.
-    [[nodiscard]] int socket() const;
+    /// The socket under another descriptor, while the session is open; for watching for a hang-up.
+    [[nodiscard]] FileDescriptor socket() const;
 
 private:
     class Worker;
