@@ -1,4 +1,7 @@
+#include "helpers/DiskHooks.h"
+
 #include "platform/linux/system/AutostartLoginItem.h"
+#include "platform/linux/system/WorkerPool.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -6,11 +9,17 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+
+#include <chrono>
+#include <future>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace sonvara::test {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 class AutostartTest : public testing::Test {
 protected:
@@ -25,7 +34,11 @@ protected:
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
-    AutostartLoginItem item() { return {{"Sample", program}, "org.example.Sample", folder}; }
+    // Waits longer than the program does: a busy machine is no slow disk.
+    AutostartLoginItem item(std::chrono::milliseconds limit = 20s)
+    {
+        return {{"Sample", program}, "org.example.Sample", workers, folder, limit};
+    }
 
     void write(const QByteArray& text)
     {
@@ -35,6 +48,7 @@ protected:
         file.write(text);
     }
 
+    WorkerPool workers;
     QTemporaryDir root;
     QString folder = root.filePath("config/autostart");
     QString path = folder + "/org.example.Sample.desktop";
@@ -98,6 +112,27 @@ TEST_F(AutostartTest, ReadsWhatOthersWrite)
     EXPECT_EQ(item().status(), LoginItemStatus::notFound);
 }
 
+TEST_F(AutostartTest, DoesNotWaitForADiskThatHangs)
+{
+    ASSERT_TRUE(QDir().mkpath(folder));
+    std::promise<void> gate;
+    const auto opened = gate.get_future().share();
+    beforeFlushing([opened] { opened.wait(); });
+    ASSERT_EQ(::mkfifo(path.toStdString().c_str(), 0600), 0);  // nobody will ever write to it
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(item(100ms).status(), LoginItemStatus::notRegistered);
+    const auto error = item(100ms).registerItem();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s);
+    ASSERT_TRUE(error.has_value());
+    EXPECT_NE(error->find("the disk does not answer"), std::string::npos);
+    QFile writer(path);
+    EXPECT_TRUE(writer.open(QIODevice::WriteOnly));  // lets the reader go
+    writer.close();
+    gate.set_value();
+    EXPECT_TRUE(workers.shutDown(20s));
+    beforeFlushing(nullptr);
+}
+
 TEST_F(AutostartTest, SaysWhyItCannotWrite)
 {
     QDir().mkpath(root.filePath("config"));
@@ -122,6 +157,7 @@ TEST_P(AutostartPathTest, SurvivesTheQuotingOfDesktopEntries)
     EXPECT_EQ(readAutostart(file.readAll()).program, program);
     const auto checker = QStandardPaths::findExecutable("desktop-file-validate");
     ASSERT_FALSE(checker.isEmpty()) << "desktop-file-validate is needed (package desktop-file-utils)";
+    EXPECT_TRUE(workers.shutDown(20s));  // a thread sanitizer wants no others beside a thread that forks
     QProcess check;
     check.setProcessChannelMode(QProcess::MergedChannels);
     check.start(checker, {path});

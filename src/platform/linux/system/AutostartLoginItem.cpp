@@ -1,5 +1,7 @@
 #include "platform/linux/system/AutostartLoginItem.h"
 
+#include "ports/Queues.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -7,6 +9,10 @@
 #include <QGuiApplication>
 #include <QSaveFile>
 #include <QStandardPaths>
+
+#include <future>
+#include <memory>
+#include <utility>
 
 namespace sonvara {
 
@@ -26,12 +32,53 @@ bool canStart(const QString& program)
     return !QStandardPaths::findExecutable(program).isEmpty();
 }
 
+LoginItemStatus statusOf(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return LoginItemStatus::notRegistered;
+    const auto state = readAutostart(file.readAll());
+    if (state.isOff) return LoginItemStatus::notRegistered;
+    return canStart(state.program) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
+}
+
+std::optional<std::string> write(const AutostartEntry& entry, const QString& folder, const QString& path)
+{
+    if (!QDir().mkpath(folder)) return problem(folder, QStringLiteral("cannot be created"));
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) return problem(path, file.errorString());
+    file.write(autostartText(entry));
+    if (!file.commit()) return problem(path, file.errorString());
+    return std::nullopt;
+}
+
+std::optional<std::string> remove(const QString& path)
+{
+    QFile file(path);
+    if (file.remove() || !file.exists()) return std::nullopt;
+    return problem(path, file.errorString());
+}
+
+/// The result of `call`, which a worker runs; nothing if that takes too long.
+template <typename Call>
+auto within(std::chrono::milliseconds limit, GlobalQueue& workers, Call call)
+{
+    using Result = decltype(call());
+    const auto promise = std::make_shared<std::promise<Result>>();
+    auto result = promise->get_future();
+    workers.post(QualityOfService::userInitiated, [promise, call] { promise->set_value(call()); });
+    const bool hasCome = result.wait_for(limit) == std::future_status::ready;
+    return hasCome ? std::optional<Result>(result.get()) : std::nullopt;
+}
+
 }  // namespace
 
-AutostartLoginItem::AutostartLoginItem(AutostartEntry entry, const QString& identifier, const QString& folder)
+AutostartLoginItem::AutostartLoginItem(AutostartEntry entry, const QString& identifier, GlobalQueue& workers,
+                                       const QString& folder, std::chrono::milliseconds limit)
     : entry_(std::move(entry)),
+      workers_(workers),
       folder_(folder),
-      path_(folder + QLatin1Char('/') + identifier + QLatin1String(".desktop"))
+      path_(folder + QLatin1Char('/') + identifier + QLatin1String(".desktop")),
+      limit_(limit)
 {}
 
 AutostartEntry AutostartLoginItem::thisProgram()
@@ -47,28 +94,24 @@ QString AutostartLoginItem::userFolder()
 
 LoginItemStatus AutostartLoginItem::status() const
 {
-    QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly)) return LoginItemStatus::notRegistered;
-    const auto state = readAutostart(file.readAll());
-    if (state.isOff) return LoginItemStatus::notRegistered;
-    return canStart(state.program) ? LoginItemStatus::enabled : LoginItemStatus::notFound;
+    return within(limit_, workers_, [path = path_] { return statusOf(path); })
+        .value_or(LoginItemStatus::notRegistered);
 }
 
 std::optional<std::string> AutostartLoginItem::registerItem()
 {
-    if (!QDir().mkpath(folder_)) return problem(folder_, QStringLiteral("cannot be created"));
-    QSaveFile file(path_);
-    if (!file.open(QIODevice::WriteOnly)) return problem(path_, file.errorString());
-    file.write(autostartText(entry_));
-    if (!file.commit()) return problem(path_, file.errorString());
-    return std::nullopt;
+    return change([entry = entry_, folder = folder_, path = path_] { return write(entry, folder, path); });
 }
 
 std::optional<std::string> AutostartLoginItem::unregisterItem()
 {
-    QFile file(path_);
-    if (file.remove() || !file.exists()) return std::nullopt;
-    return problem(path_, file.errorString());
+    return change([path = path_] { return remove(path); });
+}
+
+std::optional<std::string> AutostartLoginItem::change(const std::function<std::optional<std::string>()>& file)
+{
+    return within(limit_, workers_, file)
+        .value_or(problem(path_, QStringLiteral("the disk does not answer")));
 }
 
 }  // namespace sonvara

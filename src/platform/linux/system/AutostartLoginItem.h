@@ -4,14 +4,26 @@
 #include "platform/linux/system/AutostartEntry.h"
 #include "ports/LoginItem.h"
 
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
 namespace sonvara {
 
-/// The entry `<folder>/<identifier>.desktop`. The file is the only record. An entry that is switched
-/// off or that names a program which is gone starts nothing, so it counts as off.
+class GlobalQueue;
+
+/// The entry `<folder>/<identifier>.desktop`. The file is the only record. An entry that is switched off or that
+/// names a program which is gone starts nothing, so it counts as off. A disk that does not answer in time counts
+/// as one without the entry, and as a failure to change it; the change may come about later, and the next look
+/// tells.
 class AutostartLoginItem final : public LoginItem {
 public:
-    /// `folder` is the autostart folder; it is made when it is missing.
-    AutostartLoginItem(AutostartEntry entry, const QString& identifier, const QString& folder = userFolder());
+    /// `folder` is the autostart folder; it is made when it is missing. The disk is used on `workers`, and waited
+    /// for at most for `limit`.
+    AutostartLoginItem(AutostartEntry entry, const QString& identifier, GlobalQueue& workers,
+                       const QString& folder = userFolder(),
+                       std::chrono::milliseconds limit = std::chrono::milliseconds(100));
 
     /// The running program by its display name, and by the file that it was started from.
     [[nodiscard]] static AutostartEntry thisProgram();
@@ -24,9 +36,13 @@ public:
     [[nodiscard]] std::optional<std::string> unregisterItem() override;
 
 private:
+    [[nodiscard]] std::optional<std::string> change(const std::function<std::optional<std::string>()>& file);
+
     AutostartEntry entry_;
+    GlobalQueue& workers_;
     QString folder_;
     QString path_;
+    std::chrono::milliseconds limit_;
 };
 
 }  // namespace sonvara

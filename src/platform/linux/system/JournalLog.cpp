@@ -2,11 +2,10 @@
 
 #include "platform/linux/system/LogText.h"
 
-#include <array>
-#include <sys/uio.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <syslog.h>
-#define SD_JOURNAL_SUPPRESS_LOCATION  // it would always be the same place
-#include <systemd/sd-journal.h>
 #include <unistd.h>
 #include <utility>
 
@@ -14,17 +13,31 @@ namespace sonvara {
 
 namespace {
 
-bool sendToJournal(const LogMessage& message)
+// By the journal's own protocol, and not by its library, which waits for a journal that does not read. No value
+// here has a line feed, so each field is a line.
+bool sendToJournal(const std::string& path, const LogMessage& message)
 {
-    const std::string priority =
-        "PRIORITY=" + std::to_string(message.level == LogLevel::error ? LOG_ERR : LOG_DEBUG);
-    std::array fields{"MESSAGE=" + logText(message, false), priority,
-                      std::string("SYSLOG_IDENTIFIER=sonvara"),
-                      std::string("SONVARA_SUBSYSTEM=" SONVARA_IDENTIFIER),
-                      "SONVARA_CATEGORY=" + escapedForLog(message.category)};
-    std::array<iovec, fields.size()> parts{};
-    for (std::size_t i = 0; i < fields.size(); ++i) parts[i] = {fields[i].data(), fields[i].size()};
-    return ::sd_journal_sendv(parts.data(), static_cast<int>(parts.size())) == 0;
+    const std::string fields =
+        "MESSAGE=" + logText(message, false) +
+        "\nPRIORITY=" + std::to_string(message.level == LogLevel::error ? LOG_ERR : LOG_DEBUG) +
+        "\nSYSLOG_IDENTIFIER=sonvara\nSONVARA_SUBSYSTEM=" SONVARA_IDENTIFIER "\nSONVARA_CATEGORY=" +
+        escapedForLog(message.category) + '\n';
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(static_cast<char*>(address.sun_path), sizeof address.sun_path - 1);
+    const int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const auto sent = ::sendto(socket, fields.data(), fields.size(), MSG_NOSIGNAL,
+                               reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    ::close(socket);
+    return sent >= 0;
+}
+
+// Whether somebody reads there, or does so soon: a terminal may have been stopped.
+bool isRead(int file)
+{
+    constexpr int limit = 100;  // milliseconds
+    pollfd writing{file, POLLOUT, 0};
+    return ::poll(&writing, 1, limit) > 0;
 }
 
 // One call for the whole line, so that lines of several threads do not mix.
@@ -32,6 +45,7 @@ void writeToStandardError(const LogMessage& message)
 {
     const std::string line = "sonvara: " + escapedForLog(message.category) + ": " +
                              logText(message, ::isatty(STDERR_FILENO) != 0) + "\n";
+    if (!isRead(STDERR_FILENO)) return;
     // There is nobody left to tell of a failure.
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
 }
@@ -51,8 +65,7 @@ bool JournalLog::isEnabled(LogLevel level, std::string_view category) const
 
 void JournalLog::write(const LogMessage& message)
 {
-    // Without a journal the library reports success and drops the message.
-    const bool isInJournal = ::access(socket_.c_str(), F_OK) == 0 && sendToJournal(message);
+    const bool isInJournal = sendToJournal(socket_, message);
     // Elsewhere than on a terminal it would come into the journal twice: a session's programs write there.
     if (!isInJournal || ::isatty(STDERR_FILENO) != 0) writeToStandardError(message);
 }

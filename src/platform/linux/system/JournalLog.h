@@ -18,7 +18,8 @@ namespace sonvara {
 /// In the journal an entry has the fields SYSLOG_IDENTIFIER=sonvara, SONVARA_SUBSYSTEM and
 /// SONVARA_CATEGORY. It is also written to standard error where that is a terminal or there is no
 /// journal, as the line "sonvara: CATEGORY: message". Private pieces are hidden everywhere but on a
-/// terminal, whose user is the one they belong to.
+/// terminal, whose user is the one they belong to. A journal that does not read counts as none; a terminal that
+/// has been stopped is waited for 0.1 seconds.
 class JournalLog final : public SystemLog {
 public:
     /// `socket` is where a running journal listens.
