@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/SonvaraApp.h"
 #include "log/DJLog.h"
 #include "monitor/MusicMonitor.h"
 #include "ports/Platform.h"
@@ -10,13 +11,9 @@
 
 namespace sonvara {
 
-namespace {
-constexpr const char* testHarnessVariable = "XCTestConfigurationFilePath";
-}
-
 void AppDelegate::applicationDidFinishLaunching()
 {
-    if (platform_.environment.variables().contains(testHarnessVariable)) return;
+    if (SonvaraApp::isInert(platform_.environment)) return;
     musicMonitor = MusicMonitor::create(platform_);
     speechManager = SpeechManager::create(platform_);
     statusBarController = StatusBarController::create(platform_, musicMonitor, speechManager);

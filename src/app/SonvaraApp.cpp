@@ -3,10 +3,16 @@
 #include "app/AppDelegate.h"
 #include "log/DJLog.h"
 #include "ports/Platform.h"
+#include "ports/System.h"
 
 #include <memory>
 
 namespace sonvara {
+
+bool SonvaraApp::isInert(const Environment& environment)
+{
+    return environment.variables().contains("XCTestConfigurationFilePath");
+}
 
 int SonvaraApp::main(Platform& platform)
 {

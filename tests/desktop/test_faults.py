@@ -5,10 +5,12 @@ import glob
 import os
 import resource
 import signal
+import subprocess
 import time
 import unittest
 
 from scenario import LONG, LOWERED, VOLUME, Trial
+from desktop.dbus import names, process_of
 from desktop.processes import descendants, private_memory, wait_until
 from desktop.screen import Screen
 
@@ -159,6 +161,41 @@ class Players(Trial):
         self.player.play("After the Rest")
         self.program.wait_for_line("After the Rest")
         self.assertEqual(self.program.announced(LONG), 1)
+
+
+class Inert(Trial):
+
+    def test_a_test_harness(self):
+        """Nothing is observed, asked, written or shown, and the end touches no player, not even one with a note."""
+        self.start_quickly()
+        self.speak_with_lowered_player()
+        self.kill()
+        with open(self.notes, encoding="utf-8") as file:
+            notes = file.read()
+        self.player.take_volumes()
+        monitor = subprocess.Popen(["dbus-monitor", "--session"], env=self.desktop.env, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(monitor.kill)
+        self.start(XCTestConfigurationFilePath="", QT_QPA_PLATFORM="offscreen")
+        time.sleep(12)  # longer than the wait for a tray
+        self.player.play("Nobody Says This")
+        time.sleep(1)
+        program = self.program.process
+        own = [name for name in names(self.desktop.bus) if process_of(self.desktop.bus, name) == program.pid]
+        program.terminate()
+        self.assertEqual(program.wait(2), 0)
+        monitor.terminate()
+        self.assertEqual(self.player.take_volumes(), [])
+        self.assertEqual(self.program.log(), "")
+        with open(self.notes, encoding="utf-8") as file:
+            self.assertEqual(file.read(), notes)
+        self.assertEqual(os.listdir(os.path.dirname(self.notes)), [os.path.basename(self.notes)])
+        self.assertFalse(os.path.exists(os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "sonvara")))
+        messages = monitor.stdout.read()
+        self.assertIn("Nobody Says This", messages)
+        self.assertTrue(own)
+        sent = {line.partition("member=")[2] for line in messages.splitlines() for name in own
+                if f"sender={name} " in line}
+        self.assertEqual(sent, {"Hello"})
 
 
 class System(Trial):

@@ -34,6 +34,11 @@ def has_owner(bus, name):
     return Remote(bus, owner, path).call(interface, "NameHasOwner", "(s)", name)[0]
 
 
+def names(bus):
+    owner, path, interface = _BUS
+    return Remote(bus, owner, path).call(interface, "ListNames")[0]
+
+
 def process_of(bus, name):
     """The process id behind a bus name, or 0 when it has gone."""
     owner, path, interface = _BUS

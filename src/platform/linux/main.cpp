@@ -123,9 +123,11 @@ struct LinuxPorts {
     {
         Logger(log, "StatusBar")
             .error({{"This desktop shows no tray: start the program again to come to its settings"}});
-        if (settingsShown.load()) return;
-        settingsShown.save("The settings have come up once on a desktop without a tray.\n");
-        application.reopen();
+        workers.post(QualityOfService::utility, [this] {
+            if (settingsShown.load()) return;
+            settingsShown.save("The settings have come up once on a desktop without a tray.\n");
+            mainQueue.post([this] { application.reopen(); });
+        });
     }
 
     QtApplication& application;
@@ -155,7 +157,7 @@ struct LinuxPorts {
     QtImageRenderer imageRenderer;
     QtWindows windows;
     QtPasteboard pasteboard;
-    AutostartLoginItem loginItem{AutostartLoginItem::thisProgram(), SONVARA_IDENTIFIER};
+    AutostartLoginItem loginItem{AutostartLoginItem::thisProgram(), SONVARA_IDENTIFIER, workers};
 };
 
 }  // namespace
@@ -172,7 +174,8 @@ int main(int /*argc*/, char** argv)
     QtApplication application(argv[0]);
     const auto bus = QDBusConnection::sessionBus();
     SingleInstance instance(bus, [&application] { application.reopen(); });
-    if (!instance.claim()) return EXIT_SUCCESS;
+    // One that does nothing is not the DJ, and must not keep another from being it.
+    if (!SonvaraApp::isInert(PosixEnvironment()) && !instance.claim()) return EXIT_SUCCESS;
 
     QApplication::setWindowIcon(applicationIcon(appIcon(32)));
     LinuxPorts ports(application, log, bus);

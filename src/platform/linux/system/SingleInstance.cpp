@@ -32,7 +32,7 @@ void SingleInstance::release()
 {
     if (!bus_.isConnected()) return;
     bus_.unregisterObject(objectPath());  // who has asked already gets an error, and asks again
-    bus_.unregisterService(busName);
+    if (std::exchange(isFirst_, false)) bus_.unregisterService(busName);
 }
 
 bool SingleInstance::claim()
@@ -40,7 +40,8 @@ bool SingleInstance::claim()
     if (!bus_.isConnected()) return true;
     bus_.registerVirtualObject(objectPath(), this);  // before the name, which others wait for
     for (int attempt = 0; attempt < claimAttempts; ++attempt) {
-        if (bus_.registerService(busName)) return true;
+        isFirst_ = bus_.registerService(busName);
+        if (isFirst_) return true;
         if (firstAnswers()) return false;
     }
     return false;  // one that does not answer is still the first

@@ -34,6 +34,7 @@ private:
 
     QDBusConnection bus_;
     const std::function<void()> activated_;
+    bool isFirst_ = false;
 };
 
 }  // namespace sonvara
