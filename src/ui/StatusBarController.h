@@ -58,7 +58,7 @@ private:
     std::unique_ptr<StatusItem> statusItem_;
     StatusButton* statusButton_ = nullptr;  ///< the item's button; null when the system gave none
     std::shared_ptr<MusicMonitor> musicMonitor_;
-    std::shared_ptr<SpeechManager> speechManager_;
+    std::shared_ptr<SpeechManager> speechManager_;  // never called: whoever holds the face holds the DJ, too
     std::shared_ptr<const Image> cachedPlayingIcon_;
     std::shared_ptr<const Image> cachedNotPlayingIcon_;
     std::shared_ptr<Window> settingsWindow_;
