@@ -4,6 +4,7 @@
 import glob
 import os
 import resource
+import shutil
 import signal
 import subprocess
 import time
@@ -170,6 +171,8 @@ class Inert(Trial):
         self.start_quickly()
         self.speak_with_lowered_player()
         self.kill()
+        settings = os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "sonvara")
+        shutil.rmtree(settings)
         with open(self.notes, encoding="utf-8") as file:
             notes = file.read()
         self.player.take_volumes()
@@ -189,7 +192,7 @@ class Inert(Trial):
         with open(self.notes, encoding="utf-8") as file:
             self.assertEqual(file.read(), notes)
         self.assertEqual(os.listdir(os.path.dirname(self.notes)), [os.path.basename(self.notes)])
-        self.assertFalse(os.path.exists(os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "sonvara")))
+        self.assertFalse(os.path.exists(settings))
         messages = monitor.stdout.read()
         self.assertIn("Nobody Says This", messages)
         self.assertTrue(own)
