@@ -133,6 +133,19 @@ TEST_F(AutostartTest, DoesNotWaitForADiskThatHangs)
     beforeFlushing(nullptr);
 }
 
+TEST_F(AutostartTest, OfTwoChangesOnASlowDiskTheLaterOneCounts)
+{
+    std::promise<void> gate;
+    beforeFlushing([opened = gate.get_future().share()] { opened.wait(); });
+    auto slow = item(10ms);
+    EXPECT_TRUE(slow.registerItem().has_value()) << "it is not done yet";
+    EXPECT_TRUE(slow.unregisterItem().has_value());
+    gate.set_value();
+    EXPECT_TRUE(workers.shutDown(20s));
+    EXPECT_FALSE(QFile::exists(path));
+    beforeFlushing(nullptr);
+}
+
 TEST_F(AutostartTest, SaysWhyItCannotWrite)
 {
     QDir().mkpath(root.filePath("config"));

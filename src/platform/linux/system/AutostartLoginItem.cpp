@@ -10,7 +10,6 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
-#include <future>
 #include <memory>
 #include <utility>
 
@@ -58,18 +57,6 @@ std::optional<std::string> remove(const QString& path)
     return problem(path, file.errorString());
 }
 
-/// The result of `call`, which a worker runs; nothing if that takes too long.
-template <typename Call>
-auto within(std::chrono::milliseconds limit, GlobalQueue& workers, Call call)
-{
-    using Result = decltype(call());
-    const auto promise = std::make_shared<std::promise<Result>>();
-    auto result = promise->get_future();
-    workers.post(QualityOfService::userInitiated, [promise, call] { promise->set_value(call()); });
-    const bool hasCome = result.wait_for(limit) == std::future_status::ready;
-    return hasCome ? std::optional<Result>(result.get()) : std::nullopt;
-}
-
 }  // namespace
 
 AutostartLoginItem::AutostartLoginItem(AutostartEntry entry, const QString& identifier, GlobalQueue& workers,
@@ -92,9 +79,25 @@ QString AutostartLoginItem::userFolder()
            QLatin1String("/autostart");
 }
 
+/// What `call` returns, which a worker runs after all earlier ones; nothing if that takes too long.
+template <typename Result>
+std::optional<Result> AutostartLoginItem::within(std::function<Result()> call) const
+{
+    const auto result = std::make_shared<Result>();
+    const auto done = std::make_shared<std::promise<void>>();
+    const auto before = std::exchange(last_, done->get_future().share());
+    workers_.post(QualityOfService::userInitiated, [result, done, before, call = std::move(call)] {
+        if (before.valid()) before.wait();
+        *result = call();
+        done->set_value();
+    });
+    if (last_.wait_for(limit_) != std::future_status::ready) return std::nullopt;
+    return *result;
+}
+
 LoginItemStatus AutostartLoginItem::status() const
 {
-    return within(limit_, workers_, [path = path_] { return statusOf(path); })
+    return within<LoginItemStatus>([path = path_] { return statusOf(path); })
         .value_or(LoginItemStatus::notRegistered);
 }
 
@@ -108,10 +111,9 @@ std::optional<std::string> AutostartLoginItem::unregisterItem()
     return change([path = path_] { return remove(path); });
 }
 
-std::optional<std::string> AutostartLoginItem::change(const std::function<std::optional<std::string>()>& file)
+std::optional<std::string> AutostartLoginItem::change(std::function<std::optional<std::string>()> file)
 {
-    return within(limit_, workers_, file)
-        .value_or(problem(path_, QStringLiteral("the disk does not answer")));
+    return within(std::move(file)).value_or(problem(path_, QStringLiteral("the disk does not answer")));
 }
 
 }  // namespace sonvara

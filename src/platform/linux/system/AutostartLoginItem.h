@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <future>
 #include <optional>
 #include <string>
 
@@ -36,13 +37,16 @@ public:
     [[nodiscard]] std::optional<std::string> unregisterItem() override;
 
 private:
-    [[nodiscard]] std::optional<std::string> change(const std::function<std::optional<std::string>()>& file);
+    template <typename Result>
+    [[nodiscard]] std::optional<Result> within(std::function<Result()> call) const;
+    [[nodiscard]] std::optional<std::string> change(std::function<std::optional<std::string>()> file);
 
     AutostartEntry entry_;
     GlobalQueue& workers_;
     QString folder_;
     QString path_;
     std::chrono::milliseconds limit_;
+    mutable std::shared_future<void> last_;  // of the calls: of two changes the later one counts
 };
 
 }  // namespace sonvara
