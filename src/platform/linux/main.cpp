@@ -140,7 +140,7 @@ struct LinuxPorts {
     WorkerPool workers;
     IniUserDefaults userDefaults{IniUserDefaults::standardPath(), log};
     MprisPlayers players;
-    std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, log, environment};
+    std::optional<SpeechDispatcherSynthesizer> speech{std::in_place, mainQueue, log, environment};
     PosixNoteStore loweredPlayers{stateFolder(environment) + "/lowered-players"};
     VolumeGuard volume{{
         .players = players.volumes(),

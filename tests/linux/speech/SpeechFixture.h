@@ -4,6 +4,7 @@
 #include "helpers/EventLoop.h"
 #include "helpers/RecordingLog.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
+#include "platform/linux/system/QtMainQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -53,7 +54,7 @@ class SpeechFixture : public ::testing::Test {
 protected:
     void start(SpeechTimes times = {})
     {
-        voice = std::make_unique<SpeechDispatcherSynthesizer>(log, environment, times);
+        voice = std::make_unique<SpeechDispatcherSynthesizer>(mainQueue, log, environment, times);
         voice->setDelegate(ears);
     }
 
@@ -64,6 +65,7 @@ protected:
         voice->speak(std::move(utterance));
     }
 
+    QtMainQueue mainQueue;
     RecordingLog log;
     FixedEnvironment environment;
     std::shared_ptr<Ears> ears = std::make_shared<Ears>();

@@ -181,21 +181,6 @@ TEST(WorkerPoolTest, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)
     EXPECT_FALSE(ran);
 }
 
-TEST(WorkerPoolTest, BlockedWorkersMayOutliveThePool)
-{
-    const auto gate = std::make_shared<Gate>();
-    const auto finished = std::make_shared<std::promise<void>>();
-    auto pool = std::make_unique<WorkerPool>();
-    pool->post(QualityOfService::userInitiated, [gate, finished, task = gate->blockedTask()] {
-        task();
-        finished->set_value();
-    });
-    gate->waitUntilEntered(1);
-    pool.reset();
-    gate->open();
-    finished->get_future().wait();
-}
-
 TEST(WorkerPoolTest, ACancelledTaskIsDestroyedAtOnce)
 {
     WorkerPool pool;

@@ -58,14 +58,15 @@ private:
     QSocketNotifier notifier_{set_.get(), QSocketNotifier::Read};
 };
 
-SpeechDispatcherSynthesizer::SpeechDispatcherSynthesizer(SystemLog& log, const Environment& environment,
-                                                         SpeechTimes times)
+SpeechDispatcherSynthesizer::SpeechDispatcherSynthesizer(MainQueue& mainQueue, SystemLog& log,
+                                                         const Environment& environment, SpeechTimes times)
     : times_(times),
       logger_(log, "Speech"),
-      environment_(environment)
+      environment_(environment),
+      mainQueue_(mainQueue)
 {
     timer_.setSingleShot(true);
-    QObject::connect(&timer_, &QTimer::timeout, &inbox_, [this] {
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
         checkTimes();
         advance();
     });
@@ -158,8 +159,9 @@ void SpeechDispatcherSynthesizer::openSession(const SpeechdManner& manner)
     ++sessionNumber_;
     session_ =
         std::make_unique<SpeechdSession>(manner, [this, number = sessionNumber_](const SessionEvent& event) {
-            QMetaObject::invokeMethod(
-                &inbox_, [this, number, event] { hear(number, event); }, Qt::QueuedConnection);
+            mainQueue_.post([this, weak = std::weak_ptr(isAlive_), number, event] {
+                if (weak.lock()) hear(number, event);
+            });
         });
 }
 

@@ -3,12 +3,12 @@
 
 #include "platform/linux/speech/LineText.h"
 #include "platform/linux/speech/SpeechdSession.h"
+#include "ports/Queues.h"
 #include "ports/SpeechSynthesizer.h"
 #include "ports/System.h"
 #include "ports/SystemLog.h"
 #include "support/SpeakingTime.h"
 
-#include <QObject>
 #include <QTimer>
 
 #include <chrono>
@@ -36,8 +36,9 @@ struct SpeechTimes {
 /// `stopSpeaking`. Nothing blocks but the destructor: it cancels all lines, and waits for the quit limit at most.
 class SpeechDispatcherSynthesizer final : public SpeechSynthesizer {
 public:
-    /// Both references outlive the synthesizer.
-    SpeechDispatcherSynthesizer(SystemLog& log, const Environment& environment, SpeechTimes times = {});
+    /// All references outlive the synthesizer.
+    SpeechDispatcherSynthesizer(MainQueue& mainQueue, SystemLog& log, const Environment& environment,
+                                SpeechTimes times = {});
     ~SpeechDispatcherSynthesizer() override;
     SpeechDispatcherSynthesizer(const SpeechDispatcherSynthesizer&) = delete;
     SpeechDispatcherSynthesizer& operator=(const SpeechDispatcherSynthesizer&) = delete;
@@ -91,7 +92,9 @@ private:
     const Logger logger_;
     const Environment& environment_;
     std::weak_ptr<SpeechSynthesizerDelegate> delegate_;
-    QObject inbox_;  // what the sessions' threads tell is told to it on the main thread
+    MainQueue& mainQueue_;
+    const std::shared_ptr<const bool> isAlive_ =
+        std::make_shared<const bool>(true);  // for tasks of the queue
     QTimer timer_;
     std::optional<Current> current_;
     std::deque<Line> waiting_;

@@ -1,9 +1,9 @@
 #include "platform/linux/system/IniUserDefaults.h"
 
 #include "platform/linux/system/IniFile.h"
+#include "platform/linux/system/QtSerialQueue.h"
 #include "ports/SystemLog.h"
 
-#include <QObject>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -42,7 +42,7 @@ public:
     ~Disk()
     {
         if (!thread_.isRunning()) return;
-        post([this] {  // behind all that is to be written
+        worker_.post([this] {  // behind all that is to be written
             file_.reset();
             thread_.quit();
         });
@@ -63,7 +63,7 @@ public:
         (void)values();  // opens the file
         const std::lock_guard lock(mutex_);
         unsaved_.insert_or_assign(key, value);
-        post([this] { save(); });
+        worker_.post([this] { save(); });
         return mix();
     }
 
@@ -71,21 +71,15 @@ public:
     {
         if (!thread_.isRunning()) return true;
         const auto isReached = std::make_shared<std::promise<void>>();
-        post([isReached] { isReached->set_value(); });  // behind all that is to be written
+        worker_.post([isReached] { isReached->set_value(); });  // behind all that is to be written
         return isReached->get_future().wait_for(limit) == std::future_status::ready;
     }
 
 private:
-    template <typename Call>
-    void post(Call call)
-    {
-        QMetaObject::invokeMethod(&worker_, std::move(call), Qt::QueuedConnection);
-    }
-
     void open()
     {
         thread_.start();
-        post([this] {
+        worker_.post([this] {
             file_.emplace(QString::fromStdString(path_));
             QObject::connect(&*file_, &IniFile::changed, &*file_, [this] { publish(); });
             publish();
@@ -114,7 +108,7 @@ private:
         onDisk_ = std::move(values);
         saving_.clear();
         const bool isRead = std::exchange(isOpen_, true) || isLate_;  // by anybody so far
-        if (mix() && isRead) QMetaObject::invokeMethod(&main_, changed_, Qt::QueuedConnection);
+        if (mix() && isRead) main_.post(changed_);
         read_.notify_all();
     }
 
@@ -139,8 +133,8 @@ private:
     const std::function<void()> changed_;
     std::once_flag opened_;
     QThread thread_;
-    QObject main_;    // calls to it run on the main thread
-    QObject worker_;  // and to this one on the file's
+    QtSerialQueue main_;
+    QtSerialQueue worker_;  // of the file's thread
     std::optional<IniFile> file_;
     bool isFailureReported_ = false;
 

@@ -1,41 +1,9 @@
 #include "platform/linux/system/QtMainQueue.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QTimer>
-#include <deque>
-#include <mutex>
 #include <utility>
 
 namespace sonvara {
-
-// Holds the tasks; each posted event stands for one of them, whichever is the first by then.
-class QtMainQueue::Receiver final : public QObject {
-public:
-    void add(Task task)
-    {
-        {
-            const std::lock_guard lock(mutex_);
-            tasks_.push_back(std::move(task));
-        }
-        // Without the lock: the main thread wakes at once, and would have to wait for it.
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
-
-    void customEvent(QEvent* /*event*/) override { takeFirst()(); }
-
-private:
-    Task takeFirst()
-    {
-        const std::lock_guard lock(mutex_);
-        Task task = std::move(tasks_.front());
-        tasks_.pop_front();
-        return task;
-    }
-
-    std::mutex mutex_;  // guards the tasks
-    std::deque<Task> tasks_;
-};
 
 class QtMainQueue::Timer final : public RepeatingTimer, public std::enable_shared_from_this<Timer> {
 public:
@@ -68,8 +36,6 @@ private:
     QTimer timer_;
 };
 
-QtMainQueue::QtMainQueue() : receiver_(std::make_unique<Receiver>()) {}
-
 QtMainQueue::~QtMainQueue()
 {
     while (!timers_.empty()) (*timers_.begin())->invalidate();
@@ -77,7 +43,7 @@ QtMainQueue::~QtMainQueue()
 
 void QtMainQueue::post(Task task)
 {
-    receiver_->add(std::move(task));
+    tasks_.post(std::move(task));
 }
 
 std::shared_ptr<RepeatingTimer> QtMainQueue::scheduleTimer(std::chrono::milliseconds interval, Task action)

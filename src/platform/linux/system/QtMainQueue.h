@@ -1,6 +1,7 @@
 // The main queue on Qt's event loop.
 #pragma once
 
+#include "platform/linux/system/QtSerialQueue.h"
 #include "ports/Queues.h"
 
 #include <memory>
@@ -8,11 +9,10 @@
 
 namespace sonvara {
 
-/// To be made and destroyed on the main thread. Tasks run one per event, so that they keep their
-/// order also when one of them runs an event loop of its own, as an open menu does.
+/// To be made and destroyed on the main thread. Tasks keep their order also when one of them runs an event loop
+/// of its own, as an open menu does.
 class QtMainQueue final : public MainQueue {
 public:
-    QtMainQueue();
     /// Destroys the tasks that have not run and stops the timers. Nothing may post any more.
     ~QtMainQueue() override;
 
@@ -23,10 +23,9 @@ public:
                                                                 Task action) override;
 
 private:
-    class Receiver;
     class Timer;
 
-    std::unique_ptr<Receiver> receiver_;
+    QtSerialQueue tasks_;
     std::set<std::shared_ptr<Timer>> timers_;  // running, whoever else holds them
 };
 

@@ -1,16 +1,12 @@
 // The global queues on Qt's thread pools.
 #pragma once
 
+#include "platform/linux/system/QtSerialQueue.h"
 #include "ports/Queues.h"
-
-#include <QObject>
-#include <QThreadPool>
 
 #include <array>
 #include <chrono>
-#include <cstddef>
 #include <memory>
-#include <mutex>
 
 namespace sonvara {
 
@@ -28,7 +24,7 @@ public:
     explicit WorkerPool(std::chrono::milliseconds quiet = quietWhile);
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
-    /// Drops the tasks that have not begun. Workers that are still busy are left to end by themselves.
+    /// Drops the tasks that have not begun, and waits for the others: see `shutDown`.
     ~WorkerPool() override;
 
     void post(QualityOfService quality, Task task) override;
@@ -36,15 +32,14 @@ public:
                                            Task task) override;
 
     /// Drops the tasks that have not begun, takes no more, and waits at most `limit` for the others.
-    /// Returns whether all workers have gone; if not, whatever their tasks use must be kept alive.
+    /// Returns whether all workers have gone; if not, whatever their tasks use must be kept alive, and this object.
     bool shutDown(std::chrono::milliseconds limit);
 
 private:
-    /// By quality of service, most urgent first; left behind with a worker that is still busy.
-    std::array<std::unique_ptr<QThreadPool>, 3> pools_;
-    QObject timing_;    // the delayed tasks' timers belong to it
-    std::mutex mutex_;  // so that no task begins behind the wait for the last one
-    bool isShutDown_ = false;
+    class Lane;
+
+    QtSerialQueue timing_;  // of the main thread; the delayed tasks' timers belong to it
+    std::array<std::unique_ptr<Lane>, 3> lanes_;  // by quality of service, most urgent first
 };
 
 }  // namespace sonvara
