@@ -10,7 +10,7 @@ namespace sonvara {
 
 enum class LogLevel { debug, error };
 
-/// A stretch of a log message. Private stretches may not be readable in logs that are kept.
+/// A piece of a log message. Private ones may not be readable in logs that are kept.
 struct LogPiece {
     std::string text;
     bool isPublic = true;

@@ -1,6 +1,6 @@
 #include "platform/macos/system/UnifiedLog.h"
 
-#include "platform/macos/system/LogStretches.h"
+#include "platform/macos/system/LogArguments.h"
 
 #include <os/log.h>
 
@@ -29,9 +29,9 @@ void UnifiedLog::write(const LogMessage& message)
 {
     os_log_t log = logFor(message.category);
     const os_log_type_t type = typeOf(message.level);
-    const LogStretches stretches(message.pieces);
-    const auto text = [&stretches](std::size_t index) { return stretches.texts[index].c_str(); };
-    switch (stretches.privateCount) {
+    const LogArguments arguments(message.pieces);
+    const auto text = [&arguments](std::size_t index) { return arguments.texts[index].c_str(); };
+    switch (arguments.privateCount) {
     case 0: os_log_with_type(log, type, "%{public}s", text(0)); break;
     case 1: os_log_with_type(log, type, "%{public}s%s%{public}s", text(0), text(1), text(2)); break;
     default:

@@ -1,10 +1,10 @@
-#include "platform/macos/system/LogStretches.h"
+#include "platform/macos/system/LogArguments.h"
 
 #include <algorithm>
 
 namespace sonvara {
 
-LogStretches::LogStretches(const std::vector<LogPiece>& pieces)
+LogArguments::LogArguments(const std::vector<LogPiece>& pieces)
 {
     std::vector<std::string> runs(1);  // public at even indices
     for (const LogPiece& piece : pieces) {
