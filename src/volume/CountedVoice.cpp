@@ -11,7 +11,10 @@ namespace sonvara {
 class CountedVoice::Endings final : public SpeechSynthesizerDelegate,
                                     public std::enable_shared_from_this<Endings> {
 public:
-    Endings(MainQueue& mainQueue, LoweredPlayers& keeper) : mainQueue_(mainQueue), keeper_(keeper) {}
+    Endings(MainQueue& mainQueue, LoweredPlayers& loweredPlayers)
+        : mainQueue_(mainQueue),
+          loweredPlayers_(loweredPlayers)
+    {}
 
     void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate)
     {
@@ -24,9 +27,9 @@ public:
 private:
     void end(void (SpeechSynthesizerDelegate::*ending)())
     {
-        // The queue may come to this when the voice and the keeper have gone.
+        // The queue may come to this when the voice and its users have gone.
         mainQueue_.post([weak = weak_from_this()] {
-            if (const auto alive = weak.lock()) alive->keeper_.lineEnded();
+            if (const auto alive = weak.lock()) alive->loweredPlayers_.lineEnded();
         });
         std::unique_lock lock(mutex_);
         const auto delegate = delegate_.lock();
@@ -35,15 +38,15 @@ private:
     }
 
     MainQueue& mainQueue_;
-    LoweredPlayers& keeper_;
+    LoweredPlayers& loweredPlayers_;
     std::mutex mutex_;  ///< guards the rest: ends come on any thread
     std::weak_ptr<SpeechSynthesizerDelegate> delegate_;
 };
 
-CountedVoice::CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& keeper)
+CountedVoice::CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& loweredPlayers)
     : voice_(&voice),
-      keeper_(keeper),
-      endings_(std::make_shared<Endings>(mainQueue, keeper))
+      loweredPlayers_(loweredPlayers),
+      endings_(std::make_shared<Endings>(mainQueue, loweredPlayers))
 {
     voice_->setDelegate(endings_);
 }
@@ -56,7 +59,7 @@ void CountedVoice::setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate
 void CountedVoice::speak(SpeechUtterance utterance)
 {
     if (voice_ == nullptr) return;
-    keeper_.lineBegan();
+    loweredPlayers_.lineBegan();
     voice_->speak(std::move(utterance));
 }
 

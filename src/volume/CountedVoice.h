@@ -1,4 +1,4 @@
-// A voice of which the keeper of the volumes knows how many lines are under way.
+// A voice that tells `LoweredPlayers` when a line begins and ends.
 #pragma once
 
 #include "ports/SpeechSynthesizer.h"
@@ -14,7 +14,7 @@ class MainQueue;
 class CountedVoice final : public SpeechSynthesizer {
 public:
     /// All must outlive this, and `voice` the call of `close`.
-    CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& keeper);
+    CountedVoice(SpeechSynthesizer& voice, MainQueue& mainQueue, LoweredPlayers& loweredPlayers);
 
     void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> delegate) override;
     void speak(SpeechUtterance utterance) override;
@@ -29,7 +29,7 @@ private:
     class Endings;
 
     SpeechSynthesizer* voice_;  ///< null once closed
-    LoweredPlayers& keeper_;
+    LoweredPlayers& loweredPlayers_;
     std::shared_ptr<Endings> endings_;
 };
 

@@ -27,7 +27,7 @@ namespace sonvara {
 /// It begins with the core's first script. Reads wait until the notes of the process before are there: what a
 /// player tells without them may be what that process has told it.
 ///
-/// Main thread only; pure but for what the surroundings do. The keeper must outlive the players' answers.
+/// Main thread only; pure but for what the surroundings do. It must outlive the players' answers.
 class LoweredPlayers {
 public:
     struct Surroundings {

@@ -1,4 +1,4 @@
-// The players whose volumes are read and set: what the platform does for the keeper of the volumes.
+// The players whose volumes are read and set: what the platform does for `LoweredPlayers`.
 #pragma once
 
 #include "volume/LoweredPlayer.h"

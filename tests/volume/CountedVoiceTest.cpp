@@ -33,11 +33,11 @@ protected:
         const auto run = desktop.add(player, "org.mpris.MediaPlayer2.test");
         player.play();
         desktop.schedule.pass(5s);
-        voice = std::make_unique<CountedVoice>(below, time, *desktop.keeper);
+        voice = std::make_unique<CountedVoice>(below, time, *desktop.loweredPlayers);
         voice->setDelegate(ends);
-        desktop.keeper->duck("Music", {run, 1.0, true}, 35);
+        desktop.loweredPlayers->duck("Music", {run, 1.0, true}, 35);
     }
-    /// Whether the keeper counts a line: the player is low exactly then.
+    /// Whether `LoweredPlayers` counts a line: the player is low exactly then.
     bool isLow()
     {
         desktop.schedule.pass(200ms);
@@ -83,7 +83,7 @@ TEST_F(CountedVoiceTest, AnEndIsToldAtOnceWhereverItComes)
             return SpeechVoice{code};
         }
     } own;
-    CountedVoice counted(own, time, *desktop.keeper);
+    CountedVoice counted(own, time, *desktop.loweredPlayers);
     counted.setDelegate(ends);
     EXPECT_EQ(counted.currentLanguageCode(), "la");
     EXPECT_EQ(counted.voiceForLanguage("la")->identifier, "la");
@@ -101,7 +101,7 @@ TEST_F(CountedVoiceTest, AnEndThatComesAfterTheVoiceHasGoneDoesNothing)
     voice->speak({"One", std::nullopt});
     below.finish();
     voice.reset();
-    desktop.keeper.reset();
+    desktop.loweredPlayers.reset();
     time.run();
     EXPECT_EQ(ends->finished, 0);
 }

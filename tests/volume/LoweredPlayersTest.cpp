@@ -44,7 +44,7 @@ protected:
     std::optional<LoweredPlayers::Reading> read()
     {
         std::optional<LoweredPlayers::Reading> reading;
-        desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+        desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
         pass(5ms);
         return reading;
     }
@@ -52,19 +52,19 @@ protected:
     {
         const auto reading = read();
         ASSERT_TRUE(reading);
-        desktop.keeper->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
+        desktop.loweredPlayers->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
     }
     void say()
     {
-        desktop.keeper->lineBegan();
+        desktop.loweredPlayers->lineBegan();
         duck();
         pass(300ms);
     }
     /// The line's end, and what the core does about it.
     void fallSilent()
     {
-        desktop.keeper->lineEnded();
-        desktop.keeper->restore("Music");
+        desktop.loweredPlayers->lineEnded();
+        desktop.loweredPlayers->restore("Music");
     }
     void die() { desktop.start(); }
     void startAnew(const std::string& name = "org.mpris.MediaPlayer2.test")
@@ -98,7 +98,7 @@ TEST_F(LoweredPlayersTest, IsLowWhileTheLineIsSpokenAndBackAtItsEnd)
 TEST_F(LoweredPlayersTest, TheNoteStandsBeforeTheCommandIsSent)
 {
     have();
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     duck();
     EXPECT_EQ(desktop.notes, (LoweredNotes{{"org.mpris.MediaPlayer2.test", {1.0, 0.35}, desktop.today}}));
     EXPECT_DOUBLE_EQ(player->sound(), 1.0);  // it has not arrived
@@ -109,11 +109,11 @@ TEST_F(LoweredPlayersTest, ALineThatEndsWhileItsDuckIsUnderWayLeavesNothingLow)
 {
     for (const auto end : {0ms, 1ms, 2ms, 3ms, 4ms, 6ms}) {
         have();
-        desktop.keeper->lineBegan();
+        desktop.loweredPlayers->lineBegan();
         std::optional<LoweredPlayers::Reading> reading;
-        desktop.keeper->read("Music", [&](const auto& told) { reading = told; });
-        desktop.schedule.after(end, [&] { desktop.keeper->lineEnded(); });
-        desktop.schedule.after(3ms, [&] { desktop.keeper->duck("Music", *reading, 35); });
+        desktop.loweredPlayers->read("Music", [&](const auto& told) { reading = told; });
+        desktop.schedule.after(end, [&] { desktop.loweredPlayers->lineEnded(); });
+        desktop.schedule.after(3ms, [&] { desktop.loweredPlayers->duck("Music", *reading, 35); });
         pass(20ms);
         EXPECT_DOUBLE_EQ(player->sound(), 1.0) << end.count();
         pass(200ms);
@@ -128,7 +128,7 @@ TEST_F(LoweredPlayersTest, ADuckThatCameTooLateLowersDuringTheNextLine)
     duck();
     pass(10s);
     EXPECT_TRUE(desktop.commands.empty());
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     pass(10ms);
     EXPECT_DOUBLE_EQ(player->sound(), 0.35);
     fallSilent();
@@ -141,7 +141,7 @@ TEST_F(LoweredPlayersTest, ADuckThatCameTooLateIsForgottenWhenTheUserHasMovedThe
     have();
     duck();
     player->userSets(0.6);
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     pass(300ms);
     fallSilent();
     pass(300ms);
@@ -153,9 +153,9 @@ TEST_F(LoweredPlayersTest, TheCoresWayBackIsSentAtOnceAlsoDuringALine)
 {
     have();
     say();
-    desktop.keeper->lineBegan();
-    desktop.keeper->lineEnded();
-    desktop.keeper->restore("Music");
+    desktop.loweredPlayers->lineBegan();
+    desktop.loweredPlayers->lineEnded();
+    desktop.loweredPlayers->restore("Music");
     pass(2ms);
     EXPECT_DOUBLE_EQ(player->sound(), 1.0);
 }
@@ -179,11 +179,11 @@ TEST_F(LoweredPlayersTest, ALineCloseOnAnotherOneIsDuckedToTheSameVolume)
 TEST_F(LoweredPlayersTest, TwoDucksBeforeEitherIsRecordedDoNotAddUp)
 {
     have();
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     duck();
     const auto second = read();
     EXPECT_EQ(second->percent(), 100);
-    desktop.keeper->duck("Music", *second, 35);
+    desktop.loweredPlayers->duck("Music", *second, 35);
     pass(200ms);
     fallSilent();
     pass(200ms);
@@ -260,15 +260,15 @@ TEST_F(LoweredPlayersTest, TheDuckGoesToTheProgramThatWasReadOrNowhere)
     ModelPlayer other(desktop.schedule, {});
     other.play();
     other.userSets(0.5);
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     const auto reading = read();
     const auto theirs = desktop.add(other, "org.mpris.MediaPlayer2.other");
-    desktop.keeper->duck("Music", *reading, 35);
+    desktop.loweredPlayers->duck("Music", *reading, 35);
     pass(10ms);
     EXPECT_DOUBLE_EQ(player->sound(), 0.35);
     EXPECT_DOUBLE_EQ(other.sound(), 0.5);
     desktop.remove(run);
-    desktop.keeper->duck("Music", *reading, 35);
+    desktop.loweredPlayers->duck("Music", *reading, 35);
     pass(10ms);
     EXPECT_DOUBLE_EQ(other.sound(), 0.5);
     desktop.remove(theirs);
@@ -377,13 +377,13 @@ TEST_F(LoweredPlayersTest, AFirstFullVolumeIsNoVolume)
     startAnew();
     player->play();
     pass(20ms);
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     std::optional<LoweredPlayers::Reading> reading;
-    desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+    desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
     pass(350ms);
     ASSERT_TRUE(reading);
     EXPECT_EQ(reading->percent(), 58);
-    desktop.keeper->duck("Music", *reading, 20);
+    desktop.loweredPlayers->duck("Music", *reading, 20);
     pass(3s);
     EXPECT_DOUBLE_EQ(player->sound(), 0.2);
     fallSilent();
@@ -468,7 +468,7 @@ TEST_F(LoweredPlayersTest, ANoteGoesAfterThirtyDaysAlsoWhileWeRun)
     fallSilent();
     EXPECT_EQ(desktop.notes.size(), 1U);
     ++desktop.today;
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     EXPECT_TRUE(desktop.notes.empty());
 }
 
@@ -487,20 +487,21 @@ TEST_F(LoweredPlayersTest, APlayerThatIsSeenKeepsItsNoteForEver)
 TEST_F(LoweredPlayersTest, AsksForTheNotesWithTheFirstPollAndOnce)
 {
     int questions = 0;
-    LoweredPlayers keeper(desktop, {.now = [this] { return desktop.schedule.now(); },
-                                    .today = [] { return 1; },
-                                    .keep = [](const LoweredNotes&) { FAIL() << "there is nothing to keep"; },
-                                    .recall = [&] { ++questions; },
-                                    .wakeAt = [](VolumeTime) {}});
-    keeper.appeared(1, "org.mpris.MediaPlayer2.test");
-    keeper.gone(1);
+    LoweredPlayers loweredPlayers(desktop,
+                                  {.now = [this] { return desktop.schedule.now(); },
+                                   .today = [] { return 1; },
+                                   .keep = [](const LoweredNotes&) { FAIL() << "there is nothing to keep"; },
+                                   .recall = [&] { ++questions; },
+                                   .wakeAt = [](VolumeTime) {}});
+    loweredPlayers.appeared(1, "org.mpris.MediaPlayer2.test");
+    loweredPlayers.gone(1);
     EXPECT_EQ(questions, 0);
-    EXPECT_TRUE(keeper.owesAnything()) << "else nobody tells it of the poll";
-    keeper.polled();
-    keeper.polled();
+    EXPECT_TRUE(loweredPlayers.owesAnything()) << "else nobody tells it of the poll";
+    loweredPlayers.polled();
+    loweredPlayers.polled();
     EXPECT_EQ(questions, 1);
-    keeper.remember({});
-    EXPECT_FALSE(keeper.owesAnything());
+    loweredPlayers.remember({});
+    EXPECT_FALSE(loweredPlayers.owesAnything());
 }
 
 // Else what the process before has told the player would be read as its user's choice.
@@ -511,11 +512,11 @@ TEST_F(LoweredPlayersTest, AReadWaitsForTheNotes)
     const auto notes = desktop.notes;
     desktop.startWithoutNotes();
     std::optional<LoweredPlayers::Reading> reading;
-    desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+    desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
     pass(5s);
     EXPECT_FALSE(reading);
     EXPECT_EQ(desktop.notes, notes) << "they are still needed";
-    desktop.keeper->remember(notes);
+    desktop.loweredPlayers->remember(notes);
     pass(5s);
     ASSERT_TRUE(reading);
     EXPECT_DOUBLE_EQ(reading->volume, 1.0);
@@ -546,7 +547,7 @@ TEST_F(LoweredPlayersTest, APlayerThatSignalsNothingIsSeenByThePolls)
     pass(10s);
     player->play();
     for (int poll = 0; poll < 3; ++poll) {
-        desktop.keeper->polled();
+        desktop.loweredPlayers->polled();
         pass(3s);
     }
     expectBack(0.9);
@@ -586,7 +587,7 @@ TEST_F(LoweredPlayersTest, TheFirstLineOfAPlayerThatSwallowsItsFirstCommandIsLow
     startAnew();
     player->play();
     pass(5ms);
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     duck();
     pass(150ms);
     EXPECT_DOUBLE_EQ(player->sound(), 0.31);
@@ -601,7 +602,7 @@ TEST_F(LoweredPlayersTest, APlayerThatTakesItsVolumeBackAtATracksBeginIsToldOnce
         have({.takesBack = time});
         player->next();
         pass(2ms);
-        desktop.keeper->lineBegan();
+        desktop.loweredPlayers->lineBegan();
         duck();
         pass(2s);
         EXPECT_DOUBLE_EQ(player->sound(), 0.35);
@@ -658,7 +659,7 @@ TEST_F(LoweredPlayersTest, ACutOffVolumeIsNotTakenForAHandDuringALine)
     say();
     die();
     pass(4ms);
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     duck();
     player->stop();
     pass(400ms);
@@ -695,7 +696,7 @@ TEST_F(LoweredPlayersTest, AReadFromBeforeThePlayerWasPutBackIsRepeated)
     say();
     desktop.readsTake = 300ms;
     std::optional<LoweredPlayers::Reading> reading;
-    desktop.keeper->read("Music", [&reading](const auto& told) { reading = told; });
+    desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
     pass(2ms);
     fallSilent();
     pass(200ms);
@@ -732,12 +733,12 @@ TEST_F(LoweredPlayersTest, ThePlayerThatIsMeantNowIsLoweredAndTheOtherOneComesBa
     desktop.add(other, "org.mpris.MediaPlayer2.other");
     other.play();
     pass(400ms);
-    desktop.keeper->lineBegan();
+    desktop.loweredPlayers->lineBegan();
     duck();
     pass(300ms);
     EXPECT_DOUBLE_EQ(player->sound(), 1.0);
     EXPECT_DOUBLE_EQ(other.sound(), 0.35);
-    desktop.keeper->lineEnded();
+    desktop.loweredPlayers->lineEnded();
     fallSilent();
     polls(3);
     EXPECT_DOUBLE_EQ(other.sound(), 1.0);
@@ -750,12 +751,12 @@ TEST_F(LoweredPlayersTest, AtTheEndEveryPlayerComesBackAndNoneIsLoweredAnyMore)
     have();
     say();
     const auto reading = read();
-    desktop.keeper->end();
-    EXPECT_FALSE(desktop.keeper->isSettled());
+    desktop.loweredPlayers->end();
+    EXPECT_FALSE(desktop.loweredPlayers->isSettled());
     pass(5ms);
-    EXPECT_TRUE(desktop.keeper->isSettled());
+    EXPECT_TRUE(desktop.loweredPlayers->isSettled());
     expectBack();
-    desktop.keeper->duck("Music", *reading, 35);
+    desktop.loweredPlayers->duck("Music", *reading, 35);
     EXPECT_FALSE(read());
     pass(5ms);
     expectBack();

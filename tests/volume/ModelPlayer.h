@@ -1,4 +1,4 @@
-// A player as players are, in virtual time: for the keeper's tests.
+// A player as players are, in virtual time: for the tests of `LoweredPlayers`.
 #pragma once
 
 #include "volume/LoweredPlayers.h"
@@ -186,7 +186,7 @@ private:
     VolumeTime trackBegan_{};
 };
 
-/// The keeper on a desktop of model players, of which one is meant by "Music".
+/// `LoweredPlayers` on a desktop of model players, of which one is meant by "Music".
 class ModelDesktop final : public VolumePlayers {
 public:
     struct Run {
@@ -202,19 +202,19 @@ public:
     std::vector<double> commands;  ///< sent
     int underWay = 0;              ///< commands that have not arrived
     LoweredNotes notes;
-    std::unique_ptr<LoweredPlayers> keeper;
+    std::unique_ptr<LoweredPlayers> loweredPlayers;
 
     /// Our process begins, or begins anew.
     void start()
     {
         startWithoutNotes();
-        keeper->remember(notes);
+        loweredPlayers->remember(notes);
     }
     /// The same, but the disk does not tell what is kept.
     void startWithoutNotes()
     {
         ++process_;
-        keeper = std::make_unique<LoweredPlayers>(
+        loweredPlayers = std::make_unique<LoweredPlayers>(
             *this, LoweredPlayers::Surroundings{[this] { return schedule.now(); }, [this] { return today; },
                                                 [this](const LoweredNotes& all) { notes = all; }, [] {},
                                                 [this](VolumeTime due) { wakeAt(due); }});
@@ -229,7 +229,7 @@ public:
         player.isRunning = true;
         player.signals = [this, run] { hear(run); };
         music = run;
-        if (keeper) appear(run);
+        if (loweredPlayers) appear(run);
         return run;
     }
     void remove(PlayerRun run)
@@ -238,12 +238,12 @@ public:
         runs_.at(run)->signals = nullptr;
         runs_.erase(run);
         if (music == run) music = 0;
-        keeper->gone(run);
+        loweredPlayers->gone(run);
     }
     void poll()
     {
         for (const auto& [run, player] : runs_) hear(run);
-        keeper->polled();
+        loweredPlayers->polled();
     }
 
     PlayerRun meant(const std::string& player) override { return player == "Music" ? music : 0; }
@@ -278,7 +278,7 @@ private:
     void read(PlayerRun run, const Answer& answer, int repeats)
     {
         look(run, [this, run, answer, repeats](const std::optional<VolumeLook>& told) {
-            const bool isEarly = told && keeper->mayMislead(run, *told) && repeats > 0;
+            const bool isEarly = told && loweredPlayers->mayMislead(run, *told) && repeats > 0;
             schedule.after(isEarly ? 100ms : readsTake,
                            [this, run, answer, repeats, told, isEarly, process = process_] {
                                if (process != process_) return;
@@ -292,20 +292,22 @@ private:
     void toPlayer(const std::function<void()>& happening) { schedule.after(latency, happening); }
     void appear(PlayerRun run)
     {
-        keeper->appeared(run, names_.at(run));
+        loweredPlayers->appeared(run, names_.at(run));
         hear(run);
     }
     void hear(PlayerRun run)
     {
         const auto found = runs_.find(run);
         if (found == runs_.end()) return;
-        later([this, run, told = found->second->look()] { keeper->heard(run, told.isPlaying, told.track); });
+        later([this, run, told = found->second->look()] {
+            loweredPlayers->heard(run, told.isPlaying, told.track);
+        });
     }
     void wakeAt(VolumeTime due)
     {
         const auto delay = std::chrono::ceil<Milliseconds>(due - schedule.now());
         schedule.after(delay, [this, process = process_] {
-            if (process == process_) keeper->wake();
+            if (process == process_) loweredPlayers->wake();
         });
     }
 

@@ -42,17 +42,17 @@ public:
     void say()
     {
         ++lines;
-        desktop_.keeper->lineBegan();
+        desktop_.loweredPlayers->lineBegan();
         if (recorded_) return;
         ++ducksUnderWay;
         soon([this] {
-            desktop_.keeper->read("Music", [this](const auto& reading) {
+            desktop_.loweredPlayers->read("Music", [this](const auto& reading) {
                 if (!reading) {
                     --ducksUnderWay;
                     return;
                 }
                 soon([this, reading = *reading] {
-                    desktop_.keeper->duck("Music", reading, lowOf(reading.volume));
+                    desktop_.loweredPlayers->duck("Music", reading, lowOf(reading.volume));
                     soon([this] { recorded_ = true, --ducksUnderWay; });
                 });
             });
@@ -62,11 +62,11 @@ public:
     {
         if (lines == 0) return;
         --lines;
-        desktop_.keeper->lineEnded();
+        desktop_.loweredPlayers->lineEnded();
         desktop_.later([this] {
             if (!recorded_) return;
             recorded_ = false;
-            soon([this] { desktop_.keeper->restore("Music"); });
+            soon([this] { desktop_.loweredPlayers->restore("Music"); });
         });
     }
     void die() { lines = ducksUnderWay = 0, recorded_ = false; }

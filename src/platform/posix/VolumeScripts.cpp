@@ -13,7 +13,7 @@ ScriptResult VolumeScripts::run(const std::string& source)
     const auto command = parseVolumeScript(source);
     if (!command) {
         auto result = others_.run(source);
-        if (keeper_.owesAnything()) mainQueue_.post([this] { keeper_.polled(); });
+        if (loweredPlayers_.owesAnything()) mainQueue_.post([this] { loweredPlayers_.polled(); });
         return result;
     }
     if (!command->volume) return read(command->player);
@@ -25,7 +25,7 @@ ScriptResult VolumeScripts::read(const std::string& player)
 {
     const auto answer = std::make_shared<Answer>();
     mainQueue_.post([this, player, answer] {
-        keeper_.read(player, [this, answer](const std::optional<LoweredPlayers::Reading>& reading) {
+        loweredPlayers_.read(player, [this, answer](const std::optional<LoweredPlayers::Reading>& reading) {
             {
                 const std::lock_guard lock(mutex_);
                 *answer = {true, reading};
@@ -52,9 +52,9 @@ void VolumeScripts::set(const VolumeCommand& command)
     lock.unlock();
     mainQueue_.post([this, command, reading] {
         if (reading)
-            keeper_.duck(command.player, *reading, *command.volume);
+            loweredPlayers_.duck(command.player, *reading, *command.volume);
         else
-            keeper_.restore(command.player);
+            loweredPlayers_.restore(command.player);
     });
 }
 

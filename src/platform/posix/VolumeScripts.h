@@ -17,8 +17,8 @@ namespace sonvara {
 class MainQueue;
 struct VolumeCommand;
 
-/// A script runner that hands commands about volumes to the keeper, and every other script on. Of each of those it
-/// tells the keeper: polls are its occasions to look at a player that does not signal.
+/// A script runner that hands commands about volumes to `LoweredPlayers`, and every other script on. Of each of those
+/// it tells `LoweredPlayers`, too: polls are its occasions to look at a player that does not signal.
 ///
 /// A set that follows a read on the same thread is a duck of the very program that was read: that is how the
 /// core lowers a player. Any other set is the core's way back. Reads wait for the player's answer; sets do
@@ -26,11 +26,11 @@ struct VolumeCommand;
 class VolumeScripts final : public ScriptRunner {
 public:
     /// Reads end as failed after `limit`. All references must outlive this.
-    VolumeScripts(ScriptRunner& others, MainQueue& mainQueue, LoweredPlayers& keeper,
+    VolumeScripts(ScriptRunner& others, MainQueue& mainQueue, LoweredPlayers& loweredPlayers,
                   std::chrono::milliseconds limit)
         : others_(others),
           mainQueue_(mainQueue),
-          keeper_(keeper),
+          loweredPlayers_(loweredPlayers),
           limit_(limit)
     {}
 
@@ -50,7 +50,7 @@ private:
 
     ScriptRunner& others_;
     MainQueue& mainQueue_;
-    LoweredPlayers& keeper_;
+    LoweredPlayers& loweredPlayers_;
     std::chrono::milliseconds limit_;
     std::mutex mutex_;  ///< guards the rest, and all answers
     std::condition_variable changed_;

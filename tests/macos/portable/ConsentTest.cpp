@@ -12,7 +12,7 @@ namespace {
 
 constexpr int usual = 80;
 constexpr int low = 28;
-// A busy moment: the poll's worker, one line's reader, the lanes, the keeper's wake-up, and what the main thread has yet
+// A busy moment: the poll's worker, one line's reader, the lanes, the wake-up of `LoweredPlayers`, and what the main thread has yet
 // to do.
 constexpr std::size_t fewTasks = 12;
 
@@ -65,20 +65,21 @@ protected:
                           };
                       }};
     ScriptVolumes volumes{lanes, time};
-    LoweredPlayers keeper{volumes,
-                          {.now = [this] { return at(time.elapsed()); },
-                           .today = [] { return 1; },
-                           .keep = [](const LoweredNotes&) {},
-                           .recall = [this] { time.post([this] { keeper.remember({}); }); },
-                           .wakeAt =
-                               [this](VolumeTime due) {
-                                   const auto delay = due - at(time.elapsed());
-                                   (void)time.postAfter(QualityOfService::userInitiated,
-                                                        std::chrono::ceil<std::chrono::milliseconds>(delay),
-                                                        [this] { time.post([this] { keeper.wake(); }); });
-                               }}};
-    VirtualScripts scripts{time, lanes, keeper};
-    CountedVoice voice{desktop.voice, time, keeper};
+    LoweredPlayers loweredPlayers{volumes,
+                                  {.now = [this] { return at(time.elapsed()); },
+                                   .today = [] { return 1; },
+                                   .keep = [](const LoweredNotes&) {},
+                                   .recall = [this] { time.post([this] { loweredPlayers.remember({}); }); },
+                                   .wakeAt =
+                                       [this](VolumeTime due) {
+                                           const auto delay = due - at(time.elapsed());
+                                           (void)time.postAfter(
+                                               QualityOfService::userInitiated,
+                                               std::chrono::ceil<std::chrono::milliseconds>(delay),
+                                               [this] { time.post([this] { loweredPlayers.wake(); }); });
+                                       }}};
+    VirtualScripts scripts{time, lanes, loweredPlayers};
+    CountedVoice voice{desktop.voice, time, loweredPlayers};
     Platform platform{desktop.application,
                       time,
                       time,
@@ -101,7 +102,7 @@ protected:
     void SetUp() override
     {
         desktop.players.spotify.volume = usual;
-        volumes.reportTo(keeper);
+        volumes.reportTo(loweredPlayers);
         delegate->applicationDidFinishLaunching();
         time.advance(5s);
     }

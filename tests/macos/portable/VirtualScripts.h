@@ -71,10 +71,10 @@ class VirtualScripts final : public ScriptRunner {
 public:
     static constexpr auto readLimit = 2500ms;
 
-    VirtualScripts(VirtualTime& time, ScriptLanes& lanes, LoweredPlayers& keeper)
+    VirtualScripts(VirtualTime& time, ScriptLanes& lanes, LoweredPlayers& loweredPlayers)
         : time_(time),
           lanes_(lanes),
-          keeper_(keeper)
+          loweredPlayers_(loweredPlayers)
     {}
 
     [[nodiscard]] ScriptResult run(const std::string& source) override
@@ -90,7 +90,7 @@ private:
         const auto answer = std::make_shared<std::optional<ScriptResult>>();
         lanes_.poll(source, [answer](const ScriptResult& result) { *answer = result; });
         time_.blockWorker([answer] { return answer->has_value(); }, ScriptLanes::pollLimit);
-        if (keeper_.owesAnything()) time_.post([this] { keeper_.polled(); });
+        if (loweredPlayers_.owesAnything()) time_.post([this] { loweredPlayers_.polled(); });
         return answer->value_or(ScriptResult::ofText(poll::failed));
     }
     ScriptResult read(const std::string& player)
@@ -98,7 +98,7 @@ private:
         using Answer = std::optional<std::optional<LoweredPlayers::Reading>>;
         const auto answer = std::make_shared<Answer>();
         time_.post([this, player, answer] {
-            keeper_.read(player, [answer](const auto& reading) { *answer = reading; });
+            loweredPlayers_.read(player, [answer](const auto& reading) { *answer = reading; });
         });
         time_.blockWorker([answer] { return answer->has_value(); }, readLimit);
         const auto reading = answer->value_or(std::nullopt);
@@ -114,16 +114,16 @@ private:
         const auto reading = read ? std::optional(read.mapped()) : std::nullopt;
         time_.post([this, command, reading] {
             if (reading)
-                keeper_.duck(command.player, *reading, *command.volume);
+                loweredPlayers_.duck(command.player, *reading, *command.volume);
             else
-                keeper_.restore(command.player);
+                loweredPlayers_.restore(command.player);
         });
         return {};
     }
 
     VirtualTime& time_;
     ScriptLanes& lanes_;
-    LoweredPlayers& keeper_;
+    LoweredPlayers& loweredPlayers_;
     std::map<std::thread::id, LoweredPlayers::Reading> readings_;
 };
 

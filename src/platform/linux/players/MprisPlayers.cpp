@@ -45,9 +45,9 @@ VolumePlayers& MprisPlayers::volumes()
     return parts_->volume;
 }
 
-void MprisPlayers::reportTo(LoweredPlayers& keeper)
+void MprisPlayers::reportTo(LoweredPlayers& loweredPlayers)
 {
-    parts_->volume.reportTo(keeper);
+    parts_->volume.reportTo(loweredPlayers);
 }
 
 }  // namespace sonvara

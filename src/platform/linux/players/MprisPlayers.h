@@ -33,8 +33,8 @@ public:
 
     /// The players' volumes.
     [[nodiscard]] VolumePlayers& volumes();
-    /// From now on `keeper` is told what happens to them. It must outlive the events.
-    void reportTo(LoweredPlayers& keeper);
+    /// From now on `loweredPlayers` is told what happens to them. It must outlive the events.
+    void reportTo(LoweredPlayers& loweredPlayers);
 
 private:
     struct Parts;

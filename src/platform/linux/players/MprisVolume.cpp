@@ -66,8 +66,8 @@ void MprisVolume::read(PlayerRun run, const Answer& answer)
 void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
 {
     look(run, [this, run, answer, repeats](const std::optional<VolumeLook>& look) {
-        const bool isEarly =
-            look && (look->volume < audible || (keeper_ != nullptr && keeper_->mayMislead(run, *look)));
+        const bool isEarly = look && (look->volume < audible || (loweredPlayers_ != nullptr &&
+                                                                 loweredPlayers_->mayMislead(run, *look)));
         if (isEarly && repeats > 0)
             QTimer::singleShot(pause, this, [this, run, answer, repeats] { read(run, answer, repeats - 1); });
         else
@@ -89,14 +89,14 @@ void MprisVolume::tell(PlayerRun run, double volume)
 
 PlayerRun MprisVolume::report(const Player& player)
 {
-    if (keeper_ != nullptr && owners_.emplace(player.serial, player.owner).second)
-        keeper_->appeared(player.serial, stableName(player.names.front()));
+    if (loweredPlayers_ != nullptr && owners_.emplace(player.serial, player.owner).second)
+        loweredPlayers_->appeared(player.serial, stableName(player.names.front()));
     return player.serial;
 }
 
 void MprisVolume::takeOwnerChange(const std::string& now)
 {
-    if (keeper_ == nullptr) return;
+    if (loweredPlayers_ == nullptr) return;
     std::vector<PlayerRun> lost;
     for (const auto& [run, owner] : owners_) {
         const auto* player = directory_.find(owner);
@@ -104,7 +104,7 @@ void MprisVolume::takeOwnerChange(const std::string& now)
     }
     for (const auto run : lost) {
         owners_.erase(run);
-        keeper_->gone(run);
+        loweredPlayers_->gone(run);
     }
     if (const auto* player = directory_.find(now)) report(*player);
 }
@@ -112,13 +112,13 @@ void MprisVolume::takeOwnerChange(const std::string& now)
 void MprisVolume::takeState(const std::string& owner, const std::optional<QVariantMap>& properties)
 {
     const auto* player = directory_.find(owner);
-    if (player == nullptr || keeper_ == nullptr) return;
+    if (player == nullptr || loweredPlayers_ == nullptr) return;
     const auto run = report(*player);
     const auto state = decodeState(properties.value_or(QVariantMap()));
     const auto isPlaying =
         state.status ? std::optional(*state.status == PlaybackStatus::playing) : std::nullopt;
     const auto track = state.track ? std::optional(keyOf(*state.track)) : std::nullopt;
-    keeper_->heard(run, isPlaying, track);
+    loweredPlayers_->heard(run, isPlaying, track);
 }
 
 }  // namespace sonvara

@@ -21,14 +21,14 @@ class LoweredPlayers;
 /// answer within the limit of the bus has none.
 ///
 /// A volume of 0 is read again for a while: on PipeWire a new stream has no volume at first, and some players
-/// tell 0. So is one that the keeper does not believe yet.
+/// tell 0. So is one that `LoweredPlayers` does not believe yet.
 class MprisVolume final : public QObject, public VolumePlayers {
 public:
     MprisVolume(MprisBus& bus, const PlayerDirectory& directory);
 
-    /// From now on `keeper` is told of the players that are there, come, go and change. It must outlive the
+    /// From now on `loweredPlayers` is told of the players that are there, come, go and change. It must outlive the
     /// events.
-    void reportTo(LoweredPlayers& keeper) { keeper_ = &keeper; }
+    void reportTo(LoweredPlayers& loweredPlayers) { loweredPlayers_ = &loweredPlayers; }
 
     [[nodiscard]] PlayerRun meant(const std::string& player) override;
     void read(PlayerRun run, const Answer& answer) override;
@@ -43,7 +43,7 @@ private:
 
     MprisBus& bus_;
     const PlayerDirectory& directory_;
-    LoweredPlayers* keeper_ = nullptr;
+    LoweredPlayers* loweredPlayers_ = nullptr;
     std::map<PlayerRun, std::string> owners_;  ///< of the runs that were reported
 };
 

@@ -72,10 +72,10 @@ std::optional<VolumeLook> joined(const ScriptResult& read, std::optional<VolumeL
 
 }  // namespace
 
-void ScriptVolumes::reportTo(LoweredPlayers& keeper)
+void ScriptVolumes::reportTo(LoweredPlayers& loweredPlayers)
 {
-    keeper_ = &keeper;
-    for (PlayerRun run = 1; run <= names.size(); ++run) keeper.appeared(run, nameOf(run));
+    loweredPlayers_ = &loweredPlayers;
+    for (PlayerRun run = 1; run <= names.size(); ++run) loweredPlayers.appeared(run, nameOf(run));
 }
 
 PlayerRun ScriptVolumes::meant(const std::string& player)
@@ -107,7 +107,7 @@ void ScriptVolumes::look(PlayerRun run, const Answer& answer)
 void ScriptVolumes::take(PlayerRun run, const std::optional<VolumeLook>& look, const Answer& answer)
 {
     const bool wasRunning = std::exchange(isRunning_[run], look.has_value());
-    if (wasRunning && !look) keeper_->heard(run, false);
+    if (wasRunning && !look) loweredPlayers_->heard(run, false);
     answer(look);
 }
 

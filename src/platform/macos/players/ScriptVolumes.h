@@ -21,8 +21,8 @@ public:
     /// Both must outlive this, and this the scripts.
     ScriptVolumes(ScriptLanes& scripts, MainQueue& mainQueue) : scripts_(scripts), mainQueue_(mainQueue) {}
 
-    /// From now on `keeper` is told of the players. It must outlive the main queue's tasks.
-    void reportTo(LoweredPlayers& keeper);
+    /// From now on `loweredPlayers` is told of the players. It must outlive the main queue's tasks.
+    void reportTo(LoweredPlayers& loweredPlayers);
 
     [[nodiscard]] PlayerRun meant(const std::string& player) override;
     /// Sends the core's command as it is, whether the player runs or not.
@@ -35,7 +35,7 @@ private:
 
     ScriptLanes& scripts_;
     MainQueue& mainQueue_;
-    LoweredPlayers* keeper_ = nullptr;
+    LoweredPlayers* loweredPlayers_ = nullptr;
     std::map<PlayerRun, bool> isRunning_;  ///< as last seen; main thread
 };
 
