@@ -10,7 +10,6 @@ import os
 import shutil
 import subprocess
 import sys
-import threading
 import unittest
 
 sys.dont_write_bytecode = True
@@ -19,68 +18,19 @@ sys.path.insert(0, os.path.join(ROOT, "tools"))
 
 from desktop.accessibility import Accessibility
 from desktop.players import Player
-from desktop.processes import end_orderly, wait_until
+from desktop.processes import end_orderly
+from desktop.program import Sonvara
 from desktop.screen import Screen
 from desktop.scripted_player import ScriptedPlayer
 from desktop.session import PrivateDesktop
 from desktop.sound import SPEECH, Recorder
 from desktop.standin import ALONE, StandIn
 from desktop.tracks import make_tracks
-from desktop.tray import TrayItem
 
 PROGRAM = os.environ.get("SONVARA_PROGRAM", os.path.join(ROOT, "build", "test", "sonvara"))
 VOLUME, LOWERED = 100, 35
 LONG = "A Title That Takes the Voice Quite a While to Read Aloud, and Then Goes On for a While Longer"
 end_orderly()
-
-
-class Sonvara:
-    """The program, which runs on a desktop from now on and tells everything that it does in its log."""
-
-    def __init__(self, desktop, command=(PROGRAM,), **env):
-        """`command` starts the program, `env` is added to the desktop's."""
-        self._desktop = desktop
-        # On a terminal, else a machine's journal would have the log. What is heard is the end of the terminal.
-        terminal, end = os.openpty()
-        self.process = desktop.start("sonvara", list(command), {
-            "QT_LOGGING_RULES": "sonvara.Speech.debug=true;sonvara.MusicMonitor.debug=true", "PULSE_SINK": "speech",
-            **env}, stdout=end, stderr=end)
-        os.close(end)
-        self.pid = self.process.pid
-        self._log = bytearray()
-        threading.Thread(target=self._read_all, args=(terminal,), daemon=True).start()
-
-    def _read_all(self, terminal):
-        try:
-            while data := os.read(terminal, 65536):
-                self._log += data
-        except OSError:
-            pass  # all who could write have ended
-        os.close(terminal)
-
-    def log(self):
-        return self._log.decode(errors="replace")
-
-    def tray(self):
-        return TrayItem(self._desktop, self.pid)
-
-    def announced(self, title):
-        """How many lines about the title were handed to the voice."""
-        return sum("Announcing: " in line and title in line for line in self.log().splitlines())
-
-    def wait_for_line(self, title, limit=10.0):
-        wait_until("the line about " + title[:50], lambda: self.announced(title), limit)
-
-    def kill(self):
-        if self.process.poll() is None:
-            self.process.kill()
-            self.process.wait()
-
-    def end(self, limit=2.0):
-        """Asks the program to end, once it has begun, and returns its status; it must do so in time."""
-        wait_until("the program's beginning", lambda: "monitoring started" in self.log())
-        self.process.terminate()
-        return self.process.wait(limit)
 
 
 class Scenario:
