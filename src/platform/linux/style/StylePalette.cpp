@@ -70,7 +70,7 @@ QFont roleFont(FontRole role)
     }
     case FontRole::caption: return scaled(QApplication::font("QLabel"), captionScale);
     case FontRole::captionMonospaced: {
-        auto font = roleFont(FontRole::caption);
+        auto font = scaled(QApplication::font("QLabel"), captionScale);
         font.setFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
         font.setFixedPitch(true);
         return font;
