@@ -6,13 +6,14 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <chrono>
+#include <cstdio>
 #include <future>
 #include <gtest/gtest.h>
+#include <string>
 #include <sys/stat.h>
 
 namespace sonvara::test {
@@ -170,13 +171,13 @@ TEST_P(AutostartPathTest, SurvivesTheQuotingOfDesktopEntries)
     EXPECT_EQ(readAutostart(file.readAll()).program, program);
     const auto checker = QStandardPaths::findExecutable("desktop-file-validate");
     ASSERT_FALSE(checker.isEmpty()) << "desktop-file-validate is needed (package desktop-file-utils)";
-    EXPECT_TRUE(workers.shutDown(20s));  // a thread sanitizer wants no others beside a thread that forks
-    QProcess check;
-    check.setProcessChannelMode(QProcess::MergedChannels);
-    check.start(checker, {path});
-    ASSERT_TRUE(check.waitForFinished());
-    EXPECT_EQ(check.readAll().toStdString(), "");
-    EXPECT_EQ(check.exitCode(), 0);
+    // Not QProcess: a thread sanitizer loses count of the locks over the way in which it forks.
+    FILE* const pipe = ::popen((checker + ' ' + path + " 2>&1").toStdString().c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string complaints;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) complaints += static_cast<char>(c);
+    EXPECT_EQ(::pclose(pipe), 0);
+    EXPECT_EQ(complaints, "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, AutostartPathTest,
