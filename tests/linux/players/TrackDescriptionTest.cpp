@@ -59,6 +59,16 @@ TEST(TrackDescriptionTest, WordsForSomethingUnknownCountAsEmpty)
         EXPECT_EQ(wordsOf(file({"Song", word, word})), (Words{"Song", "", ""})) << word;
 }
 
+TEST(TrackDescriptionTest, AWordForAnUnknownTitleIsNone)
+{
+    const auto* const url = "file:///music/my_first%20take.flac";
+    EXPECT_EQ(wordsOf(file({"Unknown title", "Unknown artist", "Unknown album"}, url)),
+              (Words{"my first take", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"Unknown title", "", ""})), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(file({"Unknown title", "", ""}, "")), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(file({"Unknown", "Artist", "Album"}, url)), (Words{"Unknown", "Artist", "Album"}));
+}
+
 TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
 {
     EXPECT_EQ(
@@ -68,6 +78,9 @@ TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
               (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"holiday_2019.MP4", "", ""}, "")), (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"holiday_2019", "", ""}, "/video/holiday_2019.mp4")),
+              (Words{"holiday 2019", "", ""}));
+    // Quod Libet
+    EXPECT_EQ(wordsOf(file({"holiday_2019.mp4 [untitled MPEG-4]", "", ""}, "file:///video/holiday_2019.mp4")),
               (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"/video/holiday_2019.mp4", "", ""}, "/video/holiday_2019.mp4")),
               (Words{"holiday 2019", "", ""}));
@@ -85,6 +98,10 @@ TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
     EXPECT_EQ(wordsOf(stream({"http://127.0.0.1:8000/radio.mp3", "", ""})), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(stream({"127.0.0.1:8000/radio.mp3", "", ""})), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(stream({"radio.mp3", "", ""})), (Words{"", "", ""}));
+    // Audacious, until the first song
+    EXPECT_EQ(wordsOf(stream({"radio", "", "127.0.0.1"})), (Words{"", "", ""}));
+    // mpv, with the length of what it has fetched so far
+    EXPECT_EQ(wordsOf(file({"radio.mp3", "", ""}, "http://127.0.0.1:8000/radio.mp3")), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")),
               (Words{"a b", "", ""}));
 }
@@ -103,6 +120,7 @@ TEST(TrackDescriptionTest, ATrackOfACatalogueKeepsItsAlbum)
 {
     const Words song{"Song - Live", "Artist", "Album"};
     EXPECT_EQ(wordsOf(file(song, "https://open.spotify.com/track/42")), song);
+    EXPECT_EQ(wordsOf(file(song, "https://music.example/Song - Live")), song);
 }
 
 TEST(TrackDescriptionTest, AFileWhoseLengthIsNotKnownYetIsNoStream)

@@ -41,6 +41,11 @@ QUrl addressOf(const Track& track)
     return text.startsWith(QLatin1Char('/')) ? QUrl::fromLocalFile(text) : QUrl(text);
 }
 
+bool isElsewhere(const Track& track)
+{
+    return !track.url.empty() && !addressOf(track).isLocalFile();
+}
+
 std::string fileNameOf(const Track& track)
 {
     return addressOf(track).fileName(QUrl::FullyDecoded).toStdString();
@@ -81,11 +86,26 @@ bool isAddress(const Track& track)
     return title.find('/') != std::string::npos && track.url.ends_with(title);
 }
 
+// "radio", of http://127.0.0.1:8000/radio.mp3. mpv tells a stream a length, of what it has fetched so far.
+bool isEndOfAddress(const Track& track)
+{
+    const auto file = fileNameOf(track);
+    return isElsewhere(track) && (track.title == file || track.title == withoutSuffix(file)) &&
+           (!track.hasLength || hasMediaSuffix(file));
+}
+
 // Stations put their own name where the artist should be. A song's title then names its artist, too: "Artist - Song".
 bool isStation(const Track& track)
 {
     return track.artist == track.album || track.title.find(" - ") != std::string::npos ||
            track.artist == addressOf(track).host().toStdString();
+}
+
+// Quod Libet puts "[untitled FLAC]" behind it.
+bool beginsWithFileName(const Track& track)
+{
+    const auto file = fileNameOf(track);
+    return track.artist.empty() && hasMediaSuffix(file) && track.title.starts_with(file);
 }
 
 bool showsFileName(const Track& track)
@@ -98,7 +118,7 @@ bool showsFileName(const Track& track)
 
 bool isStream(const Track& track)
 {
-    return !track.hasLength && !track.url.empty() && !addressOf(track).isLocalFile();
+    return !track.hasLength && isElsewhere(track);
 }
 
 bool isNamedAfterFile(const Track& track)
@@ -116,9 +136,11 @@ Track tidied(Track track)
     if (isStream(track)) {
         if (isStation(track)) track.artist.clear();
         track.album.clear();
-        if (isNamedAfterFile(track)) track.title.clear();
     }
-    if (isAddress(track))
+    if (isEndOfAddress(track))
+        track.title.clear();
+    else if (isAddress(track) || beginsWithFileName(track) ||
+             (track.artist.empty() && isPlaceholder(track.title)))
         track.title = addressOf(track).isLocalFile() ? sayable(fileNameOf(track)) : std::string();
     else if (showsFileName(track))
         track.title = sayable(track.title);
