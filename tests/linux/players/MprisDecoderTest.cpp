@@ -89,6 +89,8 @@ TEST(MprisDecoderTest, AStreamsSongStandsBesideTheStation)
 {
     EXPECT_EQ(decodeWith("icy-title", "One - Song").title, "One - Song");
     EXPECT_EQ(decodeWith("icy-title", "").title, "Song");
+    EXPECT_EQ(decodeWith("cmus:stream_title", "One - Song").title, "One - Song");
+    EXPECT_EQ(decodeWith("vlc:nowplaying", "One - Song").title, "One - Song");
 }
 
 TEST(MprisDecoderTest, LovedIsTheHighestRatingOnly)

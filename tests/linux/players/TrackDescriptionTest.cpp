@@ -100,6 +100,10 @@ TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
     EXPECT_EQ(wordsOf(stream({"radio.mp3", "", ""})), (Words{"", "", ""}));
     // Audacious, until the first song
     EXPECT_EQ(wordsOf(stream({"radio", "", "127.0.0.1"})), (Words{"", "", ""}));
+    // Haruna
+    EXPECT_EQ(wordsOf(file({"radio.mp3", "", ""}, "file://127.0.0.1:8000/radio.mp3")), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(file({"take.mp3", "", ""}, "file://localhost/music/take.mp3")),
+              (Words{"take", "", ""}));
     // mpv, with the length of what it has fetched so far
     EXPECT_EQ(wordsOf(file({"radio.mp3", "", ""}, "http://127.0.0.1:8000/radio.mp3")), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")),

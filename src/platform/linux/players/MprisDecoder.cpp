@@ -92,9 +92,11 @@ Track decodeTrack(const QVariantMap& metadata)
 {
     Track track;
     track.title = decodeText(metadata.value(QStringLiteral("xesam:title")));
-    // Celluloid tells a stream's song here, and the station in the title.
-    const auto song = decodeText(metadata.value(QStringLiteral("icy-title")));
-    if (!song.empty()) track.title = song;
+    // Celluloid, cmus and VLC tell a stream's song here, and the station in the title.
+    for (const auto* const name : {"icy-title", "cmus:stream_title", "vlc:nowplaying"}) {
+        const auto song = decodeText(metadata.value(QLatin1String(name)));
+        if (!song.empty()) track.title = song;
+    }
     track.artist = decodeTexts(metadata.value(QStringLiteral("xesam:artist")));
     track.album = decodeText(metadata.value(QStringLiteral("xesam:album")));
     track.loved = decodeNumber(metadata.value(QStringLiteral("xesam:userRating"))) == 1.0;

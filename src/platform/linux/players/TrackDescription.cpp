@@ -41,9 +41,17 @@ QUrl addressOf(const Track& track)
     return text.startsWith(QLatin1Char('/')) ? QUrl::fromLocalFile(text) : QUrl(text);
 }
 
+// Haruna makes file://127.0.0.1:8000/radio.mp3 of a station's address.
+bool isFile(const Track& track)
+{
+    const auto address = addressOf(track);
+    return address.isLocalFile() &&
+           (address.host().isEmpty() || address.host() == QLatin1String("localhost"));
+}
+
 bool isElsewhere(const Track& track)
 {
-    return !track.url.empty() && !addressOf(track).isLocalFile();
+    return !track.url.empty() && !isFile(track);
 }
 
 std::string fileNameOf(const Track& track)
@@ -141,7 +149,7 @@ Track tidied(Track track)
         track.title.clear();
     else if (isAddress(track) || beginsWithFileName(track) ||
              (track.artist.empty() && isPlaceholder(track.title)))
-        track.title = addressOf(track).isLocalFile() ? sayable(fileNameOf(track)) : std::string();
+        track.title = isFile(track) ? sayable(fileNameOf(track)) : std::string();
     else if (showsFileName(track))
         track.title = sayable(track.title);
     return track;
