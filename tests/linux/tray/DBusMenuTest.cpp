@@ -1,11 +1,14 @@
-#include "platform/linux/tray/DBusMenu.h"
+#include "platform/linux/tray/HostMenuItems.h"
 
 #include "MenuItems.h"
 #include "helpers/EventLoop.h"
 
+#include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QFontMetrics>
+#include <QSet>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -52,7 +55,7 @@ protected:
 
     QtStatusMenu menu;
     QObject object;
-    DBusMenu* adaptor = new DBusMenu(menu, &object);
+    DBusMenu* adaptor = new DBusMenu(menu, {}, &object);
     QDBusConnection server = QDBusConnection::sessionBus();
     QDBusConnection host = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "menu-test-host");
 };
@@ -93,13 +96,76 @@ TEST_F(DBusMenuTest, EscapesWhatAHostWouldRead)
     EXPECT_EQ(shown(0, "label"), "snake__case & <b>bo\u0301ld</b> עברית 🎵");
 }
 
-TEST_F(DBusMenuTest, KeepsLineBreaksAndLength)
+MenuItem chat(const std::string& lines)
 {
-    auto chat = text("plain");
-    chat.attributedTitle =
-        StyledText{"one\ntwo " + std::string(300, 'x'), FontRole::smallMenu, ColorRole::secondaryLabel};
-    menu.setItems({chat});
-    EXPECT_EQ(shown(0, "label"), "one\ntwo " + QString(300, u'x'));
+    auto item = text("plain");
+    item.attributedTitle = StyledText{lines, FontRole::smallMenu, ColorRole::secondaryLabel};
+    return item;
+}
+
+/// The labels that a host shows which gives each item one line.
+QStringList labelsOfOneLine(const QtStatusMenu& menu)
+{
+    QStringList labels;
+    for (const auto& item : hostItems(menu, false)) labels.append(item.properties["label"].toString());
+    return labels;
+}
+
+TEST_F(DBusMenuTest, KeepsLineBreaks)
+{
+    menu.setItems({chat("one\ntwo three")});
+    EXPECT_EQ(shown(0, "label"), "one\ntwo three");
+    EXPECT_EQ(cutTexts(menu), "");
+}
+
+TEST_F(DBusMenuTest, CutsInTheMiddleWhatIsWiderThanAMenuBears)
+{
+    const QFontMetrics metrics(QApplication::font("QMenu"));
+    for (const auto& letter : {"x", "漢", "ש", "🎵"}) {
+        const auto title = "first" + QString(letter).repeated(297) + "last";
+        menu.setItems(
+            {text(title.toStdString()), chat("one\n" + title.toStdString()), action("Quit", [] {})});
+        const auto label = shown(0, "label").toString();
+        EXPECT_LE(metrics.horizontalAdvance(label), 480) << letter;
+        EXPECT_GT(metrics.horizontalAdvance(label), 380) << letter;
+        EXPECT_TRUE(label.startsWith("first") && label.endsWith("last")) << label.toStdString();
+        EXPECT_EQ(shown(1, "label"), "one\n" + label);
+        EXPECT_EQ(menu.entries()[0].item.title, title.toStdString()) << "what is shown is cut, not the value";
+        EXPECT_EQ(cutTexts(menu), title + "\none\n" + title);
+    }
+}
+
+TEST_F(DBusMenuTest, LeavesRoomForTheChoicesBelowAVeryLongText)
+{
+    menu.setItems({chat(QString("line\n").repeated(30).toStdString())});
+    EXPECT_EQ(shown(0, "label"), QString("line\n").repeated(9) + "…");
+    EXPECT_EQ(cutTexts(menu).count('\n'), 30);
+}
+
+TEST_F(DBusMenuTest, GivesEachLineAnItemWhereTheHostShowsOneLineOnly)
+{
+    menu.setItems({chat("one\ntwo\nthree"), action("Quit", [] { FAIL() << "nobody chose it"; })});
+    EXPECT_EQ(labelsOfOneLine(menu), QStringList({"one", "two", "three", "Quit"}));
+    const auto items = hostItems(menu, false);
+    QSet<int> ids;
+    for (const auto& item : items) {
+        ids.insert(item.id);
+        EXPECT_GT(item.id, 0);
+    }
+    EXPECT_EQ(ids.size(), 4);
+    EXPECT_EQ(items[2].properties["enabled"], false);
+    EXPECT_EQ(items[3].id, menu.entries()[1].id);
+    menu.choose(items[2].id);
+}
+
+TEST_F(DBusMenuTest, ALineThatBeginsFromRightToLeftDoesNotTurnItsItem)
+{
+    const QString song = "שיר - Song";
+    menu.setItems({text(song.toStdString()), chat("Now:\n" + song.toStdString()), text("Song - שיר")});
+    EXPECT_EQ(shown(0, "label"), QChar(0x200E) + song);
+    EXPECT_EQ(shown(1, "label"), "Now:\n" + (QChar(0x200E) + song));
+    EXPECT_EQ(shown(2, "label"), "Song - שיר");
+    EXPECT_EQ(cutTexts(menu), "") << "the mark is no cut";
 }
 
 TEST_F(DBusMenuTest, RunsTheClickedAction)

@@ -1,17 +1,10 @@
-#include "platform/linux/tray/QtStatusBar.h"
-
-#include "FakeWatcher.h"
 #include "MenuItems.h"
-#include "helpers/EventLoop.h"
-#include "platform/linux/style/QtImageRenderer.h"
+#include "StatusItemFixture.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
 #include <QMenu>
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace sonvara::test {
 
@@ -27,11 +20,6 @@ QColor middle(const NotifierImage& image)
     return {channel(1), channel(2), channel(3), channel(0)};
 }
 
-Drawing disc(ColorRole role, bool isTemplate)
-{
-    return {18, 18, isTemplate, {FillOval{{2, 2, 14, 14}, {role, 1}}}};
-}
-
 /// The titles in the menu of our own that is open; empty when there is none.
 QStringList ownMenu()
 {
@@ -40,33 +28,6 @@ QStringList ownMenu()
         for (const auto* each : open->actions()) titles.append(each->text());
     return titles;
 }
-
-class StatusItemTest : public testing::Test {
-protected:
-    void start()
-    {
-        bar = std::make_unique<QtStatusBar>([this] { isTrayMissing = true; }, 50ms);
-        menu = bar->makeMenu();
-        item = bar->makeSquareItem();
-        item->setMenu(*menu);
-    }
-
-    void show(ColorRole role, bool isTemplate)
-    {
-        item->button()->setImage(QtImageRenderer().render(disc(role, isTemplate)));
-    }
-
-    bool isRegistered(qsizetype times)
-    {
-        return eventually([&] { return watcher->items.size() == times; });
-    }
-
-    bool isTrayMissing = false;
-    std::unique_ptr<FakeWatcher> watcher;
-    std::unique_ptr<QtStatusBar> bar;
-    std::unique_ptr<StatusMenu> menu;
-    std::unique_ptr<StatusItem> item;
-};
 
 TEST_F(StatusItemTest, RegistersWithAWatcher)
 {

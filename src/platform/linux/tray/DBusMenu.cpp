@@ -1,5 +1,7 @@
 #include "platform/linux/tray/DBusMenu.h"
 
+#include "platform/linux/tray/HostMenuItems.h"
+
 #include <QDBusMetaType>
 #include <QGuiApplication>
 
@@ -121,31 +123,13 @@ void registerDBusMenuTypes()
     qDBusRegisterMetaType<DBusMenuEventList>();
 }
 
-QString dbusMenuLabel(const QString& title)
-{
-    // A single underscore would mark the next character as the access key and vanish.
-    return QString(title).replace(QLatin1Char('_'), QLatin1String("__"));
-}
-
-QVariantMap dbusMenuProperties(const MenuItem& item)
-{
-    if (item.isSeparator) return {{QStringLiteral("type"), QStringLiteral("separator")}};
-    QVariantMap properties;
-    const auto& title = item.attributedTitle ? item.attributedTitle->text : item.title;
-    properties[QStringLiteral("label")] = dbusMenuLabel(QString::fromStdString(title));
-    properties[QStringLiteral("enabled")] = item.isEnabled;
-    properties[QStringLiteral("visible")] = true;
-    if (item.isChecked) {
-        properties[QStringLiteral("toggle-type")] = QStringLiteral("checkmark");
-        properties[QStringLiteral("toggle-state")] = *item.isChecked ? 1 : 0;
-    }
-    return properties;
-}
-
-DBusMenu::DBusMenu(QtStatusMenu& menu, QObject* parent) : QDBusAbstractAdaptor(parent), menu_(menu)
+DBusMenu::DBusMenu(QtStatusMenu& menu, HostManner host, QObject* parent)
+    : QDBusAbstractAdaptor(parent),
+      menu_(menu),
+      host_(host)
 {
     registerDBusMenuTypes();
-    shown_ = currentItems();
+    shown_ = hostItems(menu_, host_.growsItems);
     connect(&menu_, &QtStatusMenu::itemsChanged, this, &DBusMenu::publishChanges);
 }
 
@@ -154,16 +138,9 @@ QString DBusMenu::textDirection() const
     return QGuiApplication::isRightToLeft() ? QStringLiteral("rtl") : QStringLiteral("ltr");
 }
 
-DBusMenuPropertiesList DBusMenu::currentItems() const
-{
-    DBusMenuPropertiesList items;
-    for (const auto& entry : menu_.entries()) items.append({entry.id, dbusMenuProperties(entry.item)});
-    return items;
-}
-
 void DBusMenu::publishChanges()
 {
-    const auto before = std::exchange(shown_, currentItems());
+    const auto before = std::exchange(shown_, hostItems(menu_, host_.growsItems));
     if (haveSameIds(before, shown_)) {
         publishProperties(before);
         return;

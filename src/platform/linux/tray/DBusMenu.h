@@ -1,6 +1,7 @@
 // Offers a menu to the tray host over com.canonical.dbusmenu, which draws it; and the values that travel.
 #pragma once
 
+#include "platform/linux/tray/HostManner.h"
 #include "platform/linux/tray/QtStatusMenu.h"
 #include "ports/StatusBar.h"
 
@@ -57,12 +58,6 @@ const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuEvent& event);
 /// To be called before these types travel; may be called again.
 void registerDBusMenuTypes();
 
-/// The label that makes a host show exactly `title`.
-[[nodiscard]] QString dbusMenuLabel(const QString& title);
-
-/// The properties that show `item`.
-[[nodiscard]] QVariantMap dbusMenuProperties(const MenuItem& item);
-
 /// The D-Bus object of a menu, attached to `parent`, which the caller registers with a connection.
 /// Main thread. `menu` must outlive it. The capitalised members are the protocol's own; their lists are spelt
 /// out, for Qt knows no alias of a type by its name and would not relay a signal that has one.
@@ -75,7 +70,7 @@ class DBusMenu final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT)
 
 public:
-    DBusMenu(QtStatusMenu& menu, QObject* parent);
+    DBusMenu(QtStatusMenu& menu, HostManner host, QObject* parent);
 
     [[nodiscard]] uint version() const { return 3; }
     [[nodiscard]] QString textDirection() const;
@@ -100,13 +95,13 @@ Q_SIGNALS:
     void ItemActivationRequested(int id, uint timestamp);
 
 private:
-    [[nodiscard]] DBusMenuPropertiesList currentItems() const;
     void publishChanges();
     void publishProperties(const DBusMenuPropertiesList& before);
     void handle(int id, const QString& type);
     [[nodiscard]] bool knows(int id) const;
 
     QtStatusMenu& menu_;
+    const HostManner host_;
     DBusMenuPropertiesList shown_;
     uint revision_ = 1;
     uint changes_ = 0;

@@ -1,6 +1,7 @@
 #include "platform/linux/tray/PanelColors.h"
 
 #include "platform/linux/style/ThemeWatcher.h"
+#include "platform/linux/tray/HostManner.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -45,9 +46,7 @@ std::optional<bool> preference(const QVariant& scheme)
 }  // namespace
 
 PanelColors::PanelColors()
-    : isGnome_(qEnvironmentVariable("XDG_CURRENT_DESKTOP")
-                   .split(QLatin1Char(':'))
-                   .contains(QLatin1String("GNOME"))),
+    : isGnome_(isDesktop("GNOME")),
       services_(portal, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration)
 {
     services_.addWatchedService(xfconf);

@@ -6,6 +6,7 @@
 #include "platform/linux/tray/TrayHostWatcher.h"
 #include "platform/linux/tray/XEmbedIcon.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 
 #include <array>
@@ -76,8 +77,9 @@ void QtStatusItem::rebuild()
             [this] { return notifierImages(content_, colors_.colors()); }, menu_);
         connect(notifier_.get(), &StatusNotifierItem::refused, &host_, &TrayHostWatcher::refuse,
                 Qt::QueuedConnection);  // it drops the item
-    } else {
-        embedded_ = std::make_unique<XEmbedIcon>(menu_);
+    } else if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        embedded_ =
+            std::make_unique<XEmbedIcon>(menu_);  // elsewhere Qt only complains that there is no such tray
     }
     showContent();
 }

@@ -1,10 +1,11 @@
 #include "platform/linux/tray/StatusNotifierItem.h"
 
-#include "platform/linux/tray/DBusMenu.h"
+#include "platform/linux/tray/HostMenuItems.h"
 #include "platform/linux/tray/TrayHostWatcher.h"
 #include "platform/linux/tray/TrayMenuView.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
@@ -92,7 +93,9 @@ StatusNotifierItem::StatusNotifierItem(Pictures pictures, QtStatusMenu* menu)
     registerNotifierTypes();
     new StatusNotifierAdaptor(*this);
     if (menu != nullptr) {
-        new DBusMenu(*menu, &menuObject_);
+        new DBusMenu(*menu, host_, &menuObject_);
+        connect(menu, &QtStatusMenu::itemsChanged, this, &StatusNotifierItem::updateDetails);
+        details_ = cutTexts(*menu);
         bus_.registerObject(menuPath, &menuObject_);
     }
     bus_.registerObject(itemPath, this);
@@ -125,12 +128,29 @@ void StatusNotifierItem::updateIcon()
     Q_EMIT iconChanged();
 }
 
+void StatusNotifierItem::updateDetails()
+{
+    const auto before = std::exchange(details_, cutTexts(*menu_));
+    if (details_ != before) Q_EMIT detailsChanged();
+}
+
 void StatusNotifierItem::popUp(int x, int y)
 {
     if (menu_ == nullptr) return;
     // Made anew with every change of the items, which nobody sees where the host draws the menu.
     if (!ownMenu_) ownMenu_ = std::make_unique<TrayMenuView>(*menu_);
-    ownMenu_->popUp(QPoint(x, y));
+    const bool isPointerKnown = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    ownMenu_->popUp(isPointerKnown ? QCursor::pos() : QPoint(x, y));
+}
+
+void StatusNotifierItem::activate(int x, int y, const QDBusMessage& request)
+{
+    if (!host_.opensMenuOnRefusal) {
+        popUp(x, y);
+        return;
+    }
+    request.setDelayedReply(true);  // the answer is here, not with the return
+    bus_.send(request.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("The item is a menu")));
 }
 
 StatusNotifierAdaptor::StatusNotifierAdaptor(StatusNotifierItem& item)
@@ -138,6 +158,7 @@ StatusNotifierAdaptor::StatusNotifierAdaptor(StatusNotifierItem& item)
       item_(item)
 {
     connect(&item, &StatusNotifierItem::iconChanged, this, &StatusNotifierAdaptor::NewIcon);
+    connect(&item, &StatusNotifierItem::detailsChanged, this, &StatusNotifierAdaptor::NewToolTip);
 }
 
 QString StatusNotifierAdaptor::id() const
@@ -148,6 +169,17 @@ QString StatusNotifierAdaptor::id() const
 QString StatusNotifierAdaptor::title() const
 {
     return QGuiApplication::applicationDisplayName();
+}
+
+NotifierToolTip StatusNotifierAdaptor::toolTip() const
+{
+    return {{}, {}, title(), item_.details().toHtmlEscaped()};  // hosts read marks in it
+}
+
+// Comes before the click that it belongs to. The next window that is raised takes it, on Wayland.
+void StatusNotifierAdaptor::ProvideXdgActivationToken(const QString& token)
+{
+    qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
 }
 
 QDBusObjectPath StatusNotifierAdaptor::menu() const

@@ -1,10 +1,13 @@
 // The tray item as an org.kde.StatusNotifierItem on the session bus, and the values that it sends.
 #pragma once
 
+#include "platform/linux/tray/HostManner.h"
+
 #include <QByteArray>
 #include <QDBusAbstractAdaptor>
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QImage>
 #include <QList>
@@ -62,19 +65,29 @@ public:
     void updateIcon();
 
     [[nodiscard]] NotifierImageList pictures() const { return pictures_(); }
-    /// Shows the menu of our own at a place on the screen, for a host that does not draw menus.
+    /// The texts that the menu shows cut, whole; empty when there are none.
+    [[nodiscard]] QString details() const { return details_; }
+    /// Shows the menu of our own, for a host that does not draw menus. Some hosts give a corner of their panel as
+    /// its place (`x`, `y`), so it opens at the pointer wherever the display tells where that is.
     void popUp(int x, int y);
+    /// The left click: answers `request` with an error where the host then opens its own menu, which is in the
+    /// desktop's style and which Wayland places; else shows ours.
+    void activate(int x, int y, const QDBusMessage& request);
 
 Q_SIGNALS:
     void iconChanged();
+    void detailsChanged();
     /// The watcher does not take the item.
     void refused();
 
 private:
     void enroll(const QString& service);
+    void updateDetails();
 
     Pictures pictures_;
     QtStatusMenu* const menu_;
+    const HostManner host_ = HostManner::ofThisDesktop();
+    QString details_;
     std::unique_ptr<TrayMenuView> ownMenu_;  ///< from the first time that the host asks for it
     QObject menuObject_;
     QDBusConnection bus_;
@@ -97,7 +110,7 @@ class StatusNotifierAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QString AttentionIconName READ none CONSTANT)
     Q_PROPERTY(QList<sonvara::NotifierImage> AttentionIconPixmap READ noImage CONSTANT)
     Q_PROPERTY(QString AttentionMovieName READ none CONSTANT)
-    Q_PROPERTY(sonvara::NotifierToolTip ToolTip READ toolTip CONSTANT)
+    Q_PROPERTY(sonvara::NotifierToolTip ToolTip READ toolTip NOTIFY NewToolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
 
@@ -112,15 +125,16 @@ public:
     [[nodiscard]] QString none() const { return {}; }
     [[nodiscard]] NotifierImageList iconPixmap() const { return item_.pictures(); }
     [[nodiscard]] NotifierImageList noImage() const { return {}; }
-    [[nodiscard]] NotifierToolTip toolTip() const { return {{}, {}, title(), {}}; }
+    [[nodiscard]] NotifierToolTip toolTip() const;
     [[nodiscard]] bool itemIsMenu() const { return true; }  // the left click opens the menu, too
     [[nodiscard]] QDBusObjectPath menu() const;
 
 public Q_SLOTS:
-    void Activate(int x, int y) { item_.popUp(x, y); }
+    void Activate(int x, int y, const QDBusMessage& request) { item_.activate(x, y, request); }
     void ContextMenu(int x, int y) { item_.popUp(x, y); }
     void SecondaryActivate(int, int) {}
     void Scroll(int, const QString&) {}
+    void ProvideXdgActivationToken(const QString& token);
 
 Q_SIGNALS:
     void NewIcon();
