@@ -38,7 +38,7 @@ protected:
     // Waits longer than the program does: a busy machine is no slow disk.
     AutostartLoginItem item(std::chrono::milliseconds limit = 20s)
     {
-        return {{"Sample", program}, "org.example.Sample", workers, folder, limit};
+        return {{"Sample", program, "org.example.Sample"}, "org.example.Sample", workers, folder, limit};
     }
 
     void write(const QByteArray& text)
@@ -168,7 +168,9 @@ TEST_P(AutostartPathTest, SurvivesTheQuotingOfDesktopEntries)
     EXPECT_EQ(item().status(), LoginItemStatus::enabled);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(readAutostart(file.readAll()).program, program);
+    const auto text = file.readAll();
+    EXPECT_EQ(readAutostart(text).program, program);
+    EXPECT_TRUE(text.contains("\nIcon=org.example.Sample\n")) << text.toStdString();
     const auto checker = QStandardPaths::findExecutable("desktop-file-validate");
     ASSERT_FALSE(checker.isEmpty()) << "desktop-file-validate is needed (package desktop-file-utils)";
     // Not QProcess: a thread sanitizer loses count of the locks over the way in which it forks.

@@ -9,6 +9,9 @@
 #include <QDBusConnectionInterface>
 #include <future>
 #include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
 
 namespace sonvara::test {
 
@@ -16,10 +19,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::future<int> startAgain()
+std::future<int> startAgain(const std::map<std::string, std::string>& more = {})
 {
-    const auto child =
-        PosixProcessLauncher().make({SECOND_INSTANCE, {}, "/", PosixEnvironment().variables()});
+    auto variables = PosixEnvironment().variables();
+    variables.insert(more.begin(), more.end());
+    const auto child = PosixProcessLauncher().make({SECOND_INSTANCE, {}, "/", variables});
     EXPECT_EQ(child->launch(), std::nullopt);
     return std::async(std::launch::async, [child] { return child->waitUntilExit(); });
 }
@@ -40,6 +44,21 @@ TEST(SingleInstanceTest, ALaterStartWakesTheFirstAndEnds)
         EXPECT_EQ(endOf(start), 1);
         EXPECT_EQ(activations, i);
     }
+}
+
+TEST(SingleInstanceTest, ALaterStartHandsOnItsRightToComeToTheFront)
+{
+    std::vector<QString> tokens;
+    SingleInstance first(QDBusConnection::sessionBus(), [&] {
+        tokens.push_back(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
+        qunsetenv("XDG_ACTIVATION_TOKEN");  // as a window that is raised does
+    });
+    ASSERT_TRUE(first.claim());
+    auto fromLauncher = startAgain({{"XDG_ACTIVATION_TOKEN", "kwin-7"}});
+    EXPECT_EQ(endOf(fromLauncher), 1);
+    auto fromShell = startAgain();
+    EXPECT_EQ(endOf(fromShell), 1);
+    EXPECT_EQ(tokens, (std::vector<QString>{"kwin-7", ""}));
 }
 
 TEST(SingleInstanceTest, AProgramThatHangsIsStillTheFirst)

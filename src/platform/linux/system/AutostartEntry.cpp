@@ -72,8 +72,10 @@ QString firstArgument(const QString& command)
 QByteArray autostartText(const AutostartEntry& entry)
 {
     const auto text =
-        QStringLiteral("[Desktop Entry]\nType=Application\nName=%1\nExec=%2\nTryExec=%3\nTerminal=false\n")
-            .arg(escaped(entry.name), escaped(quoted(entry.program)), escaped(entry.program));
+        QStringLiteral(
+            "[Desktop Entry]\nType=Application\nName=%1\nExec=%2\nTryExec=%3\nIcon=%4\nTerminal=false\n")
+            .arg(escaped(entry.name), escaped(quoted(entry.program)), escaped(entry.program),
+                 escaped(entry.icon));
     return text.toUtf8();
 }
 

@@ -10,6 +10,7 @@ namespace sonvara {
 struct AutostartEntry {
     QString name;
     QString program;
+    QString icon;  ///< its name in icon themes
 };
 
 /// The entry's file, valid by the Desktop Entry Specification whatever characters the values hold.

@@ -70,7 +70,8 @@ AutostartLoginItem::AutostartLoginItem(AutostartEntry entry, const QString& iden
 
 AutostartEntry AutostartLoginItem::thisProgram()
 {
-    return {QGuiApplication::applicationDisplayName(), QCoreApplication::applicationFilePath()};
+    return {QGuiApplication::applicationDisplayName(), QCoreApplication::applicationFilePath(),
+            QStringLiteral(SONVARA_IDENTIFIER)};
 }
 
 QString AutostartLoginItem::userFolder()

@@ -1,5 +1,6 @@
 #include "platform/linux/system/QtApplication.h"
 
+#include <QRasterWindow>
 #include <QTimer>
 #include <QWidget>
 #include <utility>
@@ -26,6 +27,16 @@ QtApplication::QtApplication(const char* programName)
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName("Sonvara");  // no display name, which Qt would append to windows' titles
     QApplication::setDesktopFileName(SONVARA_IDENTIFIER);
+    if (isLauncherWaiting_ && QApplication::platformName() == "xcb") endLaunchFeedback();
+}
+
+// A window that no window manager knows, outside the screen, and only for a moment.
+void QtApplication::endLaunchFeedback()
+{
+    QRasterWindow window;
+    window.setFlags(Qt::BypassWindowManagerHint | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    window.setGeometry(-1, -1, 1, 1);
+    window.show();
 }
 
 void QtApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate)

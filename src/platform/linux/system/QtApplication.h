@@ -37,8 +37,12 @@ private:
     };
 
     void launch();
+    /// Tells the launcher on X11 that the program runs, as Qt does with the first window that it shows: most starts
+    /// show none, and the pointer would look busy for a while.
+    static void endLaunchFeedback();
 
     SharedMemoryBan sharedMemoryBan_;
+    bool isLauncherWaiting_ = qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID");  // before Qt takes it
     std::string programName_;  // Qt keeps references to these three
     std::array<char*, 2> arguments_;
     int argumentCount_ = 1;

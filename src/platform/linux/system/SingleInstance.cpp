@@ -1,5 +1,6 @@
 #include "platform/linux/system/SingleInstance.h"
 
+#include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr const char* busName = SONVARA_IDENTIFIER;
 constexpr const char* interfaceName = "org.freedesktop.Application";
+constexpr const char* activationToken = "XDG_ACTIVATION_TOKEN";
 constexpr int answerLimit = 500;  // milliseconds
 constexpr int claimAttempts = 4;  // a first program that ends does so within a second
 
@@ -19,6 +21,13 @@ constexpr int claimAttempts = 4;  // a first program that ends does so within a 
 QString objectPath()
 {
     return '/' + QString(busName).replace('.', '/');
+}
+
+// What the desktop gave this start so that a window may come to the front: on Wayland nobody else may say so.
+QVariantMap platformData()
+{
+    const auto token = qEnvironmentVariable(activationToken);
+    return token.isEmpty() ? QVariantMap() : QVariantMap{{QStringLiteral("activation-token"), token}};
 }
 
 }  // namespace
@@ -51,7 +60,7 @@ bool SingleInstance::claim()
 bool SingleInstance::firstAnswers()
 {
     auto call = QDBusMessage::createMethodCall(busName, objectPath(), interfaceName, "Activate");
-    call.setArguments({QVariantMap()});
+    call.setArguments({platformData()});
     call.setAutoStartService(false);
     const auto answer = bus_.call(call, QDBus::Block, answerLimit);
     return answer.type() == QDBusMessage::ReplyMessage;
@@ -68,6 +77,10 @@ bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConne
 {
     if (message.member() != "Activate" || message.interface() != interfaceName) return false;
     connection.send(message.createReply());
+    const auto data = qdbus_cast<QVariantMap>(message.arguments().value(0));
+    const auto token = data.value(QStringLiteral("activation-token")).toString();
+    if (!token.isEmpty())
+        qputenv(activationToken, token.toUtf8());  // Qt takes it for the next window that is raised
     activated_();
     return true;
 }

@@ -9,7 +9,8 @@
 namespace sonvara {
 
 /// Main thread. The first program in a session owns its name on the session bus and serves the
-/// freedesktop.org interface for applications there; a later one asks it to come to the front.
+/// freedesktop.org interface for applications there; a later one asks it to come to the front, and hands on the
+/// activation token that its own launcher gave it.
 /// Without a session bus every program is the first.
 class SingleInstance final : public QDBusVirtualObject {
 public:
