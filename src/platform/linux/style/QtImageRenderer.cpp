@@ -13,6 +13,35 @@ QRectF toQt(const Rect& rect)
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
+/// In the drawing's own space, on each side of a shape: more than a pixel in the smallest tray, and just within the
+/// picture of the status icon.
+constexpr double haloWidth = 1.2;
+
+/// Draws what lies behind one step of a template, in the drawing's own space.
+class HaloPainter {
+public:
+    HaloPainter(QPainter& painter, const QColor& color) : painter_(painter), color_(color) {}
+
+    void operator()(const StrokeOval& step) const { drawOval(step.bounds, step.lineWidth + 2 * haloWidth); }
+    void operator()(const FillOval& step) const { drawOval(step.bounds, 2 * haloWidth); }
+    void operator()(const StrokeLine& step) const
+    {
+        painter_.setPen(QPen(color_, step.lineWidth + 2 * haloWidth, Qt::SolidLine, Qt::RoundCap));
+        painter_.drawLine(QPointF(step.from.x, step.from.y), QPointF(step.to.x, step.to.y));
+    }
+
+private:
+    void drawOval(const Rect& bounds, double lineWidth) const
+    {
+        painter_.setPen(QPen(color_, lineWidth));
+        painter_.setBrush(Qt::NoBrush);
+        painter_.drawEllipse(toQt(bounds));
+    }
+
+    QPainter& painter_;
+    QColor color_;
+};
+
 /// Draws one step in the drawing's own space.
 class StepPainter {
 public:
@@ -65,6 +94,10 @@ void paintDrawing(QPainter& painter, const Drawing& drawing, const QRectF& targe
     painter.translate(target.center());
     painter.scale(scale, -scale);  // the drawing's y grows upwards
     painter.translate(-drawing.width / 2, -drawing.height / 2);
+    if (drawing.isTemplate && colors.halo.isValid()) {
+        const HaloPainter paintHalo(painter, colors.halo);
+        for (const auto& step : drawing.steps) std::visit(paintHalo, step);
+    }
     const StepPainter paintStep(painter, colors, drawing.isTemplate);
     for (const auto& step : drawing.steps) std::visit(paintStep, step);
     painter.restore();

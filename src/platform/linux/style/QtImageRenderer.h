@@ -24,7 +24,7 @@ private:
 };
 
 /// Paints `drawing` as large as fits into the middle of `target`. A template takes `colors.label` for
-/// every shape, with the shape's own alpha. Any thread that may use `painter`.
+/// every shape, with the shape's own alpha, before a halo of `colors.halo`. Any thread that may use `painter`.
 void paintDrawing(QPainter& painter, const Drawing& drawing, const QRectF& target, const RoleColors& colors);
 
 /// `drawing` on a transparent ground of `size` pixels. Any thread.

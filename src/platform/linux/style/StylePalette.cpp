@@ -48,9 +48,18 @@ QColor RoleColors::operator[](ColorRole role) const
 RoleColors RoleColors::on(const QColor& background, const QColor& text)
 {
     const bool dark = background.lightnessF() < text.lightnessF();
-    return {text, mixed(text, background, secondaryShare),
+    return {text,
+            mixed(text, background, secondaryShare),
             dark ? QColor(0x30, 0xD1, 0x58) : QColor(0x34, 0xC7, 0x59),
-            dark ? QColor(0xFF, 0x9F, 0x0A) : QColor(0xFF, 0x95, 0x00)};
+            dark ? QColor(0xFF, 0x9F, 0x0A) : QColor(0xFF, 0x95, 0x00),
+            {}};
+}
+
+RoleColors RoleColors::withHalo() const
+{
+    auto colors = *this;
+    colors.halo = label.lightnessF() > 0.5F ? Qt::black : Qt::white;
+    return colors;
 }
 
 RoleColors RoleColors::of(const QPalette& palette)

@@ -15,11 +15,15 @@ struct RoleColors {
     QColor secondaryLabel;
     QColor systemGreen;
     QColor systemOrange;
+    /// Drawn around what takes the label's colour; invalid for nothing, as where the surroundings are known.
+    QColor halo{};
 
     [[nodiscard]] QColor operator[](ColorRole role) const;
 
     /// Colours that read well on `background`, with `text` as its usual text colour.
     [[nodiscard]] static RoleColors on(const QColor& background, const QColor& text);
+    /// The same with a halo of the opposite tone: some of it stands out on whatever the surroundings are.
+    [[nodiscard]] RoleColors withHalo() const;
     /// The same for what a theme shows in its windows.
     [[nodiscard]] static RoleColors of(const QPalette& palette);
 };

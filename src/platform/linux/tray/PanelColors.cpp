@@ -24,7 +24,7 @@ const QString xfcePanel = QStringLiteral("xfce4-panel");
 const QString darkMode = QStringLiteral("/panels/dark-mode");
 
 const RoleColors onDarkPanel = RoleColors::on(QColor(0x2d, 0x2d, 0x2d), QColor(0xf2, 0xf2, 0xf2));
-const RoleColors onLightPanel = RoleColors::on(QColor(0xf0, 0xf0, 0xf0), QColor(0x2e, 0x34, 0x36));
+const RoleColors onLightPanel = RoleColors::on(QColor(0xf0, 0xf0, 0xf0), QColor(0x23, 0x26, 0x29));
 
 /// The value inside any number of variants.
 QVariant unwrapped(QVariant value)
@@ -69,8 +69,8 @@ RoleColors PanelColors::colors() const
     const auto own = RoleColors::of(QApplication::palette());
     const bool isOwnDark = own.label.lightnessF() > 0.5F;
     const auto isDark = isKnownDark();
-    if (!isDark || *isDark == isOwnDark) return own;
-    return *isDark ? onDarkPanel : onLightPanel;
+    if (!isDark || *isDark == isOwnDark) return own.withHalo();
+    return (*isDark ? onDarkPanel : onLightPanel).withHalo();
 }
 
 std::optional<bool> PanelColors::isKnownDark() const

@@ -15,7 +15,8 @@ namespace sonvara {
 
 /// No desktop tells an application the colour of its panel's text. This asks what is known to decide it:
 /// Xfce's dark panel, GNOME's bar, which is always dark, then the desktop's preference for dark or light, and
-/// at last the theme of the application itself. Main thread.
+/// at last the theme of the application itself. Any of them can be wrong about the panel, so the colours have a
+/// halo. Main thread.
 class PanelColors final : public QObject {
     Q_OBJECT
 
