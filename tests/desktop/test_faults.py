@@ -171,6 +171,7 @@ class Inert(Trial):
         """Nothing is observed, asked, written or shown, and the end touches no player, not even one with a note."""
         self.start_quickly()
         self.speak_with_lowered_player()
+        wait_until("the note", lambda: os.path.exists(self.notes))
         self.kill()
         settings = os.path.join(self.desktop.env["XDG_CONFIG_HOME"], "sonvara")
         shutil.rmtree(settings)
