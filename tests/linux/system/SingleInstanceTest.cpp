@@ -7,6 +7,9 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QMap>
 #include <future>
 #include <gtest/gtest.h>
 #include <map>
@@ -59,6 +62,27 @@ TEST(SingleInstanceTest, ALaterStartHandsOnItsRightToComeToTheFront)
     auto fromShell = startAgain();
     EXPECT_EQ(endOf(fromShell), 1);
     EXPECT_EQ(tokens, (std::vector<QString>{"kwin-7", ""}));
+}
+
+TEST(SingleInstanceTest, ACallWithStrangeArgumentsIsJustAStart)
+{
+    int activations = 0;
+    SingleInstance first(QDBusConnection::sessionBus(), [&] { ++activations; });
+    ASSERT_TRUE(first.claim());
+    qDBusRegisterMetaType<QMap<QString, QString>>();
+    const std::vector<QVariantList> strange{
+        {}, {"a text"}, {QVariant::fromValue(QMap<QString, QString>{{"activation-token", "x"}})}};
+    auto elsewhere = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "elsewhere");
+    for (const auto& arguments : strange) {
+        auto call =
+            QDBusMessage::createMethodCall(QDBusConnection::sessionBus().baseService(),
+                                           "/app/sonvara/Sonvara", "org.freedesktop.Application", "Activate");
+        call.setArguments(arguments);
+        elsewhere.send(call);
+    }
+    EXPECT_TRUE(eventually([&] { return activations == 3; }));
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    QDBusConnection::disconnectFromBus("elsewhere");
 }
 
 TEST(SingleInstanceTest, AProgramThatHangsIsStillTheFirst)

@@ -30,6 +30,14 @@ QVariantMap platformData()
     return token.isEmpty() ? QVariantMap() : QVariantMap{{QStringLiteral("activation-token"), token}};
 }
 
+QString activationTokenIn(const QDBusMessage& request)
+{
+    // Reading a map out of anything else ends the program in the bus library.
+    if (request.signature() != QLatin1String("a{sv}")) return {};
+    const auto data = qdbus_cast<QVariantMap>(request.arguments().value(0));
+    return data.value(QStringLiteral("activation-token")).toString();
+}
+
 }  // namespace
 
 SingleInstance::SingleInstance(QDBusConnection bus, std::function<void()> activated)
@@ -77,8 +85,7 @@ bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConne
 {
     if (message.member() != "Activate" || message.interface() != interfaceName) return false;
     connection.send(message.createReply());
-    const auto data = qdbus_cast<QVariantMap>(message.arguments().value(0));
-    const auto token = data.value(QStringLiteral("activation-token")).toString();
+    const auto token = activationTokenIn(message);
     if (!token.isEmpty())
         qputenv(activationToken, token.toUtf8());  // Qt takes it for the next window that is raised
     activated_();
