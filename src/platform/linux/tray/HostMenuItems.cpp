@@ -7,7 +7,7 @@ namespace sonvara {
 
 namespace {
 
-constexpr int longestLine = 480;  // pixels, in the font of our menus: hosts tell nothing of theirs
+constexpr int widestLine = 480;  // pixels, in the font of our menus: hosts tell nothing of theirs
 constexpr qsizetype mostLines = 10;
 constexpr int lineIdStep = 1 << 24;  // the items' own ids never come that far
 
@@ -24,7 +24,7 @@ QStringList cutLines(const QString& text)
         lines.resize(mostLines);
         lines.last() = QStringLiteral("…");
     }
-    for (auto& line : lines) line = metrics.elidedText(line, Qt::ElideMiddle, longestLine);
+    for (auto& line : lines) line = metrics.elidedText(line, Qt::ElideMiddle, widestLine);
     return lines;
 }
 
