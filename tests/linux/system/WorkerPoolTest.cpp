@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <latch>
 #include <string>
+#include <sys/resource.h>
+#include <unistd.h>
 #include <vector>
 
 namespace sonvara::test {
@@ -63,7 +65,7 @@ int workers()
         std::ifstream file(task.path() / "comm");
         std::string name;
         std::getline(file, name);
-        if (name == "Thread (pooled)") ++count;
+        if (name == "worker") ++count;
     }
     return count;
 }
@@ -145,6 +147,24 @@ TEST(WorkerPoolTest, IdleWorkersLeaveAfterAQuietWhile)
     gate.open();
     EXPECT_TRUE(eventually([] { return workers() == 0; }));
     runAndWait(pool, QualityOfService::userInitiated);
+}
+
+TEST(WorkerPoolTest, WorkersNeedNoDescriptors)
+{
+    rlimit usual{};
+    ::getrlimit(RLIMIT_NOFILE, &usual);
+    const rlimit few{64, usual.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<int> taken;
+    for (int file = ::dup(0); file >= 0; file = ::dup(0)) taken.push_back(file);
+    WorkerPool pool;
+    Gate gate;
+    for (int i = 0; i < 3; ++i) pool.post(QualityOfService::userInitiated, gate.blockedTask());
+    gate.waitUntilEntered(3);
+    gate.open();
+    EXPECT_TRUE(pool.shutDown(20s));
+    for (const int file : taken) ::close(file);
+    ::setrlimit(RLIMIT_NOFILE, &usual);
 }
 
 TEST(WorkerPoolTest, OfWorkersThatTakeTurnsOneStays)

@@ -1,20 +1,23 @@
 #include "platform/linux/system/WorkerPool.h"
 
 #include <QDeadlineTimer>
-#include <QRunnable>
-#include <QThreadPool>
 #include <QTimer>
 
+#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <mutex>
+#include <pthread.h>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 namespace sonvara {
 
 namespace {
 
-constexpr std::array limits{64, 16, 16};  // how many tasks may run at once, by quality of service
+constexpr std::array<std::size_t, 3> limits{64, 16,
+                                            16};  // how many tasks may run at once, by quality of service
 
 // A task that exactly one of two parties gets: the worker that runs it or whoever cancels it.
 class CancellableTask final : public DelayedTask {
@@ -45,15 +48,17 @@ private:
 
 }  // namespace
 
-/// The workers of one quality of service. They are told that there is a task, and each takes the first one: so tasks
-/// are handed over under a lock of ours, as a thread sanitizer does not see those within Qt.
-class WorkerPool::Lane final : public QRunnable {
+/// The workers of one quality of service. They are threads of ours, for one of Qt's makes itself an event loop: that
+/// takes descriptors, and without any the program would end.
+class WorkerPool::Lane {
 public:
-    Lane(int limit, std::chrono::milliseconds quiet)
+    Lane(std::size_t limit, std::chrono::milliseconds quiet) : limit_(limit), quiet_(quiet) {}
+
+    ~Lane()
     {
-        setAutoDelete(false);
-        threads_.setMaxThreadCount(limit);
-        threads_.setExpiryTimeout(static_cast<int>(quiet.count()));
+        close();
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return workers_ == 0; });
     }
 
     void post(Task task)
@@ -61,7 +66,10 @@ public:
         const std::lock_guard lock(mutex_);
         if (isClosed_) return;
         tasks_.push_back(std::move(task));
-        threads_.start(this);
+        if (idle_ >= tasks_.size())
+            changed_.notify_one();
+        else if (workers_ < limit_)
+            start();
     }
 
     void close()
@@ -70,28 +78,60 @@ public:
         const std::lock_guard lock(mutex_);
         isClosed_ = true;
         dropped.swap(tasks_);
+        changed_.notify_all();
     }
 
-    bool waitForDone(const QDeadlineTimer& end)
-    {
-        return threads_.waitForDone(static_cast<int>(end.remainingTime()));
-    }
-
-    void run() override
+    bool waitForDone(std::chrono::steady_clock::time_point end)
     {
         std::unique_lock lock(mutex_);
-        if (tasks_.empty()) return;  // closed
-        const Task task = std::move(tasks_.front());
-        tasks_.pop_front();
-        lock.unlock();
-        task();
+        return changed_.wait_until(lock, end, [this] { return workers_ == 0; });
     }
 
 private:
+    // With the lock held.
+    void start()
+    {
+        try {
+            std::thread([this] { work(); }).detach();
+            ++workers_;
+        } catch (const std::system_error&) {
+            // The task waits for a worker that is there, or for the next task.
+        }
+    }
+
+    void work()
+    {
+        ::pthread_setname_np(::pthread_self(), "worker");
+        std::unique_lock lock(mutex_);
+        while (waitForTask(lock)) {
+            Task task = std::move(tasks_.front());
+            tasks_.pop_front();
+            lock.unlock();
+            task();
+            task = nullptr;
+            lock.lock();
+        }
+        --workers_;
+        changed_.notify_all();  // with the lock held: when it is released, this may go
+    }
+
+    // Whether there is one; else the worker is to leave.
+    bool waitForTask(std::unique_lock<std::mutex>& lock)
+    {
+        ++idle_;
+        changed_.wait_for(lock, quiet_, [this] { return isClosed_ || !tasks_.empty(); });
+        --idle_;
+        return !tasks_.empty();
+    }
+
+    const std::size_t limit_;
+    const std::chrono::milliseconds quiet_;
     std::mutex mutex_;  // guards what follows
+    std::condition_variable changed_;
     std::deque<Task> tasks_;
+    std::size_t workers_ = 0;
+    std::size_t idle_ = 0;
     bool isClosed_ = false;
-    QThreadPool threads_;
 };
 
 WorkerPool::WorkerPool(std::chrono::milliseconds quiet)
@@ -129,7 +169,7 @@ std::shared_ptr<DelayedTask> WorkerPool::postAfter(QualityOfService quality, std
 
 bool WorkerPool::shutDown(std::chrono::milliseconds limit)
 {
-    const QDeadlineTimer end(limit);
+    const auto end = std::chrono::steady_clock::now() + limit;
     for (auto& lane : lanes_) lane->close();
     bool areGone = true;
     for (auto& lane : lanes_) areGone &= lane->waitForDone(end);

@@ -1,4 +1,4 @@
-// The global queues on Qt's thread pools.
+// The global queues on threads that come and go.
 #pragma once
 
 #include "platform/linux/system/QtSerialQueue.h"
