@@ -18,7 +18,7 @@ sys.path.insert(0, os.path.join(ROOT, "tools"))
 
 from desktop.accessibility import Accessibility
 from desktop.players import Player
-from desktop.processes import end_orderly
+from desktop.processes import end_orderly, wait_until
 from desktop.program import Sonvara
 from desktop.screen import Screen
 from desktop.scripted_player import ScriptedPlayer

@@ -6,7 +6,6 @@ Times are seconds from the start of the recording; levels are decibels below ful
 import array
 import math
 import os
-import subprocess
 import wave
 from dataclasses import dataclass
 
