@@ -148,9 +148,10 @@ class RealTools(IntroTrial):
         self.sign_in_by_file(self.server.address)
         speech = self.desktop.speech.environment
         for number, runtime in enumerate(("/tmp/run", "/tmp", "")):
+            self.kill()
+            self.play(f"Song {number}")  # before the start, which would find the song of before
             self.start(QT_QPA_PLATFORM="offscreen", TMPDIR="/tmp", XDG_RUNTIME_DIR=runtime, **speech, **QUIET)
             wait_until("the program's beginning", lambda: "monitoring started" in self.program.log())
-            self.play(f"Song {number}")
             self.assertEqual(self.next_line(TIME_LIMIT), INTRO)
         self.assertEqual(planted.requests, [])
         self.assertFalse(self.server.has("planted things"))
