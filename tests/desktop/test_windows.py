@@ -132,6 +132,7 @@ class Windows(unittest.TestCase):
 
     def test_without_a_tray_the_settings_come_up(self):
         desktop = self.enter(None)
+        self.addCleanup(lambda: print(desktop.log("sonvara")))  # shown after a failure
         program = desktop.start("sonvara", [PROGRAM])
         Accessibility(desktop, program.pid).find("frame", SETTINGS, limit=30)
         program.terminate()
