@@ -45,7 +45,7 @@ class Volume(Trial):
             self.assertIn(SLOW_DISK, maps.read(), "its disk was not slow")
         self.player.play("Song")
         self.player.wait_for_volume(LOWERED)  # late: its first stream might have told another volume than its own
-        time.sleep(4)  # it has played for a while
+        self.player.wait_for_volume(VOLUME)  # a line over which another one begins gives the volume back late
         for number in range(3):
             self._expect_within(0.3, self.player.play(f"{number} {LONG}"), LOWERED)
             time.sleep(1)  # into the line

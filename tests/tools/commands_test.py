@@ -158,6 +158,7 @@ class Commands(unittest.TestCase):
             "tools/try core 'DJLog*'": self.passes,
             "tools/format": self.passes if shutil.which("clang-format-19") else self.agrees_with_its_usage,
             "tools/tidy": self.agrees_with_its_usage,
+            "tests/ai/measure": self.agrees_with_its_usage,
             "tools/coverage": self.agrees_with_its_usage,
             "tools/fuzz [RUNS]": self.agrees_with_its_usage,
             "tools/soak [MINUTES]": self.agrees_with_its_usage,
