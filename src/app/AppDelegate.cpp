@@ -37,9 +37,12 @@ void AppDelegate::subscribe()
     }));
     cancellables_.push_back(musicMonitor->trackName.subscribe(refreshMenu));
     cancellables_.push_back(DJLog::shared().lastChat.subscribe(refreshMenu));
-    cancellables_.push_back(musicMonitor->trackName.subscribe([weak](const std::string& trackName) {
-        if (const auto delegate = weak.lock()) delegate->announceLater(trackName);
-    }));
+    cancellables_.push_back(musicMonitor->trackName.subscribe(
+        [weak, weakMonitor = std::weak_ptr(musicMonitor)](const std::string& trackName) {
+            const auto delegate = weak.lock();
+            const auto monitor = weakMonitor.lock();
+            if (delegate && monitor) delegate->announceLater(trackName, monitor);
+        }));
 }
 
 void AppDelegate::playingChanged(bool isPlaying)
@@ -56,12 +59,11 @@ void AppDelegate::stopLater()
     });
 }
 
-void AppDelegate::announceLater(const std::string& trackName)
+void AppDelegate::announceLater(const std::string& trackName, const std::shared_ptr<MusicMonitor>& monitor)
 {
     // The name is delivered before the update it belongs to is complete; the task runs after it.
-    platform_.mainQueue.post([delegate = shared_from_this(), monitor = musicMonitor, trackName] {
-        delegate->announce(trackName, *monitor);
-    });
+    platform_.mainQueue.post(
+        [delegate = shared_from_this(), monitor, trackName] { delegate->announce(trackName, *monitor); });
 }
 
 void AppDelegate::announce(const std::string& trackName, const MusicMonitor& monitor)

@@ -36,7 +36,7 @@ private:
     void subscribe();
     void playingChanged(bool isPlaying);
     void stopLater();
-    void announceLater(const std::string& trackName);
+    void announceLater(const std::string& trackName, const std::shared_ptr<MusicMonitor>& monitor);
     void announce(const std::string& trackName, const MusicMonitor& monitor);
 
     Platform& platform_;

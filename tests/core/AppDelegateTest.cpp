@@ -5,6 +5,7 @@
 #include "fakes/FakeDesktop.h"
 #include "monitor/MusicMonitor.h"
 #include "speech/SpeechManager.h"
+#include "support/PlayerScripts.h"
 #include "ui/StatusBarController.h"
 
 #include <gmock/gmock.h>
@@ -13,6 +14,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace sonvara::test {
 namespace {
@@ -173,6 +175,44 @@ TEST_F(AppDelegateTest, TheAnnouncementReadsEverythingButTheNameWhenItsTaskRuns)
         << "the second name goes on with the album that the first was given";
     EXPECT_THAT(desktop.voice.lines[0].utterance.line,
                 EndsWith(" Old name by New artist, from New album. One of your favorites!"));
+}
+
+TEST_F(AppDelegateTest, TheAnnouncementReadsTheMonitorThatGaveTheName)
+{
+    launch();
+    desktop.time.run();
+    const auto monitor = delegate->musicMonitor;
+    delegate->musicMonitor = MusicMonitor::create(desktop.platform);
+    desktop.time.post([&] {
+        monitor->isPlaying.set(true);
+        monitor->trackName.set("Song 1");
+    });
+    desktop.time.run();
+    ASSERT_EQ(desktop.voice.lines.size(), 1U);
+    EXPECT_THAT(desktop.voice.current(), EndsWith(" Song 1."));
+}
+
+TEST_F(AppDelegateTest, ANameThatIsDeliveredWithoutAMonitorInItsFieldIsAnnounced)
+{
+    launch();
+    desktop.time.run();
+    const auto monitor = std::exchange(delegate->musicMonitor, nullptr);
+    desktop.time.post([&] {
+        monitor->isPlaying.set(true);
+        monitor->trackName.set("Song 1");
+    });
+    desktop.time.run();
+    EXPECT_EQ(desktop.voice.lines.size(), 1U);
+}
+
+TEST_F(AppDelegateTest, TheWiringDoesNotKeepTheMonitorAlive)
+{
+    launch();
+    desktop.time.run();
+    const std::weak_ptr monitor = delegate->musicMonitor;
+    delegate->musicMonitor.reset();
+    delegate->statusBarController.reset();
+    EXPECT_TRUE(monitor.expired());
 }
 
 TEST_F(AppDelegateTest, APlayingFlagThatIsGoneWhenTheTaskRunsKeepsItQuiet)
