@@ -42,8 +42,10 @@ Character decodeLast(std::string_view s)
 
 bool isWhitespaceOrNewline(utf8proc_int32_t codepoint)
 {
+    constexpr utf8proc_int32_t zeroWidthSpace = 0x200B;  // no category of its own tells that it is a space
     if (codepoint < 0) return false;
     if ((codepoint >= 0x09 && codepoint <= 0x0D) || codepoint == 0x85) return true;
+    if (codepoint == zeroWidthSpace) return true;
     switch (utf8proc_category(codepoint)) {
     case UTF8PROC_CATEGORY_ZS:
     case UTF8PROC_CATEGORY_ZL:

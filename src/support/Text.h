@@ -13,8 +13,8 @@ namespace sonvara::text {
 /// compared byte by byte.
 [[nodiscard]] bool equal(std::string_view a, std::string_view b);
 
-/// `s` without the Unicode white space (categories Zs, Zl, Zp, tab) and line ends (U+000A to U+000D,
-/// U+0085) at both ends.
+/// `s` without the Unicode white space (categories Zs, Zl, Zp, tab, zero width space) and line ends (U+000A
+/// to U+000D, U+0085) at both ends.
 [[nodiscard]] std::string_view trim(std::string_view s);
 
 /// The pieces of `s` between the occurrences of `separator`, found from left to right; empty pieces

@@ -68,6 +68,7 @@ TEST(IntroLineTest, IsTrimmed)
 {
     EXPECT_EQ(introLine("  Here comes Song A.  \n"), "Here comes Song A.");
     EXPECT_EQ(introLine("\u3000Song A\u00a0\r\n"), "Song A");
+    EXPECT_EQ(introLine("\u200bSong A\u200b\n"), "Song A");
 }
 
 TEST(IntroLineTest, OfNothingButLineFeedsOrBlanksIsEmpty)
@@ -75,6 +76,7 @@ TEST(IntroLineTest, OfNothingButLineFeedsOrBlanksIsEmpty)
     EXPECT_EQ(introLine(""), "");
     EXPECT_EQ(introLine("\n\n\n"), "");
     EXPECT_EQ(introLine("   \n \n"), "");
+    EXPECT_EQ(introLine("\u200b\n"), "");
 }
 
 TEST(IntroLineTest, ALastLineOfBlanksHidesTheOnesBefore)

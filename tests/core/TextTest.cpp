@@ -61,9 +61,16 @@ TEST(TextTrimTest, RemovesUnicodeWhiteSpaceAndLineEndsFromBothEnds)
               "Song A");
 }
 
+TEST(TextTrimTest, RemovesTheSpaceThatHasNoWidth)
+{
+    EXPECT_EQ(text::trim("\u200b A\u200bB \u200b"), "A\u200bB");
+    EXPECT_EQ(text::trim("\u200b"), "");
+}
+
 TEST(TextTrimTest, KeepsWhatIsNoWhiteSpace)
 {
-    EXPECT_EQ(text::trim("\u200bA\u200b"), "\u200bA\u200b");  // zero-width space is a format character
+    for (const std::string other : {"\u200c", "\u200d", "\u200e", "\u180e", "\u2060", "\ufeff", "\u001f"})
+        EXPECT_EQ(text::trim(other), other);
     EXPECT_EQ(text::trim("  a b  "), "a b");
     EXPECT_EQ(text::trim(""), "");
     EXPECT_EQ(text::trim(" \u3000 "), "");
