@@ -1,7 +1,7 @@
 #include "log/DJLog.h"
 
 #include "ports/Queues.h"
-#include "support/Random.h"
+#include "support/Uuid.h"
 
 #include <algorithm>
 #include <atomic>

@@ -16,7 +16,8 @@ struct DJ {
         "Now playing", "Up next", "Here we go with", "Spinning up", "Coming your way", "You're listening to"};
 
     /// "OPENER TRACK by ARTIST, from ALBUM." without the parts whose text is empty, and a compliment for
-    /// a favourite. Without an `opener`, one is drawn at random. The texts are taken as they are.
+    /// a favourite. Without an `opener`, each call draws one from the system's random source. The texts are
+    /// taken as they are.
     [[nodiscard]] static std::string offlineIntro(std::string_view track, std::string_view artist,
                                                   std::string_view album, bool favorited,
                                                   std::optional<std::string_view> opener = std::nullopt);

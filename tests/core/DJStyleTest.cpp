@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <map>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace sonvara::test {
 namespace {
@@ -49,6 +52,45 @@ TEST(OfflineIntroTest, BlanksAreKept)
 TEST(OfflineIntroTest, AnEmptyOpenerGivesALineThatStartsWithABlank)
 {
     EXPECT_EQ(DJ::offlineIntro("Song", "", "", false, ""), " Song.");
+}
+
+/// So many lines that two who draw for themselves never get the same ones.
+std::string manyLines()
+{
+    std::string lines;
+    for (int i = 0; i < 100; ++i) lines += DJ::offlineIntro("Song 1", "", "", false) + '\n';
+    return lines;
+}
+
+std::string readToEnd(int descriptor)
+{
+    std::string all;
+    std::array<char, 4096> part{};
+    for (ssize_t size = 0; (size = ::read(descriptor, part.data(), part.size())) > 0;)
+        all.append(part.data(), static_cast<std::size_t>(size));
+    return all;
+}
+
+TEST(OfflineIntroTest, NothingIsRememberedFromOneDrawToTheNext)
+{
+    (void)manyLines();
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    // A copy of this process: whatever a generator of our own had kept would be the same in both.
+    const auto copy = ::fork();
+    ASSERT_GE(copy, 0);
+    if (copy == 0) {
+        const auto lines = manyLines();
+        ::_exit(::write(ends[1], lines.data(), lines.size()) == static_cast<ssize_t>(lines.size()) ? 0 : 1);
+    }
+    ::close(ends[1]);
+    const auto theirs = readToEnd(ends[0]);
+    ::close(ends[0]);
+    int status = 0;
+    ASSERT_EQ(::waitpid(copy, &status, 0), copy);
+    EXPECT_EQ(status, 0);
+    const auto ours = manyLines();
+    EXPECT_NE(ours, theirs);
 }
 
 TEST(OfflineIntroTest, DrawsEachOpenerEquallyOften)

@@ -1,5 +1,5 @@
 // Identifiers that nobody else has.
-#include "support/Random.h"
+#include "support/Uuid.h"
 
 #include <gmock/gmock.h>
 
