@@ -4,17 +4,14 @@
 
 namespace sonvara {
 
-bool AnnouncementPolicy::shouldAnnounce(const TrackIdentity& reported, const TrackIdentity& last)
+bool AnnouncementPolicy::shouldAnnounce(std::string_view track, std::string_view artist,
+                                        std::string_view album, std::string_view lastTrack,
+                                        std::string_view lastArtist, std::string_view lastAlbum)
 {
-    if (!isNewTrack(reported.track, last.track)) return false;
-    const bool isAlbumPlaythrough = !reported.album.empty() && text::equal(reported.album, last.album) &&
-                                    text::equal(reported.artist, last.artist);
+    if (track.empty() || text::equal(track, lastTrack)) return false;
+    const bool isAlbumPlaythrough =
+        !album.empty() && text::equal(album, lastAlbum) && text::equal(artist, lastArtist);
     return !isAlbumPlaythrough;
-}
-
-bool AnnouncementPolicy::isNewTrack(std::string_view track, std::string_view lastTrack)
-{
-    return !track.empty() && !text::equal(track, lastTrack);
 }
 
 }  // namespace sonvara

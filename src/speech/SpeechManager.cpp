@@ -7,7 +7,7 @@
 #include "ports/UserDefaults.h"
 #include "speech/AnnouncementPolicy.h"
 #include "speech/DJStyle.h"
-#include "speech/PlayerVolume.h"
+#include "support/Text.h"
 
 #include <utility>
 
@@ -20,43 +20,59 @@ constexpr double speechRate = 0.5;
 std::shared_ptr<SpeechManager> SpeechManager::create(Platform& platform)
 {
     std::shared_ptr<SpeechManager> manager(new SpeechManager(platform));
-    platform.speechSynthesizer.setDelegate(manager);
+    manager->synthesizer_.setDelegate(manager);
     return manager;
 }
 
 SpeechManager::SpeechManager(Platform& platform)
     : platform_(platform),
+      synthesizer_(platform.speechSynthesizer),
+      defaults_(platform.userDefaults),
       aiDJ_(AIDJ::create(platform)),
       logger_(platform.systemLog, "Speech")
 {}
 
+bool SpeechManager::announcementsEnabled() const
+{
+    return read(defaults_, settings::announcementsEnabled);
+}
+
+bool SpeechManager::duckMusic() const
+{
+    return read(defaults_, settings::duckMusic);
+}
+
+bool SpeechManager::aiIntros() const
+{
+    return read(defaults_, settings::aiIntros);
+}
+
 void SpeechManager::stopNow()
 {
     generation_.advance();
-    platform_.speechSynthesizer.stopSpeaking();
+    synthesizer_.stopSpeaking();
 }
 
 void SpeechManager::speak(const std::string& track, const std::string& artist, const std::string& album,
                           bool favorited, const std::string& source)
 {
-    const bool announce = AnnouncementPolicy::shouldAnnounce({track, artist, album},
-                                                             {lastSpokenTrack_, lastArtist_, lastAlbum_});
-    const bool isNew = AnnouncementPolicy::isNewTrack(track, lastSpokenTrack_);
+    const bool announce =
+        AnnouncementPolicy::shouldAnnounce(track, artist, album, lastSpokenTrack_, lastArtist_, lastAlbum_);
+    const bool isNew = !track.empty() && !text::equal(track, lastSpokenTrack_);
     if (isNew) {
         lastSpokenTrack_ = track;
         lastArtist_ = artist;
         lastAlbum_ = album;
         stopNow();
     }
-    const auto& defaults = platform_.userDefaults;
-    if (!read(defaults, settings::announcementsEnabled)) return;
+    if (!announcementsEnabled()) return;
     if (!announce) {
         if (isNew) logger_.debug({{"Skipping announcement — same album playthrough."}});
         return;
     }
     const Announcement announcement{track, artist, album, favorited, source, generation_.value()};
     auto offlineLine = DJ::offlineIntro(track, artist, album, favorited);
-    if (read(defaults, settings::aiIntros) && aiDJ_->isAvailable()) {
+    if (aiIntros() && aiDJ_->isAvailable()) {
         speakAIIntro(announcement, std::move(offlineLine));
     } else {
         utter(offlineLine, source, announcement.generation);
@@ -89,9 +105,8 @@ void SpeechManager::utter(const std::string& line, const std::string& source, st
     }
     logger_.debug({{"Announcing: "}, {line}});
     DJLog::shared().recordSpoken(line);
-    if (read(platform_.userDefaults, settings::duckMusic) && !source.empty()) duck(source);
-    auto& synthesizer = platform_.speechSynthesizer;
-    synthesizer.speak({line, synthesizer.voiceForLanguage(synthesizer.currentLanguageCode()), speechRate});
+    if (duckMusic() && !source.empty()) duck(source);
+    synthesizer_.speak({line, synthesizer_.voiceForLanguage(synthesizer_.currentLanguageCode()), speechRate});
 }
 
 void SpeechManager::didFinish()
@@ -109,35 +124,6 @@ void SpeechManager::restoreVolumeLater()
     platform_.mainQueue.post([weak = weak_from_this()] {
         if (const auto manager = weak.lock()) manager->restoreVolume();
     });
-}
-
-// Lowering the player: the bookkeeping stays on the main thread; the commands, which block, run on workers.
-void SpeechManager::duck(const std::string& source)
-{
-    if (duckedSource_) return;  // lowered already: the volume to go back to is the first one read
-    auto& platform = platform_;
-    platform.globalQueue.post(QualityOfService::userInitiated, [weak = weak_from_this(), source, &platform] {
-        const auto volume = PlayerVolume::read(platform.scriptRunner, source);
-        if (!volume) return;
-        PlayerVolume::set(platform.scriptRunner, source, PlayerVolume::ducked(*volume));
-        platform.mainQueue.post([weak, source, volume] {
-            const auto manager = weak.lock();
-            if (!manager) return;
-            manager->duckedSource_ = source;
-            manager->preDuckVolume_ = volume;
-        });
-    });
-}
-
-void SpeechManager::restoreVolume()
-{
-    if (!duckedSource_ || !preDuckVolume_) return;
-    auto& scripts = platform_.scriptRunner;
-    platform_.globalQueue.post(QualityOfService::userInitiated,
-                               [&scripts, source = *std::exchange(duckedSource_, std::nullopt),
-                                volume = *std::exchange(preDuckVolume_, std::nullopt)] {
-                                   PlayerVolume::set(scripts, source, volume);
-                               });
 }
 
 }  // namespace sonvara

@@ -15,6 +15,8 @@ namespace sonvara {
 
 class AIDJ;
 struct Platform;
+class ScriptRunner;
+class UserDefaults;
 
 /// Grows by one at each new track and each stop. A request notes the value when it is made; it is
 /// stale as soon as the counter has moved on.
@@ -51,6 +53,11 @@ public:
     /// Ends any announcement at once and makes those still being composed stale.
     void stopNow();
 
+    /// Worker threads, blocking: a player's own volume, 0 (silent) to 100, or nothing when it cannot be read.
+    [[nodiscard]] static std::optional<int> playerVolume(ScriptRunner& scripts, const std::string& source);
+    /// Worker threads, blocking: sets the volume, clamped to 0 to 100. A failure is not reported.
+    static void setPlayerVolume(ScriptRunner& scripts, const std::string& source, int volume);
+
     /// Any thread: an utterance has ended; the player's volume is restored soon on the main thread.
     void didFinish() override;
     void didCancel() override;
@@ -66,14 +73,21 @@ private:
     };
 
     explicit SpeechManager(Platform& platform);
+    // The settings, read afresh at each use.
+    [[nodiscard]] bool announcementsEnabled() const;
+    [[nodiscard]] bool duckMusic() const;
+    [[nodiscard]] bool aiIntros() const;
     /// `fallback` is spoken when the tool has no line.
     void speakAIIntro(const Announcement& announcement, std::string fallback);
     void utter(const std::string& line, const std::string& source, std::int64_t generation);
+    /// Lowers the player to 35 % of its volume, but not below 12, for the time of a line.
     void duck(const std::string& source);
     void restoreVolume();
     void restoreVolumeLater();
 
     Platform& platform_;
+    SpeechSynthesizer& synthesizer_;
+    UserDefaults& defaults_;
     std::shared_ptr<AIDJ> aiDJ_;
     Logger logger_;
     std::string lastSpokenTrack_;  ///< the last new track reported, announced or not

@@ -8,10 +8,16 @@
 namespace sonvara::test {
 namespace {
 
+struct Track {
+    const char* title = "";
+    const char* artist = "";
+    const char* album = "";
+};
+
 struct Case {
     const char* behaviour;
-    TrackIdentity reported;
-    TrackIdentity last;
+    Track reported;
+    Track last;
     bool announced;
 };
 
@@ -24,11 +30,14 @@ class AnnouncementPolicyTest : public testing::TestWithParam<Case> {};
 
 TEST_P(AnnouncementPolicyTest, Decides)
 {
-    const auto& c = GetParam();
-    EXPECT_EQ(AnnouncementPolicy::shouldAnnounce(c.reported, c.last), c.announced) << c.behaviour;
+    const auto& [behaviour, reported, last, announced] = GetParam();
+    EXPECT_EQ(AnnouncementPolicy::shouldAnnounce(reported.title, reported.artist, reported.album, last.title,
+                                                 last.artist, last.album),
+              announced)
+        << behaviour;
 }
 
-constexpr TrackIdentity song1{"Song 1", "Artist A", "Album A"};
+constexpr Track song1{"Song 1", "Artist A", "Album A"};
 
 INSTANTIATE_TEST_SUITE_P(
     Table, AnnouncementPolicyTest,
@@ -56,13 +65,6 @@ INSTANTIATE_TEST_SUITE_P(
              {"1", "Bjo\u0308rk", "\u01fc"},
              false}),
     [](const auto& instance) { return instance.param.behaviour; });
-
-TEST(IsNewTrackTest, IsAboutTheTitleAlone)
-{
-    EXPECT_TRUE(AnnouncementPolicy::isNewTrack("Song 2", "Song 1"));
-    EXPECT_FALSE(AnnouncementPolicy::isNewTrack("Song 1", "Song 1"));
-    EXPECT_FALSE(AnnouncementPolicy::isNewTrack("", "Song 1"));
-}
 
 }  // namespace
 }  // namespace sonvara::test

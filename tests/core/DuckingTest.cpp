@@ -1,10 +1,11 @@
 // How far players are lowered, with which commands, and the bookkeeping of it.
 #include "SpeechManagerFixture.h"
-#include "speech/PlayerVolume.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <chrono>
+#include <string>
 
 namespace sonvara::test {
 namespace {
@@ -12,27 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-TEST(PlayerVolumeTest, DuckedVolumesAreThoseOfTheTable)
-{
-    EXPECT_EQ(PlayerVolume::ducked(100), 35);
-    EXPECT_EQ(PlayerVolume::ducked(90), 31);
-    EXPECT_EQ(PlayerVolume::ducked(80), 28);
-    EXPECT_EQ(PlayerVolume::ducked(70), 24);
-    EXPECT_EQ(PlayerVolume::ducked(50), 17);
-    EXPECT_EQ(PlayerVolume::ducked(40), 14);
-    EXPECT_EQ(PlayerVolume::ducked(37), 12);
-    EXPECT_EQ(PlayerVolume::ducked(30), 12);
-    EXPECT_EQ(PlayerVolume::ducked(5), 12);
-    EXPECT_EQ(PlayerVolume::ducked(0), 12);
-}
-
-TEST(PlayerVolumeTest, DuckedVolumeAgreesWithWholeNumberArithmetic)
-{
-    for (int volume = 0; volume <= 100; ++volume) {
-        EXPECT_EQ(PlayerVolume::ducked(volume), std::max(35 * volume / 100, 12)) << volume;
-    }
-}
 
 /// Records the one script it is given.
 struct OneScript final : ScriptRunner {
@@ -48,9 +28,9 @@ struct OneScript final : ScriptRunner {
 TEST(PlayerVolumeTest, SettingClampsToTheRange)
 {
     OneScript scripts;
-    PlayerVolume::set(scripts, "Music", -5);
+    SpeechManager::setPlayerVolume(scripts, "Music", -5);
     EXPECT_EQ(scripts.script, "tell application \"Music\" to set sound volume to 0");
-    PlayerVolume::set(scripts, "Music", 150);
+    SpeechManager::setPlayerVolume(scripts, "Music", 150);
     EXPECT_EQ(scripts.script, "tell application \"Music\" to set sound volume to 100");
 }
 
@@ -58,17 +38,54 @@ TEST(PlayerVolumeTest, ReadingGivesTheNumberOrNothing)
 {
     OneScript scripts;
     scripts.result.integer = 64;
-    EXPECT_EQ(PlayerVolume::read(scripts, "Music"), 64);
+    EXPECT_EQ(SpeechManager::playerVolume(scripts, "Music"), 64);
     scripts.result = ScriptResult{};
     scripts.result.text = "no number";
-    EXPECT_EQ(PlayerVolume::read(scripts, "Music"), 0);
+    EXPECT_EQ(SpeechManager::playerVolume(scripts, "Music"), 0);
     scripts.result.error = "no such player";
-    EXPECT_EQ(PlayerVolume::read(scripts, "Music"), std::nullopt);
+    EXPECT_EQ(SpeechManager::playerVolume(scripts, "Music"), std::nullopt);
     scripts.result = ScriptResult{false, std::nullopt, std::nullopt, 0};
-    EXPECT_EQ(PlayerVolume::read(scripts, "Music"), std::nullopt);
+    EXPECT_EQ(SpeechManager::playerVolume(scripts, "Music"), std::nullopt);
 }
 
-using DuckingTest = SpeechManagerFixture;
+class DuckingTest : public SpeechManagerFixture {
+protected:
+    /// What a player at `from` is set to while a line is spoken.
+    [[nodiscard]] int lowered(int from)
+    {
+        desktop.players.music.volume = from;
+        report("Song " + std::to_string(++songs_));
+        desktop.time.run();
+        const auto spokenOver = volume();
+        desktop.voice.finish();
+        desktop.time.run();
+        EXPECT_EQ(volume(), from);
+        return spokenOver;
+    }
+
+private:
+    int songs_ = 0;
+};
+
+TEST_F(DuckingTest, LoweredVolumesAreThoseOfTheTable)
+{
+    EXPECT_EQ(lowered(100), 35);
+    EXPECT_EQ(lowered(90), 31);
+    EXPECT_EQ(lowered(80), 28);
+    EXPECT_EQ(lowered(70), 24);
+    EXPECT_EQ(lowered(50), 17);
+    EXPECT_EQ(lowered(40), 14);
+    EXPECT_EQ(lowered(37), 12);
+    EXPECT_EQ(lowered(30), 12);
+    EXPECT_EQ(lowered(5), 12);
+    EXPECT_EQ(lowered(0), 12);
+}
+
+TEST_F(DuckingTest, LoweredVolumesAgreeWithWholeNumberArithmetic)
+{
+    for (int volume = 0; volume <= 100; ++volume)
+        EXPECT_EQ(lowered(volume), std::max(35 * volume / 100, 12)) << volume;
+}
 
 TEST_F(DuckingTest, ThePlayerIsLoweredWhileTheDJSpeaksAndPutBackAfterwards)
 {

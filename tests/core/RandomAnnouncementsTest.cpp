@@ -19,7 +19,6 @@ struct Track {
     std::string title;
     std::string artist;
     std::string album;
-    [[nodiscard]] TrackIdentity identity() const { return {title, artist, album}; }
 };
 
 /// Drives a speech manager and knows which title, if any, it may speak next.
@@ -79,8 +78,9 @@ private:
     }
     void reportInTurn(const Track& track)
     {
-        const bool announce = AnnouncementPolicy::shouldAnnounce(track.identity(), last_.identity());
-        if (AnnouncementPolicy::isNewTrack(track.title, last_.title)) {
+        const bool announce = AnnouncementPolicy::shouldAnnounce(track.title, track.artist, track.album,
+                                                                 last_.title, last_.artist, last_.album);
+        if (!track.title.empty() && track.title != last_.title) {
             mayBeSpoken_.reset();
             last_ = track;
         }

@@ -2,12 +2,12 @@
 #include "app/AppDelegate.h"
 #include "fakes/FakeDesktop.h"
 #include "monitor/MusicMonitor.h"
-#include "monitor/NowPlaying.h"
-#include "speech/PlayerVolume.h"
+#include "support/PlayerScripts.h"
 #include "ui/SettingsView.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -145,7 +145,7 @@ private:
                 if (!command.starts_with(name)) continue;
                 if (command.back() == '?') {
                     ++reads;
-                    expected.insert({volume, PlayerVolume::ducked(volume)});
+                    expected.insert({volume, std::max(35 * volume / 100, 12)});
                 } else {
                     ++writes;
                     volume = std::stoi(command.substr(name.size() + 1));

@@ -272,6 +272,7 @@ TEST_F(SpeechManagerTest, TitlesThatAreEquivalentAreTheSameTrack)
     report("Cafe\u0301");
     desktop.time.run();
     EXPECT_EQ(desktop.voice.lines.size(), 1U);
+    EXPECT_TRUE(desktop.voice.isSpeaking()) << "the line about it goes on";
 }
 
 }  // namespace
