@@ -2,7 +2,7 @@
 // change, that is several turns between threads.
 #include "app/AppDelegate.h"
 #include "fakes/FakeDesktop.h"
-#include "monitor/NowPlaying.h"
+#include "support/PlayerScripts.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "monitor/NowPlaying.h"
+#include "ports/NotificationCenter.h"
 #include "ports/Queues.h"
 #include "ports/SystemLog.h"
 #include "support/AtomicSharedPtr.h"
@@ -33,6 +34,20 @@ public:
     Observable<bool> isPlaying;
     Observable<bool> isFavorited;
     Observable<std::string> source;
+
+    /// Reads a player's notification. A value of an unexpected type counts as missing. Absent when there is
+    /// no title, unless the player says that it has stopped: then the record has only its source. Any thread.
+    [[nodiscard]] static std::optional<NowPlaying> parseEvent(const Notification& notification);
+
+    /// Reads a poll script's answer, as `poll::read` does. Any thread.
+    [[nodiscard]] static std::optional<NowPlaying>
+    parsePollOutput(const std::string& source, const std::string& output, std::size_t fields);
+
+    /// Chooses among two poll results and the last notification: a playing player before a paused one,
+    /// Music before Spotify, the fallback only when neither poll gave anything. Any thread.
+    [[nodiscard]] static std::optional<NowPlaying> pick(const std::optional<NowPlaying>& music,
+                                                        const std::optional<NowPlaying>& spotify,
+                                                        const std::optional<NowPlaying>& fallback);
 
     /// Starts the poll timer and the first poll.
     void startMonitoring();

@@ -1,7 +1,6 @@
 // The user sets the clock while music plays: announcements, polls and time limits do not notice.
 #include "app/AppDelegate.h"
 #include "fakes/FakeDesktop.h"
-#include "monitor/NowPlaying.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // Metadata that nobody would call a title, through the whole core: nothing of it becomes anything but text.
 #include "app/AppDelegate.h"
 #include "fakes/FakeDesktop.h"
-#include "monitor/NowPlaying.h"
+#include "support/PlayerScripts.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,6 @@
 // What notifications and polls make of the six published properties, and in which order.
 #include "MusicMonitorFixture.h"
+#include "support/PlayerScripts.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,6 @@
 // Records from notifications and poll outputs, and the choice among them.
-#include "monitor/NowPlaying.h"
+#include "monitor/MusicMonitor.h"
+#include "support/PlayerScripts.h"
 
 #include <gtest/gtest.h>
 
@@ -20,11 +21,11 @@ NowPlaying record(const char* source, bool isPlaying, const char* name = "Song")
 
 TEST(ParseEventTest, APausedMusicTrackMarkedAsLovedKeepsItsMark)
 {
-    const auto event = parseEvent(music({{"Player State", std::string("Paused")},
-                                         {"Name", std::string("Song 1")},
-                                         {"Artist", std::string("Artist A")},
-                                         {"Album", std::string("Album A")},
-                                         {"Loved", true}}));
+    const auto event = MusicMonitor::parseEvent(music({{"Player State", std::string("Paused")},
+                                                       {"Name", std::string("Song 1")},
+                                                       {"Artist", std::string("Artist A")},
+                                                       {"Album", std::string("Album A")},
+                                                       {"Loved", true}}));
     ASSERT_TRUE(event);
     EXPECT_EQ(event->name, "Song 1");
     EXPECT_EQ(event->artist, "Artist A");
@@ -36,9 +37,10 @@ TEST(ParseEventTest, APausedMusicTrackMarkedAsLovedKeepsItsMark)
 
 TEST(ParseEventTest, AStoppedSpotifyWithoutATitleIsTheEmptyRecord)
 {
-    const auto event = parseEvent({spotifyNotification, UserInfo{{"Player State", std::string("Stopped")},
-                                                                 {"Artist", std::string("not read")},
-                                                                 {"Loved", true}}});
+    const auto event =
+        MusicMonitor::parseEvent({spotifyNotification, UserInfo{{"Player State", std::string("Stopped")},
+                                                                {"Artist", std::string("not read")},
+                                                                {"Loved", true}}});
     ASSERT_TRUE(event);
     EXPECT_EQ(event->name, "");
     EXPECT_EQ(event->artist, "");
@@ -50,28 +52,29 @@ TEST(ParseEventTest, AStoppedSpotifyWithoutATitleIsTheEmptyRecord)
 
 TEST(ParseEventTest, WithoutATitleOnlyAStopYieldsARecord)
 {
-    EXPECT_FALSE(parseEvent(music({{"Player State", std::string("Playing")}})));
-    EXPECT_FALSE(parseEvent(music({{"Player State", std::string("stopped")}})));
-    EXPECT_FALSE(parseEvent(music({})));
-    EXPECT_FALSE(parseEvent({musicNotification, std::nullopt}));
+    EXPECT_FALSE(MusicMonitor::parseEvent(music({{"Player State", std::string("Playing")}})));
+    EXPECT_FALSE(MusicMonitor::parseEvent(music({{"Player State", std::string("stopped")}})));
+    EXPECT_FALSE(MusicMonitor::parseEvent(music({})));
+    EXPECT_FALSE(MusicMonitor::parseEvent({musicNotification, std::nullopt}));
 }
 
 TEST(ParseEventTest, PlayingIsComparedWithItsCase)
 {
     for (const auto* state : {"playing", "PLAYING", "Playing ", ""}) {
-        const auto event =
-            parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string(state)}}));
+        const auto event = MusicMonitor::parseEvent(
+            music({{"Name", std::string("Song")}, {"Player State", std::string(state)}}));
         ASSERT_TRUE(event);
         EXPECT_FALSE(event->isPlaying) << state;
     }
-    EXPECT_TRUE(parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string("Playing")}}))
+    EXPECT_TRUE(MusicMonitor::parseEvent(
+                    music({{"Name", std::string("Song")}, {"Player State", std::string("Playing")}}))
                     ->isPlaying);
 }
 
 TEST(ParseEventTest, AStopWithATitleIsARecordThatDoesNotPlay)
 {
-    const auto event =
-        parseEvent(music({{"Name", std::string("Song")}, {"Player State", std::string("Stopped")}}));
+    const auto event = MusicMonitor::parseEvent(
+        music({{"Name", std::string("Song")}, {"Player State", std::string("Stopped")}}));
     ASSERT_TRUE(event);
     EXPECT_EQ(event->name, "Song");
     EXPECT_FALSE(event->isPlaying);
@@ -80,55 +83,65 @@ TEST(ParseEventTest, AStopWithATitleIsARecordThatDoesNotPlay)
 TEST(ParseEventTest, ALovedValueThatIsATextIsNotLoved)
 {
     EXPECT_FALSE(
-        parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::string("true")}}))->favorited);
-    EXPECT_FALSE(parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::int64_t{1}}}))->favorited);
+        MusicMonitor::parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::string("true")}}))
+            ->favorited);
+    EXPECT_FALSE(MusicMonitor::parseEvent(music({{"Name", std::string("Song")}, {"Loved", std::int64_t{1}}}))
+                     ->favorited);
 }
 
 TEST(ParseEventTest, ValuesOfOtherTypesCountAsMissing)
 {
-    const auto event = parseEvent(music({{"Name", std::string("Song")},
-                                         {"Artist", std::int64_t{5}},
-                                         {"Album", true},
-                                         {"Player State", 1.0}}));
+    const auto event = MusicMonitor::parseEvent(music({{"Name", std::string("Song")},
+                                                       {"Artist", std::int64_t{5}},
+                                                       {"Album", true},
+                                                       {"Player State", 1.0}}));
     ASSERT_TRUE(event);
     EXPECT_EQ(event->artist, "");
     EXPECT_EQ(event->album, "");
     EXPECT_FALSE(event->isPlaying);
-    EXPECT_FALSE(parseEvent(music({{"Name", std::monostate{}}, {"Player State", std::string("Paused")}})));
+    EXPECT_FALSE(MusicMonitor::parseEvent(
+        music({{"Name", std::monostate{}}, {"Player State", std::string("Paused")}})));
 }
 
 TEST(ParseEventTest, AnyOtherNotificationCountsAsSpotifys)
 {
-    EXPECT_EQ(parseEvent({"another.player", UserInfo{{"Name", std::string("Song")}}})->source, "Spotify");
+    EXPECT_EQ(MusicMonitor::parseEvent({"another.player", UserInfo{{"Name", std::string("Song")}}})->source,
+              "Spotify");
 }
 
 TEST(PickTest, APlayingPlayerWinsOverAPausedOne)
 {
-    EXPECT_EQ(pick(record("Music", false), record("Spotify", true), std::nullopt)->source, "Spotify");
-    EXPECT_EQ(pick(record("Music", true), record("Spotify", false), std::nullopt)->source, "Music");
+    EXPECT_EQ(MusicMonitor::pick(record("Music", false), record("Spotify", true), std::nullopt)->source,
+              "Spotify");
+    EXPECT_EQ(MusicMonitor::pick(record("Music", true), record("Spotify", false), std::nullopt)->source,
+              "Music");
 }
 
 TEST(PickTest, MusicWinsWhenBothPlayOrBothPause)
 {
-    EXPECT_EQ(pick(record("Music", true), record("Spotify", true), std::nullopt)->source, "Music");
-    EXPECT_EQ(pick(record("Music", false), record("Spotify", false), std::nullopt)->source, "Music");
+    EXPECT_EQ(MusicMonitor::pick(record("Music", true), record("Spotify", true), std::nullopt)->source,
+              "Music");
+    EXPECT_EQ(MusicMonitor::pick(record("Music", false), record("Spotify", false), std::nullopt)->source,
+              "Music");
 }
 
 TEST(PickTest, ASinglePausedPlayerIsChosenBeforeTheFallback)
 {
-    EXPECT_EQ(pick(std::nullopt, record("Spotify", false), record("Music", true))->source, "Spotify");
+    EXPECT_EQ(MusicMonitor::pick(std::nullopt, record("Spotify", false), record("Music", true))->source,
+              "Spotify");
 }
 
 TEST(PickTest, TheFallbackIsTakenAsItIsWhenNeitherPollGaveAnything)
 {
-    EXPECT_EQ(pick(std::nullopt, std::nullopt, record("Music", true, "Last"))->name, "Last");
-    EXPECT_EQ(pick(std::nullopt, std::nullopt, record("Spotify", false, ""))->name, "");
-    EXPECT_FALSE(pick(std::nullopt, std::nullopt, std::nullopt));
+    EXPECT_EQ(MusicMonitor::pick(std::nullopt, std::nullopt, record("Music", true, "Last"))->name, "Last");
+    EXPECT_EQ(MusicMonitor::pick(std::nullopt, std::nullopt, record("Spotify", false, ""))->name, "");
+    EXPECT_FALSE(MusicMonitor::pick(std::nullopt, std::nullopt, std::nullopt));
 }
 
 TEST(ParsePollOutputTest, TakesThePartsByPositionAndTrimsThem)
 {
-    const auto record = parsePollOutput("Music", " Song \n||\tArtist||\u3000Album|| true ||true\r\n", 5);
+    const auto record =
+        MusicMonitor::parsePollOutput("Music", " Song \n||\tArtist||\u3000Album|| true ||true\r\n", 5);
     ASSERT_TRUE(record);
     EXPECT_EQ(record->name, "Song");
     EXPECT_EQ(record->artist, "Artist");
@@ -138,9 +151,19 @@ TEST(ParsePollOutputTest, TakesThePartsByPositionAndTrimsThem)
     EXPECT_EQ(record->source, "Music");
 }
 
+TEST(ParsePollOutputTest, ATitleOfSpacesWithoutWidthIsEmpty)
+{
+    const auto record =
+        MusicMonitor::parsePollOutput("Music", "\u200b||\u200bArtist\u200b||\u200b||true||true", 5);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->name, "");
+    EXPECT_EQ(record->artist, "Artist");
+    EXPECT_EQ(record->album, "");
+}
+
 TEST(ParsePollOutputTest, ATitleWithTheSeparatorShiftsTheOtherParts)
 {
-    const auto record = parsePollOutput("Spotify", "A||B||Artist||Album||true", 4);
+    const auto record = MusicMonitor::parsePollOutput("Spotify", "A||B||Artist||Album||true", 4);
     ASSERT_TRUE(record);
     EXPECT_EQ(record->name, "A");
     EXPECT_EQ(record->artist, "B");
@@ -150,19 +173,19 @@ TEST(ParsePollOutputTest, ATitleWithTheSeparatorShiftsTheOtherParts)
 
 TEST(ParsePollOutputTest, TruthValuesAreComparedWithTheirCase)
 {
-    EXPECT_FALSE(parsePollOutput("Music", "a||b||c||True||TRUE", 5)->isPlaying);
-    EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true||TRUE", 5)->favorited);
+    EXPECT_FALSE(MusicMonitor::parsePollOutput("Music", "a||b||c||True||TRUE", 5)->isPlaying);
+    EXPECT_FALSE(MusicMonitor::parsePollOutput("Music", "a||b||c||true||TRUE", 5)->favorited);
 }
 
 TEST(ParsePollOutputTest, ASpotifyRecordIsNeverLoved)
 {
-    EXPECT_FALSE(parsePollOutput("Spotify", "a||b||c||true||true", 4)->favorited);
+    EXPECT_FALSE(MusicMonitor::parsePollOutput("Spotify", "a||b||c||true||true", 4)->favorited);
 }
 
 TEST(ParsePollOutputTest, TooFewPartsGiveNothing)
 {
-    EXPECT_FALSE(parsePollOutput("Music", "a||b||c||true", 5));
-    EXPECT_FALSE(parsePollOutput("Spotify", "", 4));
+    EXPECT_FALSE(MusicMonitor::parsePollOutput("Music", "a||b||c||true", 5));
+    EXPECT_FALSE(MusicMonitor::parsePollOutput("Spotify", "", 4));
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // A very long session in virtual time: what the core holds on to does not grow.
 #include "app/AppDelegate.h"
 #include "fakes/FakeDesktop.h"
-#include "monitor/NowPlaying.h"
+#include "support/PlayerScripts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What a player answers to a poll.
 #include "Require.h"
-#include "monitor/NowPlaying.h"
+#include "monitor/MusicMonitor.h"
 #include "support/Text.h"
 
 using namespace sonvara;
@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const std::string output(fuzz::textOf(data, size));
     for (const std::size_t fields : {4U, 5U}) {
-        const auto record = parsePollOutput("Music", output, fields);
+        const auto record = MusicMonitor::parsePollOutput("Music", output, fields);
         require(record.has_value() == (text::split(output, "||").size() >= fields));
         if (!record) continue;
         require(record->name.find("||") == std::string::npos);
