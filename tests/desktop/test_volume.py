@@ -16,6 +16,11 @@ SLOW_DISK = os.environ.get("SONVARA_SLOW_DISK", os.path.join(ROOT, "build", "tes
 
 class Volume(Trial):
 
+    def tearDown(self):
+        super().tearDown()
+        # The daemon says the line of a program that was killed to its end, and the next one's line would wait.
+        self.desktop.run("spd-say", "--cancel")
+
     def wait_for_end_of_note(self):
         wait_until("the end of the note", lambda: not os.path.exists(self.notes), limit=40)  # what plays is announced once more
 
