@@ -54,7 +54,7 @@ class Volume(Trial):
         for number in range(3):
             self._expect_within(0.3, self.player.play(f"{number} {LONG}"), LOWERED)
             time.sleep(1)  # into the line
-            self._expect_within(0.6, self.player.pause(), VOLUME)  # a pause counts after 0.3 s
+            self._expect_within(0.4, self.player.pause(), VOLUME)  # a pause counts after 0.15 s
         self.speak_with_lowered_player()
         tray.choose("Quit")
         self.assertEqual(self.program.process.wait(1), 0)

@@ -163,9 +163,31 @@ TEST_F(DebounceTest, APauseThatLastsIsAPauseAndItsEndIsToldAtOnce)
 {
     says(playing, song("One"));
     says(paused);
-    passes(300ms);
+    passes(149ms);
+    EXPECT_EQ(told(), Told{"plays One/Artist"});
+    passes(1ms);
     says(playing);
     EXPECT_EQ(told(), (Told{"plays One/Artist", "paused One/Artist", "plays One/Artist"}));
+}
+
+TEST_F(DebounceTest, AStopAfterAPauseHasTheTimeOfAGap)
+{
+    says(playing, song("One"));
+    says(paused);
+    passes(100ms);
+    says(stopped);
+    passes(150ms);
+    says(playing, song("Two"));
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+}
+
+TEST_F(DebounceTest, ATrackThatComesWithAPauseHasTheTimeOfAGap)
+{
+    says(playing, song("One"));
+    says(paused, song("Two"));
+    passes(250ms);
+    says(playing);
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
 }
 
 TEST_F(DebounceTest, AGapFollowedByAnIncompleteTrackGivesTheTagsTheirTime)

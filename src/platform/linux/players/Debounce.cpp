@@ -40,14 +40,21 @@ void Debounce::accept(PlayerSnapshot snapshot)
     heldBack_.reset();
 }
 
+std::chrono::milliseconds Debounce::delayOf(const PlayerState& said) const
+{
+    const bool isPause = said.status == PlaybackStatus::paused && snapshotOf(said).title == snapshot_.title;
+    return isPause ? pauseDelay : delay;
+}
+
 void Debounce::holdBack(const PlayerState& said, Time now)
 {
     if (!heldBack_) {
-        heldBack_ = {said, now + delay, now + longestDelay};
+        heldBack_ = {said, now + delayOf(said), now + longestDelay};
         return;
     }
     // Another track gets the full time for its own words. A title that scrolls must come to an end.
-    if (!isSameTrack(heldBack_->said, said)) heldBack_->due = std::min(now + delay, heldBack_->latest);
+    if (!isSameTrack(heldBack_->said, said))
+        heldBack_->due = std::min(now + delayOf(said), heldBack_->latest);
     heldBack_->said = said;
 }
 

@@ -18,6 +18,9 @@ class Debounce {
 public:
     /// How long a stop, or an incomplete track, is held back for what may follow.
     static constexpr std::chrono::milliseconds delay{300};
+    /// How long a pause is: half of that, because its user waits for the voice to end and for the volume. Where players
+    /// have a gap between two tracks for longer, they tell of a stop.
+    static constexpr std::chrono::milliseconds pauseDelay{150};
     /// How long all is held back from a player that names one incomplete track after the other.
     static constexpr std::chrono::milliseconds longestDelay{1000};
 
@@ -42,6 +45,7 @@ private:
     };
 
     [[nodiscard]] bool isCertain(const PlayerState& said) const;
+    [[nodiscard]] std::chrono::milliseconds delayOf(const PlayerState& said) const;
     void accept(PlayerSnapshot snapshot);
     void holdBack(const PlayerState& said, Time now);
 
