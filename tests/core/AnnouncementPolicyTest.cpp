@@ -8,7 +8,7 @@
 namespace sonvara::test {
 namespace {
 
-struct Track {
+struct Texts {
     const char* title = "";
     const char* artist = "";
     const char* album = "";
@@ -16,8 +16,8 @@ struct Track {
 
 struct Case {
     const char* behaviour;
-    Track reported;
-    Track last;
+    Texts reported;
+    Texts last;
     bool announced;
 };
 
@@ -37,7 +37,7 @@ TEST_P(AnnouncementPolicyTest, Decides)
         << behaviour;
 }
 
-constexpr Track song1{"Song 1", "Artist A", "Album A"};
+constexpr Texts song1{"Song 1", "Artist A", "Album A"};
 
 INSTANTIATE_TEST_SUITE_P(
     Table, AnnouncementPolicyTest,
