@@ -43,8 +43,7 @@ bool LoweredPlayer::isSilence(double volume, VolumeTime now) const
 
 bool LoweredPlayer::isOpening(double volume, VolumeTime now) const
 {
-    if (isSilence(volume, now)) return true;
-    return isSame(volume, 1) && !isReady(now) && !(hasComeFar_ && goesOn_);
+    return isSilence(volume, now) || (isSame(volume, 1) && mayBeNew(now));
 }
 
 bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
@@ -112,9 +111,7 @@ void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std:
 void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
 {
     hear(look.isPlaying, look.track, now);
-    if (look.isPlaying && !firstPosition_) firstPosition_ = look.position;
     hasComeFar_ = look.isPlaying && look.position >= opening && !sawItBegin_;
-    goesOn_ = look.isPlaying && look.position > firstPosition_;
     nextLook_.reset();
     if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
     if (state_ == State::owed) judgeOwed(look.volume, now);

@@ -62,8 +62,7 @@ struct VolumeLevels {
 /// as streams open at the volume of the last one (Elisa and Pragha say 100 before they do), are silent at
 /// first (VLC 0.1 s, Celluloid, cmus 2 s), or stand at the cube of what was told (Rhythmbox); and its track
 /// has gone on for `beginning`, as Strawberry would take back the way home, too. One that is far into its
-/// track when it is first seen has opened its stream long ago: where it is now, its user has put it. (A full
-/// volume needs more: Elisa begins where it was in its track, but goes on only with its stream.) And a
+/// track when it is first seen has opened its stream long ago: where it is now, its user has put it. And a
 /// player does not obey at once: elsewhere than told it is judged after `settling` only, when it is looked at
 /// again.
 class LoweredPlayer {
@@ -149,8 +148,6 @@ private:
     bool hasOpened_ = false;   ///< has been ready before
     bool sawItBegin_ = false;  ///< to play: so `playsSince_` is the truth
     bool hasComeFar_ = false;  ///< in its track, when it was first seen: its stream has been open for long
-    bool goesOn_ = false;      ///< in its track since it was first seen to play
-    std::optional<std::chrono::milliseconds> firstPosition_;  ///< when it was
     VolumeTime playsSince_{};
     std::string track_;
     VolumeTime trackSince_{};

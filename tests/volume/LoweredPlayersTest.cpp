@@ -352,20 +352,6 @@ TEST_F(LoweredPlayersTest, KilledTogetherWithUsComesBackWhenItPlaysAgain)
     }
 }
 
-// Elisa goes on where it was, and says so before its stream is open.
-TEST_F(LoweredPlayersTest, APlayerThatGoesOnInTheMiddleOfATrackMayBeNew)
-{
-    have({.opensAtMemory = true, .tellsFirst = 1.0, .tellsFirstFor = 90ms, .resumesAt = 4s}, 0.58);
-    say();
-    desktop.remove(run);
-    run = desktop.add(*player, "org.mpris.MediaPlayer2.test");
-    player->play();
-    die();
-    pass(5s);
-    polls(2);
-    expectBack(0.58);
-}
-
 // Its volume is not what its user wants before its note is settled.
 TEST_F(LoweredPlayersTest, ALineOverAPlayerThatIsOwedItsVolumeKeepsIt)
 {

@@ -56,7 +56,6 @@ struct Quirks {
     Milliseconds swallows{0};  ///< what is set so soon after its stream was opened: Parole, Pragha
     std::optional<Milliseconds> takesBack = {};  ///< so soon after a track's begin: Strawberry
     Milliseconds lag{0};                         ///< before a command is obeyed
-    Milliseconds resumesAt{0};  ///< in its track, and stays there until its stream is open: Elisa
 };
 
 /// One program that plays. Survives its runs, as its user's settings do.
@@ -166,10 +165,7 @@ private:
     [[nodiscard]] Milliseconds position() const
     {
         if (!hasStream_) return 0ms;
-        const auto played =
-            std::chrono::floor<Milliseconds>(schedule_.now() - std::max(opened_, trackBegan_));
-        if (quirks_.resumesAt == 0ms) return played;
-        return quirks_.resumesAt + std::max(played - quirks_.tellsFirstFor, 0ms);
+        return std::chrono::floor<Milliseconds>(schedule_.now() - std::max(opened_, trackBegan_));
     }
     void signal()
     {
