@@ -12,9 +12,10 @@ struct MprisPlayers::Parts {
     Parts(const QDBusConnection& connection, SystemLog& log)
         : bus(connection),
           watch(
-              bus, [this](const Notification& each) { center.post(each); }, log),
+              bus, [this](PlayerKind kind, const std::string& answer) { runner.know(kind, answer); },
+              [this](const Notification& each) { center.post(each); }, log),
           volume(bus, watch.directory()),
-          runner([this](PlayerKind kind) { return watch.poll(kind); })
+          runner([this](PlayerKind kind) { watch.poll(kind); })
     {}
 
     PlayerNotificationCenter center;

@@ -13,31 +13,29 @@ ScriptResult PlayerScriptRunner::run(const std::string& source)
     const auto player = polledPlayer(source);
     if (!player) return ScriptResult::ofError("the text is no command that a player understands");
 
-    std::promise<std::string> promise;
-    auto answer = promise.get_future();
-    {
-        const std::lock_guard lock(mutex_);
-        requests_.push_back({*player, std::move(promise)});
-    }
-    // The event only wakes: the request crosses under the mutex.
+    const std::lock_guard lock(mutex_);
+    polls_.push_back(*player);
+    // The event only wakes: the poll crosses under the mutex.
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    if (answer.wait_for(limit) != std::future_status::ready) return ScriptResult::ofText(poll::failed);
-    try {
-        return ScriptResult::ofText(answer.get());
-    } catch (const std::future_error&) {  // the runner has gone
-        return ScriptResult::ofText(poll::failed);
-    }
+    const auto known = answers_.find(*player);
+    return ScriptResult::ofText(known == answers_.end() ? poll::notRunning : known->second);
+}
+
+void PlayerScriptRunner::know(PlayerKind player, const std::string& answer)
+{
+    const std::lock_guard lock(mutex_);
+    answers_[player] = answer;
 }
 
 bool PlayerScriptRunner::event(QEvent* event)
 {
     if (event->type() != QEvent::User) return QObject::event(event);
-    std::vector<Request> requests;
+    std::vector<PlayerKind> polls;
     {
         const std::lock_guard lock(mutex_);
-        requests.swap(requests_);
+        polls.swap(polls_);
     }
-    for (auto& each : requests) each.answer.set_value(handler_(each.player));
+    for (const auto player : polls) polled_(player);
     return true;
 }
 

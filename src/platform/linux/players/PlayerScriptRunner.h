@@ -1,4 +1,4 @@
-// Brings polls from the worker threads to the main thread, and the answers back.
+// Answers the core's polls on its worker threads, and tells the main thread of them.
 #pragma once
 
 #include "platform/linux/players/PlayerIdentity.h"
@@ -6,9 +6,8 @@
 
 #include <QObject>
 
-#include <chrono>
 #include <functional>
-#include <future>
+#include <map>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -16,31 +15,29 @@
 
 namespace sonvara {
 
-/// Understands two scripts: for each of the two players the poll. A poll fails when the main thread does not
-/// come to it within `limit`. The runner is made and destroyed on the main thread; polls that wait then fail.
+/// Understands two scripts: for each of the two players the poll. It waits for nothing: the answer is what is known at
+/// that moment, without the way to the main thread and back. A notification could pass an answer that was under way,
+/// and the older of the two would be believed. To be made and destroyed on the main thread.
 class PlayerScriptRunner final : public QObject, public ScriptRunner {
 public:
-    /// Answers a poll, on the main thread.
-    using Handler = std::function<std::string(PlayerKind)>;
+    /// Called on the main thread, for each poll.
+    using Polled = std::function<void(PlayerKind)>;
 
-    static constexpr std::chrono::milliseconds limit{1000};
-
-    explicit PlayerScriptRunner(Handler handler) : handler_(std::move(handler)) {}
+    explicit PlayerScriptRunner(Polled polled) : polled_(std::move(polled)) {}
 
     [[nodiscard]] ScriptResult run(const std::string& source) override;
+
+    /// What polls of that player are answered from now on; before, it is not running. Any thread.
+    void know(PlayerKind player, const std::string& answer);
 
 protected:
     bool event(QEvent* event) override;
 
 private:
-    struct Request {
-        PlayerKind player;
-        std::promise<std::string> answer;
-    };
-
-    Handler handler_;
-    std::mutex mutex_;
-    std::vector<Request> requests_;  // under the mutex
+    Polled polled_;
+    std::mutex mutex_;  // guards the rest
+    std::map<PlayerKind, std::string> answers_;
+    std::vector<PlayerKind> polls_;  // of which the main thread has not been told
 };
 
 }  // namespace sonvara

@@ -37,8 +37,9 @@ bool leavesOpen(const QVariantMap& changed, const QStringList& invalidated, cons
 
 }  // namespace
 
-PlayerWatch::PlayerWatch(MprisBus& bus, Post post, SystemLog& log)
+PlayerWatch::PlayerWatch(MprisBus& bus, Know know, Post post, SystemLog& log)
     : bus_(bus),
+      know_(std::move(know)),
       post_(std::move(post)),
       logger_(log, "Players")
 {
@@ -50,14 +51,11 @@ PlayerWatch::PlayerWatch(MprisBus& bus, Post post, SystemLog& log)
     connect(&bus_, &MprisBus::lost, this, &PlayerWatch::takeLoss);
 }
 
-std::string PlayerWatch::poll(PlayerKind kind)
+void PlayerWatch::poll(PlayerKind kind)
 {
     if (!std::exchange(isStarted_, true)) start();
     for (auto& player : directory_.players())
         if (player.kind() == kind && (player.counts() || !player.isIntroduced())) ask(player);
-    const auto* chosen = directory_.chosen(kind);
-    if (chosen == nullptr) return poll::notRunning;
-    return chosen->isHeard ? pollAnswer(kind, chosen->debounce.snapshot()) : poll::failed;
 }
 
 void PlayerWatch::start()
@@ -175,7 +173,9 @@ MprisBus::Answer PlayerWatch::answerOf(const Player& player, Take take)
 
 void PlayerWatch::takeProcess(Player& player, const MprisBus::Reply& reply)
 {
-    if (reply && !reply->isEmpty()) player.process = reply->first().toUInt();
+    if (!reply || reply->isEmpty()) return;
+    player.process = reply->first().toUInt();
+    update();
 }
 
 // A player that answers with an error or with nothing counts by its name, and is asked again by the next poll.
@@ -206,10 +206,18 @@ void PlayerWatch::takeState(Player& player, const MprisBus::Reply& reply)
 void PlayerWatch::update()
 {
     for (auto& [kind, throttle] : throttles_) {
+        know_(kind, answer(kind));
         const auto snapshot = directory_.snapshot(kind);
         if (throttle.admits(snapshot, now())) post_(notificationOf(kind, snapshot));
     }
     setTimer();
+}
+
+std::string PlayerWatch::answer(PlayerKind kind) const
+{
+    const auto* chosen = directory_.chosen(kind);
+    if (chosen == nullptr) return poll::notRunning;
+    return chosen->isHeard ? pollAnswer(kind, chosen->debounce.snapshot()) : poll::failed;
 }
 
 void PlayerWatch::setTimer()

@@ -25,14 +25,15 @@ namespace sonvara {
 /// for it.
 class PlayerWatch final : public QObject {
 public:
+    using Know = std::function<void(PlayerKind, const std::string&)>;
     using Post = std::function<void(const Notification&)>;
 
-    /// Calls `post` for every notification of a player. Nothing is heard, asked or logged before the first poll.
-    PlayerWatch(MprisBus& bus, Post post, SystemLog& log);
+    /// Calls `know` with what is known of a player, in the form of a poll script's answer, and then `post` for every
+    /// notification of it. Nothing is heard, asked or logged before the first poll.
+    PlayerWatch(MprisBus& bus, Know know, Post post, SystemLog& log);
 
-    /// Asks all players of that kind, and returns at once what has been known until now, in the form of a poll
-    /// script's answer. What their answers change is posted.
-    [[nodiscard]] std::string poll(PlayerKind kind);
+    /// Asks all players of that kind. What their answers change is known and posted then.
+    void poll(PlayerKind kind);
 
     [[nodiscard]] const PlayerDirectory& directory() const { return directory_; }
 
@@ -55,9 +56,11 @@ private:
     void takeState(Player& player, const MprisBus::Reply& reply);
 
     void update();
+    [[nodiscard]] std::string answer(PlayerKind kind) const;
     void setTimer();
 
     MprisBus& bus_;
+    Know know_;
     Post post_;
     Logger logger_;
     bool isStarted_ = false;
