@@ -212,9 +212,9 @@ private:
     bool isQuiet()
     {
         return player_.isPlaying && player_.tellsTruth() && !player_.isObeying() &&
-               core_.ducksUnderWay == 0 && desktop_.underWay == 0;
+               core_.ducksUnderWay == 0 && desktop_.underWay == 0 && desktop_.loweredPlayers->isSettled();
     }
-    /// At a moment that tells whose the volume is: no command is on its way, and none is being thought of.
+    /// At a moment that tells whose the volume is: no command is on its way, and no look that could lead to one.
     void beMovedByUser()
     {
         if (!isQuiet()) return;
