@@ -160,6 +160,7 @@ class Commands(unittest.TestCase):
             "tools/tidy": self.agrees_with_its_usage,
             "tests/ai/measure": self.agrees_with_its_usage,
             "tools/coverage": self.agrees_with_its_usage,
+            "tools/mutate [ROOM|FILE]": self.agrees_with_its_usage,
             "tools/fuzz [RUNS]": self.agrees_with_its_usage,
             "tools/soak [MINUTES]": self.agrees_with_its_usage,
             "tools/bench --short": self.agrees_with_its_usage,
