@@ -10,7 +10,7 @@ namespace sonvara::text {
 namespace {
 
 struct Character {
-    utf8proc_int32_t codepoint;  // negative: the bytes are no valid character
+    utf8proc_int32_t codepoint;  // negative: the bytes are no valid character; has no properties
     std::size_t size;            // bytes, at least 1
 };
 
@@ -36,14 +36,13 @@ Character decodeLast(std::string_view s)
 {
     const auto start = beginOfCharacter(s, s.size() - 1);
     const auto character = decodeFirst(s.substr(start));
-    if (character.codepoint < 0 || start + character.size != s.size()) return {-1, 1};
+    if (start + character.size != s.size()) return {-1, 1};
     return character;
 }
 
 bool isWhitespaceOrNewline(utf8proc_int32_t codepoint)
 {
     constexpr utf8proc_int32_t zeroWidthSpace = 0x200B;  // no category of its own tells that it is a space
-    if (codepoint < 0) return false;
     if ((codepoint >= 0x09 && codepoint <= 0x0D) || codepoint == 0x85) return true;
     if (codepoint == zeroWidthSpace) return true;
     switch (utf8proc_category(codepoint)) {
@@ -62,8 +61,7 @@ bool hasTooManyMarks(std::string_view s)
     int marks = 0;
     while (!s.empty()) {
         const auto character = decodeFirst(s);
-        const bool isMark =
-            character.codepoint >= 0 && utf8proc_get_property(character.codepoint)->combining_class > 0;
+        const bool isMark = utf8proc_get_property(character.codepoint)->combining_class > 0;
         marks = isMark ? marks + 1 : 0;
         if (marks > most) return true;
         s.remove_prefix(character.size);

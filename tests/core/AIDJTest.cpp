@@ -59,7 +59,7 @@ protected:
     }
     [[nodiscard]] std::vector<std::string> errors() const
     {
-        return desktop.systemLog.texts(LogLevel::error, "AIDJ");
+        return desktop.systemLog.published(LogLevel::error, "AIDJ");
     }
 };
 
@@ -88,6 +88,7 @@ TEST_F(AIDJTest, GeminiIsRunWithItsArgumentsAndThePrompt)
     EXPECT_THAT(child().arguments,
                 ElementsAre("--skip-trust", "-p", buildPrompt("Song A", "Band B", "Album C", true)));
     EXPECT_EQ(entries()[0].first, "Calling gemini for an intro\u2026");
+    EXPECT_EQ(child().environment.at("GEMINI_CLI_TRUST_WORKSPACE"), "true");
 }
 
 TEST_F(AIDJTest, AnUnknownProviderIsClaudeAndTheChoiceIsReadForEachRequest)
@@ -174,6 +175,17 @@ TEST_F(AIDJTest, AfterALaunchErrorTheTimeLimitFindsNothingToEnd)
     EXPECT_EQ(answers.size(), 1U);
 }
 
+TEST_F(AIDJTest, ATimeLimitKeepsTheToolAboutWhichItAsks)
+{
+    desktop.launcher.behaviour.launchError = "Exec format error";
+    requestAndWait();
+    const std::weak_ptr weak = desktop.launcher.children[0];
+    desktop.launcher.children.clear();
+    EXPECT_FALSE(weak.expired());
+    desktop.time.advance(25s);
+    EXPECT_TRUE(weak.expired());
+}
+
 TEST_F(AIDJTest, AToolThatSleepsAMinuteIsTerminatedAfterTwentyFiveSeconds)
 {
     desktop.launcher.behaviour.runsFor = 1min;
@@ -204,6 +216,29 @@ TEST_F(AIDJTest, TheTimeLimitOfAToolThatEndedInTimeIsCancelled)
     requestAndWait(1min);
     EXPECT_THAT(answers, ElementsAre("Here comes Song A."));
     EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 0);
+    EXPECT_THAT(desktop.time.postedQualities(),
+                ElementsAre(QualityOfService::standard, QualityOfService::userInitiated))
+        << "nothing has run at the limit";
+}
+
+TEST_F(AIDJTest, TheTimeLimitHoldsUntilTheToolHasEndedAndNotOnlyItsOutput)
+{
+    desktop.launcher.behaviour.lingersFor = 1min;
+    requestAndWait(24'999ms);
+    EXPECT_THAT(answers, IsEmpty());
+    desktop.time.advance(1ms);
+    EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 1);
+    EXPECT_EQ(entries().back(), Entry("claude exited 143", Level::error));
+}
+
+TEST_F(AIDJTest, TheFolderIsThereBeforeTheToolBegins)
+{
+    desktop.launcher.behaviour.answer = [this](const ChildProcessSetup& setup) {
+        EXPECT_THAT(desktop.files.createdDirectories, ElementsAre(setup.directory));
+        return "Here comes Song A.\n";
+    };
+    requestAndWait();
+    EXPECT_THAT(answers, ElementsAre("Here comes Song A."));
 }
 
 TEST_F(AIDJTest, ANonZeroExitStatusIsReported)

@@ -1,20 +1,13 @@
 // The whole core wired together: from a player's report to the spoken line, the icon and the menu.
-#include "app/AppDelegate.h"
-
-#include "app/SonvaraApp.h"
-#include "fakes/FakeDesktop.h"
+#include "AppDelegateFixture.h"
 #include "monitor/MusicMonitor.h"
 #include "speech/SpeechManager.h"
-#include "support/PlayerScripts.h"
 #include "ui/StatusBarController.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <memory>
 #include <string>
-#include <utility>
 
 namespace sonvara::test {
 namespace {
@@ -23,31 +16,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
-
-class AppDelegateTest : public testing::Test {
-protected:
-    FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
-    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(desktop.platform);
-
-    void launch() { delegate->applicationDidFinishLaunching(); }
-    void play(const std::string& title)
-    {
-        auto& music = desktop.players.music;
-        music.isRunning = true;
-        music.isPlaying = true;
-        music.title = title;
-        music.artist = "Artist of " + title;
-        music.album = "Album of " + title;
-    }
-    void notify(const std::string& title, const std::string& state = "Playing")
-    {
-        desktop.notifications.deliver({musicNotification, UserInfo{{"Player State", state},
-                                                                   {"Name", title},
-                                                                   {"Artist", "Artist of " + title},
-                                                                   {"Album", "Album of " + title}}});
-    }
-};
 
 TEST_F(AppDelegateTest, UnderATestHarnessNothingIsCreated)
 {
@@ -175,44 +143,7 @@ TEST_F(AppDelegateTest, TheAnnouncementReadsEverythingButTheNameWhenItsTaskRuns)
         << "the second name goes on with the album that the first was given";
     EXPECT_THAT(desktop.voice.lines[0].utterance.line,
                 EndsWith(" Old name by New artist, from New album. One of your favorites!"));
-}
-
-TEST_F(AppDelegateTest, TheAnnouncementReadsTheMonitorThatGaveTheName)
-{
-    launch();
-    desktop.time.run();
-    const auto monitor = delegate->musicMonitor;
-    delegate->musicMonitor = MusicMonitor::create(desktop.platform);
-    desktop.time.post([&] {
-        monitor->isPlaying.set(true);
-        monitor->trackName.set("Song 1");
-    });
-    desktop.time.run();
-    ASSERT_EQ(desktop.voice.lines.size(), 1U);
-    EXPECT_THAT(desktop.voice.current(), EndsWith(" Song 1."));
-}
-
-TEST_F(AppDelegateTest, ANameThatIsDeliveredWithoutAMonitorInItsFieldIsAnnounced)
-{
-    launch();
-    desktop.time.run();
-    const auto monitor = std::exchange(delegate->musicMonitor, nullptr);
-    desktop.time.post([&] {
-        monitor->isPlaying.set(true);
-        monitor->trackName.set("Song 1");
-    });
-    desktop.time.run();
-    EXPECT_EQ(desktop.voice.lines.size(), 1U);
-}
-
-TEST_F(AppDelegateTest, TheWiringDoesNotKeepTheMonitorAlive)
-{
-    launch();
-    desktop.time.run();
-    const std::weak_ptr monitor = delegate->musicMonitor;
-    delegate->musicMonitor.reset();
-    delegate->statusBarController.reset();
-    EXPECT_TRUE(monitor.expired());
+    EXPECT_THAT(desktop.players.volumeCommands, ElementsAre("Spotify?", "Spotify=35"));
 }
 
 TEST_F(AppDelegateTest, APlayingFlagThatIsGoneWhenTheTaskRunsKeepsItQuiet)
@@ -268,50 +199,6 @@ TEST_F(AppDelegateTest, AReopenBringsUpTheSettings)
     delegate->applicationDidReopen();
     ASSERT_NE(desktop.windows.latest(), nullptr);
     EXPECT_TRUE(desktop.windows.latest()->isVisible());
-}
-
-TEST_F(AppDelegateTest, AReleasedDelegateIsSkippedByItsPendingTasks)
-{
-    play("Song 1");
-    launch();
-    delegate.reset();
-    desktop.time.advance(9s);
-    EXPECT_THAT(desktop.voice.lines, IsEmpty());
-}
-
-TEST_F(AppDelegateTest, ADelegateThatIsGoneWhenItsStopIsDueStopsNothing)
-{
-    play("Song 1");
-    launch();
-    desktop.time.advance(1s);
-    ASSERT_TRUE(desktop.voice.isSpeaking());
-    const auto speech = delegate->speechManager;  // somebody else still holds the announcer
-    desktop.time.post([this] {
-        delegate->musicMonitor->isPlaying.set(false);
-        delegate.reset();
-    });
-    desktop.time.run();
-    EXPECT_TRUE(desktop.voice.isSpeaking());
-}
-
-/// Runs the program's entry; returns its exit status, or 1 when something was not as expected.
-int runMain()
-{
-    FakeDesktop desktop;
-    desktop.log.reset();  // the entry makes its own
-    desktop.application.whileRunning = [&desktop] {
-        EXPECT_EQ(desktop.statusBar.state.itemsMade, 1);
-        desktop.time.advance(3s);
-    };
-    const int status = SonvaraApp::main(desktop.platform);
-    EXPECT_TRUE(desktop.application.delegate.expired());
-    return testing::Test::HasFailure() ? 1 : status;
-}
-
-TEST(SonvaraAppDeathTest, MainRunsTheEventLoopWithADelegateThatHasLaunched)
-{
-    // In a process of its own: the entry's activity log lives until the process ends.
-    EXPECT_EXIT(std::exit(runMain()), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -59,6 +59,16 @@ TEST_F(DJLogTest, TheTwoHundredAndFirstEntryPushesTheOldestOut)
     EXPECT_EQ(log->entries.get().back().message, "201");
 }
 
+TEST_F(DJLogTest, UpToTwoHundredEntriesEachIsOnePublishedChange)
+{
+    std::vector<std::size_t> sizes;
+    const auto handle = log->entries.subscribe([&](const auto& entries) { sizes.push_back(entries.size()); });
+    for (int i = 0; i < 200; ++i) log->log("entry", DJLog::Level::info);
+    desktop.time.run();
+    ASSERT_EQ(sizes.size(), 201U);
+    for (std::size_t i = 0; i < sizes.size(); ++i) EXPECT_EQ(sizes[i], i);
+}
+
 TEST_F(DJLogTest, AppendingAndCuttingAreTwoPublishedChangesOfOneTurn)
 {
     for (int i = 0; i < 200; ++i) log->log("old", DJLog::Level::info);
@@ -153,7 +163,8 @@ TEST(DJLogLevelTest, RawValuesAreExactlyTheThree)
     EXPECT_EQ(DJLog::levelFromRawValue("info"), DJLog::Level::info);
     EXPECT_EQ(DJLog::levelFromRawValue("success"), DJLog::Level::success);
     EXPECT_EQ(DJLog::levelFromRawValue("error"), DJLog::Level::error);
-    EXPECT_EQ(DJLog::rawValue(DJLog::Level::success), "success");
+    for (const auto* value : {"info", "success", "error"})
+        EXPECT_EQ(DJLog::rawValue(*DJLog::levelFromRawValue(value)), value);
     for (const auto* other : {"", "Info", "ERROR", "warning", "info "}) {
         EXPECT_EQ(DJLog::levelFromRawValue(other), std::nullopt) << other;
     }

@@ -1,6 +1,7 @@
 // The offline intro line.
 #include "speech/DJStyle.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -91,6 +92,12 @@ TEST(OfflineIntroTest, NothingIsRememberedFromOneDrawToTheNext)
     EXPECT_EQ(status, 0);
     const auto ours = manyLines();
     EXPECT_NE(ours, theirs);
+}
+
+TEST(OfflineIntroTest, HasSixOpeners)
+{
+    EXPECT_THAT(DJ::openers, testing::ElementsAre("Now playing", "Up next", "Here we go with", "Spinning up",
+                                                  "Coming your way", "You're listening to"));
 }
 
 TEST(OfflineIntroTest, DrawsEachOpenerEquallyOften)

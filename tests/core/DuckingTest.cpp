@@ -126,6 +126,36 @@ TEST_F(DuckingTest, CommandsRunAtUserInitiatedQuality)
     report("Song 1");
     desktop.time.run();
     EXPECT_THAT(desktop.time.postedQualities(), ElementsAre(QualityOfService::userInitiated));
+    desktop.voice.finish();
+    desktop.time.run();
+    EXPECT_THAT(
+        desktop.time.postedQualities(),
+        ElementsAre(QualityOfService::userInitiated, FakeVoice::reportsAt, QualityOfService::userInitiated));
+}
+
+TEST_F(DuckingTest, AnEndThatAThreadOfTheVoiceReportsIsHandledOnTheMainThread)
+{
+    desktop.voice.hasThread = true;
+    report("Song 1");
+    desktop.time.run();
+    desktop.voice.finish();
+    EXPECT_EQ(desktop.time.pendingWork(), 1U)
+        << "the thread has left word for the main thread, and done nothing else";
+    EXPECT_THAT(desktop.time.postedQualities(), ElementsAre(QualityOfService::userInitiated));
+    desktop.time.run();
+    EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35", "Music=100"));
+}
+
+TEST_F(DuckingTest, ACancelThatAThreadOfTheVoiceReportsIsHandledOnTheMainThread)
+{
+    desktop.voice.hasThread = true;
+    report("Song 1");
+    desktop.time.run();
+    manager->stopNow();
+    EXPECT_EQ(desktop.time.pendingWork(), 1U);
+    EXPECT_THAT(desktop.time.postedQualities(), ElementsAre(QualityOfService::userInitiated));
+    desktop.time.run();
+    EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35", "Music=100"));
 }
 
 TEST_F(DuckingTest, AFailedReadChangesAndRecordsNothing)
@@ -223,13 +253,16 @@ TEST_F(DuckingTest, ADuckThatEndsAfterTheManagerIsGoneLeavesNoRecord)
     desktop.players.music.latency = 1s;
     report("Song 1");
     desktop.time.run();
+    const std::weak_ptr weak = manager;
     manager.reset();
+    EXPECT_TRUE(weak.expired());
     desktop.time.advance(5s);
     EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35"));
 }
 
 TEST_F(DuckingTest, AManagerThatIsGoneWhenTheEndOfItsLineIsHeardLeavesThePlayer)
 {
+    desktop.voice.hasThread = true;
     report("Song 1");
     desktop.time.run();
     desktop.voice.finish();

@@ -85,6 +85,12 @@ TEST(IntroLineTest, ALastLineOfBlanksHidesTheOnesBefore)
     EXPECT_EQ(introLine("A line.\n\u2003\u3000\n"), "");
 }
 
+TEST(IntroLineTest, SoDoesALastLineOfOnlyACarriageReturn)
+{
+    EXPECT_EQ(introLine("A line.\r\n\r\n"), "");
+    EXPECT_EQ(introLine("A line.\n\r"), "");
+}
+
 TEST(IntroLineTest, AMegabyteWithoutALineFeedIsOneLine)
 {
     const std::string line(1 << 20, 'x');

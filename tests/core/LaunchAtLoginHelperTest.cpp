@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace sonvara::test {
 namespace {
 
@@ -50,6 +53,9 @@ TEST(LaunchAtLoginHelperTest, AFailedToggleChangesNothingAndPrintsOneLine)
     LaunchAtLoginHelper helper(item);
     testing::internal::CaptureStdout();
     helper.toggle();
+    struct stat written{};
+    ASSERT_EQ(::fstat(STDOUT_FILENO, &written), 0);
+    EXPECT_GT(written.st_size, 0) << "whoever looks now sees it";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Failed to toggle launch at login: no permission\n");
     EXPECT_FALSE(helper.isEnabled.get());
 }

@@ -38,6 +38,7 @@ TEST_F(LogViewTest, HasItsFrameHeaderAndSpacings)
     EXPECT_EQ(sheet.height, 420);
     EXPECT_EQ(sheet.title.text, "Diagnostics Log");
     EXPECT_EQ(sheet.title.font, FontRole::headline);
+    EXPECT_EQ(sheet.title.color, ColorRole::label);
     EXPECT_EQ(sheet.rowSpacing, 4);
     EXPECT_EQ(sheet.columnSpacing, 8);
     ASSERT_EQ(sheet.buttons.size(), 3U);
@@ -94,6 +95,7 @@ TEST_F(LogViewTest, EachLevelHasItsSymbolAndColour)
     EXPECT_EQ(rows[1].symbolColor, ColorRole::systemGreen);
     EXPECT_EQ(rows[2].symbol.name, "info.circle");
     EXPECT_EQ(rows[2].symbolColor, ColorRole::secondaryLabel);
+    for (const auto& row : rows) EXPECT_EQ(row.symbol.accessibilityDescription, "");
 }
 
 TEST_F(LogViewTest, RowsHaveTheirFonts)

@@ -15,7 +15,7 @@ TEST_F(MusicMonitorTest, RegistersForBothPlayersMusicFirst)
     start();
     EXPECT_THAT(desktop.notifications.registrations,
                 ElementsAre("com.apple.Music.playerInfo", "com.spotify.client.PlaybackStateChanged"));
-    EXPECT_THAT(desktop.systemLog.texts(LogLevel::debug, "MusicMonitor"),
+    EXPECT_THAT(desktop.systemLog.published(LogLevel::debug, "MusicMonitor"),
                 ElementsAre("MusicMonitor initialized and monitoring started"));
 }
 
@@ -109,6 +109,7 @@ TEST_F(MusicMonitorTest, AScriptErrorIsLoggedWithItsDescription)
     start();
     desktop.time.run();
     EXPECT_THAT(errors(), ElementsAre("Music AppleScript error: not allowed"));
+    EXPECT_EQ(desktop.systemLog.messages[1].published, "<private> AppleScript error: <private>");
 }
 
 TEST_F(MusicMonitorTest, AResultWithoutTextOrErrorAndAScriptThatCannotBeMadeAreSilent)

@@ -38,7 +38,7 @@ protected:
     }
     [[nodiscard]] std::vector<std::string> debugMessages() const
     {
-        return desktop.systemLog.texts(LogLevel::debug, "Speech");
+        return desktop.systemLog.published(LogLevel::debug, "Speech");
     }
     [[nodiscard]] int volume() const { return desktop.players.music.volume; }
     [[nodiscard]] const std::vector<std::string>& volumeCommands() const

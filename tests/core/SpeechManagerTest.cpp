@@ -15,18 +15,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 const std::string skipped = "Skipping announcement — same album playthrough.";
-const std::string suppressed = "Suppressed announcement — superseded by a newer track or a stop.";
 
-class SpeechManagerTest : public SpeechManagerFixture {
-protected:
-    void useAI(VirtualTime::Duration takes, const std::string& line)
-    {
-        desktop.defaults.values["aiIntros"] = true;
-        desktop.files.executables = {"/usr/bin/claude"};
-        desktop.launcher.behaviour.output = line + "\n";
-        desktop.launcher.behaviour.runsFor = takes;
-    }
-};
+using SpeechManagerTest = SpeechManagerFixture;
 
 TEST_F(SpeechManagerTest, ANewTrackIsSpokenRecordedAndLoggedInPublic)
 {
@@ -163,86 +153,6 @@ TEST_F(SpeechManagerTest, WithAnnouncementsOffASkipIsNotLogged)
     reportFull("Song 2", "Artist A", "Album A", false, "Music");
     desktop.time.run();
     EXPECT_THAT(debugMessages(), IsEmpty());
-}
-
-TEST_F(SpeechManagerTest, AnAILineIsSpokenInPlaceOfTheOfflineLine)
-{
-    useAI(2s, "Here comes a great one.");
-    report("Song 1");
-    desktop.time.advance(1999ms);
-    EXPECT_FALSE(desktop.voice.isSpeaking());
-    desktop.time.advance(1ms);
-    EXPECT_EQ(desktop.voice.current(), "Here comes a great one.");
-    EXPECT_EQ(log->lastChat.get(), "Here comes a great one.");
-}
-
-TEST_F(SpeechManagerTest, AnAIFailureEndsInTheOfflineLine)
-{
-    useAI(2s, "");
-    desktop.launcher.behaviour.exitStatus = 1;
-    report("Song 1");
-    desktop.time.advance(2s);
-    EXPECT_THAT(desktop.voice.current(), EndsWith("Song 1 by Artist of Song 1, from Album of Song 1."));
-}
-
-TEST_F(SpeechManagerTest, TheAIRequestStartsInALaterTurn)
-{
-    useAI(2s, "Line.");
-    desktop.time.post([this] {
-        manager->speak("Song 1", "Artist", "Album", false, "Music");
-        EXPECT_EQ(desktop.time.postedQualities().size(), 0U);
-    });
-    desktop.time.run();
-    EXPECT_GT(desktop.time.postedQualities().size(), 0U);
-}
-
-TEST_F(SpeechManagerTest, ANewTrackMakesAnOutstandingAILineStale)
-{
-    useAI(10s, "About the first.");
-    report("Song 1");
-    desktop.time.advance(4s);
-    desktop.launcher.behaviour.output = "About the second.\n";
-    report("Song 2");
-    desktop.time.advance(20s);
-    ASSERT_EQ(desktop.voice.lines.size(), 1U);
-    EXPECT_EQ(desktop.voice.current(), "About the second.");
-    EXPECT_THAT(debugMessages(), ElementsAre(suppressed, "Announcing: About the second."));
-}
-
-TEST_F(SpeechManagerTest, AStopMakesAnOutstandingAILineStale)
-{
-    useAI(10s, "Too late.");
-    report("Song 1");
-    desktop.time.advance(4s);
-    stop();
-    desktop.time.advance(20s);
-    EXPECT_THAT(desktop.voice.lines, IsEmpty());
-    EXPECT_EQ(log->lastChat.get(), "") << "a suppressed line is not recorded";
-    EXPECT_THAT(volumeCommands(), IsEmpty()) << "nor is the player lowered for it";
-    EXPECT_THAT(debugMessages(), ElementsAre(suppressed));
-}
-
-TEST_F(SpeechManagerTest, AManagerThatIsGoneWhenItsAIRequestEndsSpeaksNothing)
-{
-    useAI(10s, "Nobody is here.");
-    report("Song 1");
-    desktop.time.advance(1s);
-    const std::weak_ptr<SpeechManager> weak = manager;
-    manager.reset();
-    EXPECT_TRUE(weak.expired()) << "a slow tool does not keep the manager alive";
-    desktop.time.advance(20s);
-    EXPECT_THAT(desktop.voice.lines, IsEmpty());
-}
-
-TEST_F(SpeechManagerTest, AManagerThatIsGoneBeforeItsAITaskRunsAsksNoTool)
-{
-    useAI(10s, "Nobody is here.");
-    desktop.time.post([this] {
-        manager->speak("Song 1", "Artist", "Album", false, "Music");
-        manager.reset();
-    });
-    desktop.time.advance(20s);
-    EXPECT_THAT(desktop.launcher.children, IsEmpty());
 }
 
 TEST_F(SpeechManagerTest, TheDefaultsOfTheSettingsAreSpeakDuckAndNoAI)

@@ -28,7 +28,7 @@ protected:
     [[nodiscard]] const MenuItem& item(std::size_t number) { return bar().menu->items.at(number - 1); }
     [[nodiscard]] std::vector<std::string> messages(LogLevel level) const
     {
-        return desktop.systemLog.texts(level, "StatusBarController");
+        return desktop.systemLog.published(level, "StatusBarController");
     }
     void nowPlaying(bool isPlaying, const char* track, const char* artist)
     {

@@ -103,6 +103,32 @@ TEST_F(StatusBarControllerTest, AControllerThatIsGoneUpdatesAndLogsNothing)
     EXPECT_EQ(desktop.systemLog.messages.size(), logged);
 }
 
+TEST_F(StatusBarControllerTest, AControllerWhoseIconsAreBeingRenderedStaysUntilTheyAreCached)
+{
+    desktop.images.takes = 1s;
+    start();
+    desktop.time.run();
+    const std::weak_ptr weak = controller;
+    controller.reset();
+    EXPECT_FALSE(weak.expired());
+    desktop.time.advance(2s);
+    EXPECT_THAT(messages(LogLevel::debug),
+                testing::Contains("Caching custom icons (playing: true, notPlaying: true)"));
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(StatusBarControllerTest, ARefreshKeepsItsControllerUntilTheMenuIsRebuilt)
+{
+    start();
+    desktop.time.run();
+    const std::weak_ptr weak = controller;
+    controller->refreshMenu();
+    controller.reset();
+    EXPECT_FALSE(weak.expired());
+    desktop.time.run();
+    EXPECT_TRUE(weak.expired());
+}
+
 TEST_F(StatusBarControllerTest, AControllerThatIsGoneBeforeRenderingRendersNothing)
 {
     start();

@@ -18,6 +18,7 @@ TEST_F(StatusBarControllerTest, TheMenuHasTenItemsInOrder)
         titles.push_back(each.isSeparator ? "---" : each.title);
         enabled += each.isEnabled ? '1' : '0';
         EXPECT_EQ(each.isEnabled, static_cast<bool>(each.action));
+        EXPECT_EQ(each.isChecked.has_value(), each.title == "Mute DJ") << each.title;
     }
     EXPECT_THAT(titles, ElementsAre("Currently Playing", "No music playing", "DJ Chat:", "—", "---",
                                     "Mute DJ", "---", "Settings...", "---", "Quit Sonvara"));
@@ -54,6 +55,15 @@ TEST_F(StatusBarControllerTest, TheLastLineIsWrappedSmallAndSecondary)
     EXPECT_EQ(item(4).attributedTitle->text, "Coming your way Song 1 by Artist A, from\nAlbum A.");
     EXPECT_EQ(item(4).attributedTitle->font, FontRole::smallMenu);
     EXPECT_EQ(item(4).attributedTitle->color, ColorRole::secondaryLabel);
+}
+
+TEST_F(StatusBarControllerTest, TheLastLineIsBrokenAtFortyCharacters)
+{
+    start();
+    say("1234567890123456789 12345678901234567890 1");
+    EXPECT_EQ(item(4).attributedTitle->text, "1234567890123456789 12345678901234567890\n1");
+    say("12345678901234567890 12345678901234567890");
+    EXPECT_EQ(item(4).attributedTitle->text, "12345678901234567890\n12345678901234567890");
 }
 
 TEST_F(StatusBarControllerTest, ALastLineOfBlanksIsAnEmptyAttributedTitle)

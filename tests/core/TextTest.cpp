@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <utility>
 
 namespace sonvara::test {
 namespace {
@@ -23,15 +24,31 @@ TEST(TextEqualTest, OrderOfCombiningMarksOfDifferentClassesDoesNotCount)
 
 TEST(TextEqualTest, MoreMarksThanAnyWritingHasAreComparedByteByByte)
 {
-    const auto marks = [](int count, const char* first, const char* second) {
-        std::string text = "a";
-        for (int i = 0; i < count; ++i) text += first;
-        for (int i = 0; i < count; ++i) text += second;
-        return text;
+    const auto marks = [](int above, int below, const std::string& letter = "a") {
+        std::string aboveFirst = letter;
+        std::string belowFirst = letter;
+        for (int i = 0; i < above; ++i) aboveFirst += "\u0301";
+        for (int i = 0; i < below; ++i) aboveFirst += "\u0316";
+        for (int i = 0; i < below; ++i) belowFirst += "\u0316";
+        for (int i = 0; i < above; ++i) belowFirst += "\u0301";
+        return std::pair(aboveFirst, belowFirst);
     };
-    EXPECT_TRUE(text::equal(marks(50, "\u0301", "\u0316"), marks(50, "\u0316", "\u0301")));
-    // Brought into order, these would take minutes.
-    EXPECT_FALSE(text::equal(marks(250'000, "\u0301", "\u0316"), marks(250'000, "\u0316", "\u0301")));
+    const auto areEqual = [](const auto& texts) { return text::equal(texts.first, texts.second); };
+    EXPECT_TRUE(areEqual(marks(50, 50)));
+    EXPECT_FALSE(areEqual(marks(51, 50)));
+    EXPECT_FALSE(areEqual(marks(51, 50, "\u0338"))) << "which is a mark, too";
+    EXPECT_FALSE(areEqual(marks(250'000, 250'000))) << "brought into order, these would take minutes";
+}
+
+TEST(TextEqualTest, EveryLetterOfALongTextMayHaveItsMarks)
+{
+    std::string precomposed;
+    std::string decomposed;
+    for (int i = 0; i < 200; ++i) {
+        precomposed += "\u00e9";
+        decomposed += "e\u0301";
+    }
+    EXPECT_TRUE(text::equal(precomposed, decomposed));
 }
 
 TEST(TextEqualTest, CaseBlanksAccentsAndCompatibilityFormsCount)
@@ -95,6 +112,9 @@ TEST(TextLengthTest, CountsUserPerceivedCharacters)
     EXPECT_EQ(text::length("\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7"), 2U);    // two flags
     EXPECT_EQ(text::length("\r\n"), 1U);
     EXPECT_EQ(text::length("\xff\xfe"), 2U);
+    EXPECT_EQ(text::length("\xff\u0301"), 2U) << "a mark does not join what is no character";
+    EXPECT_EQ(text::length("\u0600\xff"), 2U) << "nor does that join a sign that takes in the next one";
+    EXPECT_EQ(text::length("\U0001F1E9\U0001F1EA\xff\U0001F1EB\U0001F1F7"), 3U);
 }
 
 TEST(TextIsValidUtf8Test, RefusesWhatIsNoText)
@@ -112,6 +132,8 @@ TEST(TextWrapTest, BreaksAtBlanksAndJoinsWithLineFeeds)
     EXPECT_EQ(text::wrap("a b", 3), "a b");
     EXPECT_EQ(text::wrap("a b", 2), "a\nb");
     EXPECT_EQ(text::wrap("one two three", 7), "one two\nthree");
+    EXPECT_EQ(text::wrap("a b c d", 5), "a b c\nd") << "the blanks count";
+    EXPECT_EQ(text::wrap("aaa bbb c d", 3), "aaa\nbbb\nc d") << "each line is counted afresh";
 }
 
 TEST(TextWrapTest, AnEmptyTextOrOneOfBlanksIsEmpty)
@@ -160,6 +182,8 @@ TEST(TextCharacterTest, APrefixEndsWithAWholeCharacter)
     EXPECT_EQ(text::prefix("añb", 2), "a");
     EXPECT_EQ(text::prefix("🎵", 3), "");
     EXPECT_EQ(text::prefix("añb", 0), "");
+    EXPECT_EQ(text::prefix("\x80\x80\x80", 2), "");
+    EXPECT_EQ(text::prefix(std::string(10, '\x80'), 5).size(), 2U) << "no character has more than four bytes";
 }
 
 }  // namespace

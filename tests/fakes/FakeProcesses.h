@@ -23,7 +23,8 @@ struct ToolBehaviour {
     /// The output as it depends on what the tool was asked; in place of `output`.
     std::function<std::string(const ChildProcessSetup&)> answer = nullptr;
     int exitStatus = 0;
-    VirtualTime::Duration runsFor{500};
+    VirtualTime::Duration runsFor{500};   ///< until its output ends
+    VirtualTime::Duration lingersFor{0};  ///< from then to its own end
     std::optional<std::string> launchError = std::nullopt;
     bool ignoresTerminate = false;
 };
@@ -50,12 +51,14 @@ public:
     {
         EXPECT_TRUE(isRunning());
         time_.blockWorker([this] { return hasEnded(); }, behaviour_.runsFor);
-        wasRead_ = true;
         if (wasTerminated_) return {};
         return behaviour_.answer ? behaviour_.answer(setup) : behaviour_.output;
     }
     int waitUntilExit() override
     {
+        if (behaviour_.lingersFor > VirtualTime::Duration::zero())
+            time_.blockWorker([this] { return wasTerminated_; }, behaviour_.lingersFor);
+        wasAwaited_ = true;
         EXPECT_FALSE(isRunning());
         EXPECT_EQ(std::this_thread::get_id(), thread_) << "the launching thread stays until the end";
         return wasTerminated_ ? 143 : behaviour_.exitStatus;
@@ -73,7 +76,8 @@ public:
 private:
     [[nodiscard]] bool hasEnded() const
     {
-        return wasRead_ || wasTerminated_ || time_.elapsed() >= *launchedAt_ + behaviour_.runsFor;
+        const auto runsFor = behaviour_.runsFor + behaviour_.lingersFor;
+        return wasAwaited_ || wasTerminated_ || time_.elapsed() >= *launchedAt_ + runsFor;
     }
 
     VirtualTime& time_;
@@ -81,7 +85,7 @@ private:
     std::optional<VirtualTime::Duration> launchedAt_;
     std::thread::id thread_;
     bool wasLaunched_ = false;
-    bool wasRead_ = false;
+    bool wasAwaited_ = false;
     bool wasTerminated_ = false;
 };
 

@@ -104,14 +104,26 @@ public:
     /// Test: the texts of one level and category, in order.
     [[nodiscard]] std::vector<std::string> texts(LogLevel level, const std::string& category) const
     {
-        std::vector<std::string> found;
-        for (const auto& message : messages) {
-            if (message.level == level && message.category == category) found.push_back(message.text);
-        }
-        return found;
+        return select(level, category, &Message::text);
+    }
+    /// Test: the same as in a log that is kept.
+    [[nodiscard]] std::vector<std::string> published(LogLevel level, const std::string& category) const
+    {
+        return select(level, category, &Message::published);
     }
 
     std::vector<Message> messages;
+
+private:
+    [[nodiscard]] std::vector<std::string> select(LogLevel level, const std::string& category,
+                                                  std::string Message::* form) const
+    {
+        std::vector<std::string> found;
+        for (const auto& message : messages) {
+            if (message.level == level && message.category == category) found.push_back(message.*form);
+        }
+        return found;
+    }
 };
 
 class FakeEnvironment final : public Environment {

@@ -11,15 +11,17 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
 namespace sonvara::test {
 
-/// Speaks one line at a time and reports each end exactly once, on a worker as real ones do.
+/// Speaks one line at a time and reports each end exactly once, on a worker, or, as real ones do, on a thread of its own.
 class FakeVoice final : public SpeechSynthesizer {
 public:
     enum class Ending { none, finished, cancelled };
+    static constexpr auto reportsAt = QualityOfService::standard;  ///< unless it has a thread
     struct Line {
         SpeechUtterance utterance;
         Ending ending = Ending::none;
@@ -74,6 +76,7 @@ public:
     std::function<void(const std::string&)> onSpeak;  ///< Test: hears of each line as it is handed over
     std::vector<Line> lines;                          ///< everything handed over, in order
     int stops = 0;                                    ///< how often it was asked to stop
+    bool hasThread = false;  ///< it reports at once, on another thread, while the main thread waits
     std::string languageCode = "en-US";
     std::optional<SpeechVoice> voice = SpeechVoice{"voice for en-US"};
 
@@ -82,11 +85,16 @@ private:
     {
         ASSERT_EQ(lines[line].ending, Ending::none) << "a line ends once";
         lines[line].ending = ending;
-        time_.post(QualityOfService::standard, [delegate = delegate_, ending] {
+        const auto report = [delegate = delegate_, ending] {
             const auto alive = delegate.lock();
             if (!alive) return;
             ending == Ending::finished ? alive->didFinish() : alive->didCancel();
-        });
+        };
+        if (hasThread) {
+            std::thread(report).join();
+        } else {
+            time_.post(reportsAt, report);
+        }
     }
 
     VirtualTime& time_;
