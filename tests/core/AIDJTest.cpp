@@ -1,7 +1,6 @@
 // One intro request: finding the tool, running it within its time, reporting what came of it.
-#include "ai/AIDJ.h"
+#include "AIDJFixture.h"
 #include "ai/IntroText.h"
-#include "fakes/FakeDesktop.h"
 
 #include <gmock/gmock.h>
 
@@ -19,49 +18,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Level = DJLog::Level;
-using Entry = std::pair<std::string, Level>;
-
-class AIDJTest : public testing::Test {
-protected:
-    FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
-    std::shared_ptr<AIDJ> aiDJ = AIDJ::create(desktop.platform);
-    std::vector<std::optional<std::string>> answers;
-
-    AIDJTest()
-    {
-        desktop.files.executables = {"/usr/local/bin/claude", "/usr/local/bin/gemini"};
-        desktop.launcher.behaviour.output = "Here comes Song A.\n";
-    }
-    ~AIDJTest() override { desktop.time.end(); }  // a request that is still blocked answers to this object
-
-    void request()
-    {
-        aiDJ->intro("Song A", "Band B", "Album C", true, [this](auto line) {
-            EXPECT_FALSE(desktop.time.isMainThread());
-            answers.push_back(std::move(line));
-        });
-    }
-    void requestAndWait(VirtualTime::Duration duration = 1s)
-    {
-        request();
-        desktop.time.advance(duration);
-    }
-    [[nodiscard]] std::vector<Entry> entries() const
-    {
-        std::vector<Entry> found;
-        for (const auto& entry : log->entries.get()) found.emplace_back(entry.message, entry.level);
-        return found;
-    }
-    [[nodiscard]] const ChildProcessSetup& child(std::size_t i = 0) const
-    {
-        return desktop.launcher.children.at(i)->setup;
-    }
-    [[nodiscard]] std::vector<std::string> errors() const
-    {
-        return desktop.systemLog.published(LogLevel::error, "AIDJ");
-    }
-};
 
 TEST_F(AIDJTest, ASuccessfulCallLeavesExactlyTwoEntries)
 {
@@ -164,73 +120,6 @@ TEST_F(AIDJTest, ALaunchErrorNamesTheSystemsReason)
     EXPECT_THAT(errors(), ElementsAre("claude launch failed: Exec format error"));
 }
 
-TEST_F(AIDJTest, AfterALaunchErrorTheTimeLimitFindsNothingToEnd)
-{
-    desktop.launcher.behaviour.launchError = "Exec format error";
-    requestAndWait();
-    EXPECT_EQ(desktop.time.pendingWork(), 1U) << "the time limit stays scheduled";
-    desktop.time.advance(25s);
-    EXPECT_EQ(desktop.time.pendingWork(), 0U);
-    EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 0);
-    EXPECT_EQ(answers.size(), 1U);
-}
-
-TEST_F(AIDJTest, ATimeLimitKeepsTheToolAboutWhichItAsks)
-{
-    desktop.launcher.behaviour.launchError = "Exec format error";
-    requestAndWait();
-    const std::weak_ptr weak = desktop.launcher.children[0];
-    desktop.launcher.children.clear();
-    EXPECT_FALSE(weak.expired());
-    desktop.time.advance(25s);
-    EXPECT_TRUE(weak.expired());
-}
-
-TEST_F(AIDJTest, AToolThatSleepsAMinuteIsTerminatedAfterTwentyFiveSeconds)
-{
-    desktop.launcher.behaviour.runsFor = 1min;
-    requestAndWait(24'999ms);
-    EXPECT_THAT(answers, IsEmpty());
-    EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 0);
-    desktop.time.advance(1ms);
-    EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 1);
-    EXPECT_THAT(answers, ElementsAre(std::nullopt));
-    EXPECT_THAT(entries(), ElementsAre(Entry("Calling claude for an intro\u2026", Level::info),
-                                       Entry("claude exited 143", Level::error)));
-}
-
-TEST_F(AIDJTest, AToolThatIgnoresTheTerminateRequestHoldsItsOwnRequestOnly)
-{
-    desktop.launcher.behaviour.runsFor = 10min;
-    desktop.launcher.behaviour.ignoresTerminate = true;
-    requestAndWait(30s);
-    desktop.launcher.behaviour = ToolBehaviour();
-    desktop.launcher.behaviour.output = "Second.\n";
-    requestAndWait();
-    EXPECT_THAT(answers, ElementsAre("Second."));
-}
-
-TEST_F(AIDJTest, TheTimeLimitOfAToolThatEndedInTimeIsCancelled)
-{
-    desktop.launcher.behaviour.runsFor = 24s;
-    requestAndWait(1min);
-    EXPECT_THAT(answers, ElementsAre("Here comes Song A."));
-    EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 0);
-    EXPECT_THAT(desktop.time.postedQualities(),
-                ElementsAre(QualityOfService::standard, QualityOfService::userInitiated))
-        << "nothing has run at the limit";
-}
-
-TEST_F(AIDJTest, TheTimeLimitHoldsUntilTheToolHasEndedAndNotOnlyItsOutput)
-{
-    desktop.launcher.behaviour.lingersFor = 1min;
-    requestAndWait(24'999ms);
-    EXPECT_THAT(answers, IsEmpty());
-    desktop.time.advance(1ms);
-    EXPECT_EQ(desktop.launcher.children[0]->terminateRequests, 1);
-    EXPECT_EQ(entries().back(), Entry("claude exited 143", Level::error));
-}
-
 TEST_F(AIDJTest, TheFolderIsThereBeforeTheToolBegins)
 {
     desktop.launcher.behaviour.answer = [this](const ChildProcessSetup& setup) {
@@ -277,15 +166,6 @@ TEST_F(AIDJTest, ManyRequestsMayOverlap)
     desktop.time.advance(20s);
     EXPECT_EQ(answers.size(), 50U);
     EXPECT_EQ(desktop.launcher.children.size(), 50U);
-}
-
-TEST_F(AIDJTest, TheToolRunsAtUserInitiatedQualityAndItsTimeLimitAtTheStandardOne)
-{
-    desktop.launcher.behaviour.runsFor = 1min;
-    requestAndWait(25s);
-    EXPECT_THAT(
-        desktop.time.postedQualities(),
-        ElementsAre(QualityOfService::standard, QualityOfService::userInitiated, QualityOfService::standard));
 }
 
 TEST_F(AIDJTest, ARequestKeepsItsComponentAlive)

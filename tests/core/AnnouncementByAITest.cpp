@@ -55,7 +55,8 @@ TEST_F(AnnouncementByAITest, TheOfflineLineOfAFailureIsThatOfTheWholeTrack)
     useAI(2s, "");
     reportFull("Song 1", "Artist A", "Album A", true, "Spotify");
     desktop.time.advance(2s);
-    EXPECT_THAT(desktop.voice.current(), EndsWith(" Song 1 by Artist A, from Album A. One of your favorites!"));
+    EXPECT_THAT(desktop.voice.current(),
+                EndsWith(" Song 1 by Artist A, from Album A. One of your favorites!"));
     EXPECT_THAT(volumeCommands(), ElementsAre("Spotify?", "Spotify=35"));
 }
 
