@@ -1,6 +1,5 @@
 #include "ai/AIDJ.h"
 
-#include "ai/IntroText.h"
 #include "ports/ChildProcess.h"
 #include "ports/Platform.h"
 #include "ports/Queues.h"
@@ -15,16 +14,6 @@ namespace sonvara {
 namespace {
 
 constexpr std::chrono::seconds timeLimit{25};
-
-std::string searchPath()
-{
-    std::string path;
-    for (const auto directory : AIDJ::binDirs) {
-        if (!path.empty()) path += ':';
-        path += directory;
-    }
-    return path;
-}
 
 }  // namespace
 
@@ -41,7 +30,10 @@ void AIDJ::intro(std::string track, std::string artist, std::string album, bool 
     auto request = [self = shared_from_this(), track = std::move(track), artist = std::move(artist),
                     album = std::move(album), favorited, completion = std::move(completion)] {
         auto prompt = buildPrompt(track, artist, album, favorited);
-        self->runCLI(info(self->provider()), std::move(prompt), completion);
+        const auto tool = self->provider();
+        const auto& leadingArgs = tool.leadingArguments();
+        self->runCLI(std::string(tool.executableName()), {leadingArgs.begin(), leadingArgs.end()},
+                     std::move(prompt), completion);
     };
     platform_.globalQueue.post(QualityOfService::standard, std::move(request));
 }
@@ -49,24 +41,33 @@ void AIDJ::intro(std::string track, std::string artist, std::string album, bool 
 AIProvider AIDJ::provider() const
 {
     const auto stored = platform_.userDefaults.stringForKey(settings::aiProvider.key).value_or("");
-    return aiProviderFromRawValue(stored).value_or(AIProvider::claudeCLI);
+    return AIProvider::fromRawValue(stored).value_or(AIProvider::claudeCLI);
 }
 
-std::optional<std::string> AIDJ::resolve(std::string_view executableName) const
+std::string AIDJ::searchPath()
+{
+    std::string path;
+    for (const auto directory : binDirs) {
+        if (!path.empty()) path += ':';
+        path += directory;
+    }
+    return path;
+}
+
+std::optional<std::string> AIDJ::resolve(const FileManager& files, const std::string& executableName)
 {
     for (const auto directory : binDirs) {
-        auto path = std::string(directory) + '/' + std::string(executableName);
-        if (platform_.fileManager.isExecutableFile(path)) return path;
+        auto path = std::string(directory) + '/' + executableName;
+        if (files.isExecutableFile(path)) return path;
     }
     return std::nullopt;
 }
 
-ChildProcessSetup AIDJ::childSetup(const AIProviderInfo& tool, std::string path, std::string prompt) const
+ChildProcessSetup AIDJ::childSetup(std::string path, std::vector<std::string> arguments) const
 {
     ChildProcessSetup setup;
     setup.executable = std::move(path);
-    setup.arguments.assign(tool.leadingArguments.begin(), tool.leadingArguments.end());
-    setup.arguments.push_back(std::move(prompt));
+    setup.arguments = std::move(arguments);
     setup.directory = platform_.fileManager.temporaryDirectory() + "/Sonvara-AIDJ";
     setup.environment = platform_.environment.variables();
     auto& variable = setup.environment["PATH"];
@@ -75,56 +76,57 @@ ChildProcessSetup AIDJ::childSetup(const AIProviderInfo& tool, std::string path,
     return setup;
 }
 
-void AIDJ::runCLI(const AIProviderInfo& tool, std::string prompt, Completion completion)
+void AIDJ::runCLI(const std::string& binary, std::vector<std::string> leadingArgs, std::string prompt,
+                  Completion completion)
 {
-    const std::string name(tool.executableName);
-    auto path = resolve(name);
+    auto path = resolve(platform_.fileManager, binary);
     if (!path) {
-        fail(name + " CLI not found in " + searchPath());
+        fail(binary + " CLI not found in " + searchPath());
         completion(std::nullopt);
         return;
     }
-    DJLog::shared().log("Calling " + name + " for an intro…", DJLog::Level::info);
-    auto run = [self = shared_from_this(), &tool, path = std::move(*path), prompt = std::move(prompt),
+    DJLog::shared().log("Calling " + binary + " for an intro…", DJLog::Level::info);
+    auto arguments = std::move(leadingArgs);
+    arguments.push_back(std::move(prompt));
+    auto run = [self = shared_from_this(), binary, path = std::move(*path), arguments = std::move(arguments),
                 completion = std::move(completion)] {
-        const auto setup = self->childSetup(tool, path, prompt);
+        const auto setup = self->childSetup(path, arguments);
         // A folder that cannot be made is left to the launch, which then fails or succeeds by itself.
         (void)self->platform_.fileManager.createDirectory(setup.directory);
-        completion(self->runChild(tool, self->platform_.processLauncher.make(setup)));
+        completion(self->runChild(binary, self->platform_.processLauncher.make(setup)));
     };
     platform_.globalQueue.post(QualityOfService::userInitiated, std::move(run));
 }
 
-std::optional<std::string> AIDJ::runChild(const AIProviderInfo& tool,
+std::optional<std::string> AIDJ::runChild(const std::string& binary,
                                           const std::shared_ptr<ChildProcess>& child) const
 {
     const auto timeout = platform_.globalQueue.postAfter(QualityOfService::standard, timeLimit, [child] {
         if (child->isRunning()) child->terminate();
     });
     if (const auto error = child->launch()) {
-        fail(std::string(tool.executableName) + " launch failed: " + *error);
+        fail(binary + " launch failed: " + *error);
         return std::nullopt;  // the time limit stays scheduled; it will find no running child
     }
     const auto output = child->readOutputToEnd();
     const auto exitStatus = child->waitUntilExit();
     timeout->cancel();
-    return report(tool, exitStatus, output);
+    return report(binary, exitStatus, output);
 }
 
-std::optional<std::string> AIDJ::report(const AIProviderInfo& tool, int exitStatus,
+std::optional<std::string> AIDJ::report(const std::string& binary, int exitStatus,
                                         const std::string& output) const
 {
-    const std::string name(tool.executableName);
     if (exitStatus != 0 || !text::isValidUtf8(output)) {
-        fail(name + " exited " + std::to_string(exitStatus));
+        fail(binary + " exited " + std::to_string(exitStatus));
         return std::nullopt;
     }
     auto line = introLine(output);
     if (line.empty()) {
-        DJLog::shared().log(name + " returned no usable output", DJLog::Level::error);
+        DJLog::shared().log(binary + " returned no usable output", DJLog::Level::error);
         return std::nullopt;
     }
-    DJLog::shared().log(name + " intro: " + line, DJLog::Level::success);
+    DJLog::shared().log(binary + " intro: " + line, DJLog::Level::success);
     return line;
 }
 

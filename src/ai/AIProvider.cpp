@@ -4,17 +4,10 @@
 
 namespace sonvara {
 
-const AIProviderInfo& info(AIProvider provider)
+std::optional<AIProvider> AIProvider::fromRawValue(std::string_view rawValue)
 {
-    return *std::ranges::find(allAIProviders, provider, &AIProviderInfo::provider);
-}
-
-std::optional<AIProvider> aiProviderFromRawValue(std::string_view rawValue)
-{
-    for (const auto& candidate : allAIProviders) {
-        if (candidate.rawValue == rawValue) return candidate.provider;
-    }
-    return std::nullopt;
+    const auto* const found = std::ranges::find(allCases, rawValue, &AIProvider::rawValue);
+    return found != allCases.end() ? std::optional(*found) : std::nullopt;
 }
 
 }  // namespace sonvara

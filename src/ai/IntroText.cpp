@@ -1,6 +1,10 @@
-#include "ai/IntroText.h"
+// The prompt for an AI tool, and the line that its answer comes down to.
+#include "ai/AIDJ.h"
 
 #include "support/Text.h"
+
+#include <string>
+#include <string_view>
 
 namespace sonvara {
 namespace {
@@ -17,8 +21,8 @@ static_assert(persona.size() == 237 && responseRules.size() == 268, "the prompt'
 
 }  // namespace
 
-std::string buildPrompt(std::string_view track, std::string_view artist, std::string_view album,
-                        bool favorited)
+std::string AIDJ::buildPrompt(std::string_view track, std::string_view artist, std::string_view album,
+                              bool favorited)
 {
     std::string prompt = "You are ";
     prompt.append(persona).append(responseRules).append("\n\n");
@@ -30,7 +34,7 @@ std::string buildPrompt(std::string_view track, std::string_view artist, std::st
     return prompt;
 }
 
-std::string introLine(std::string_view output)
+std::string AIDJ::introLine(std::string_view output)
 {
     const auto lastCharacter = output.find_last_not_of('\n');
     if (lastCharacter == std::string_view::npos) return {};

@@ -72,9 +72,8 @@ FormSection SettingsView::aiIntros() const
     auto& defaults = platform_.userDefaults;
     Picker engine;
     engine.title = "Engine";
-    for (const auto& tool : allAIProviders) {
-        engine.options.push_back({std::string(tool.displayName), std::string(tool.rawValue)});
-    }
+    for (const auto& tool : AIProvider::allCases)
+        engine.options.push_back({std::string(tool.displayName()), std::string(tool.rawValue())});
     engine.selection = stored(defaults, settings::aiProvider);
     engine.isEnabled = stored(defaults, settings::aiIntros).get;
     return {"AI intros",

@@ -1,6 +1,6 @@
 // One intro request: finding the tool, running it within its time, reporting what came of it.
 #include "AIDJFixture.h"
-#include "ai/IntroText.h"
+#include "ai/AIDJ.h"
 
 #include <gmock/gmock.h>
 
@@ -33,7 +33,7 @@ TEST_F(AIDJTest, ClaudeIsRunWithItsArgumentsAndThePrompt)
     requestAndWait();
     EXPECT_EQ(child().executable, "/usr/local/bin/claude");
     EXPECT_THAT(child().arguments,
-                ElementsAre("-p", "--strict-mcp-config", buildPrompt("Song A", "Band B", "Album C", true)));
+                ElementsAre("-p", "--strict-mcp-config", AIDJ::buildPrompt("Song A", "Band B", "Album C", true)));
 }
 
 TEST_F(AIDJTest, GeminiIsRunWithItsArgumentsAndThePrompt)
@@ -42,7 +42,7 @@ TEST_F(AIDJTest, GeminiIsRunWithItsArgumentsAndThePrompt)
     requestAndWait();
     EXPECT_EQ(child().executable, "/usr/local/bin/gemini");
     EXPECT_THAT(child().arguments,
-                ElementsAre("--skip-trust", "-p", buildPrompt("Song A", "Band B", "Album C", true)));
+                ElementsAre("--skip-trust", "-p", AIDJ::buildPrompt("Song A", "Band B", "Album C", true)));
     EXPECT_EQ(entries()[0].first, "Calling gemini for an intro\u2026");
     EXPECT_EQ(child().environment.at("GEMINI_CLI_TRUST_WORKSPACE"), "true");
 }

@@ -1,6 +1,6 @@
 // The line that an AI tool makes of a track, from the request to the voice.
 #include "SpeechManagerFixture.h"
-#include "ai/IntroText.h"
+#include "ai/AIDJ.h"
 
 #include <gmock/gmock.h>
 
@@ -46,7 +46,7 @@ TEST_F(AnnouncementByAITest, TheToolIsAskedAboutTheWholeTrack)
         reportFull(track, "Artist A", "Album of " + track, isFavorite, "Music");
         desktop.time.advance(2s);
         EXPECT_EQ(desktop.launcher.children.back()->setup.arguments.back(),
-                  buildPrompt(track, "Artist A", "Album of " + track, isFavorite));
+                  AIDJ::buildPrompt(track, "Artist A", "Album of " + track, isFavorite));
     }
 }
 

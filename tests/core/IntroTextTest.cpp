@@ -1,5 +1,5 @@
 // The prompt and the clean-up of the answer.
-#include "ai/IntroText.h"
+#include "ai/AIDJ.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ const std::string instructions =
 
 TEST(BuildPromptTest, OfAFavoriteWithAnAlbumHasAllLines)
 {
-    EXPECT_EQ(buildPrompt("Song A", "Band B", "Album C", true),
+    EXPECT_EQ(AIDJ::buildPrompt("Song A", "Band B", "Album C", true),
               instructions +
                   "Track: Song A\nArtist: Band B\nAlbum: Album C\n"
                   "Note: this is one of the listener's favorite songs.\n\nGive the DJ intro line.");
@@ -34,73 +34,74 @@ TEST(BuildPromptTest, InstructionsAreOfTheFixedLength)
 
 TEST(BuildPromptTest, WithoutAnAlbumThereIsNoAlbumLine)
 {
-    EXPECT_EQ(buildPrompt("Song A", "Band B", "", true),
+    EXPECT_EQ(AIDJ::buildPrompt("Song A", "Band B", "", true),
               instructions +
                   "Track: Song A\nArtist: Band B\n"
                   "Note: this is one of the listener's favorite songs.\n\nGive the DJ intro line.");
-    EXPECT_EQ(buildPrompt("Song A", "Band B", "", false),
+    EXPECT_EQ(AIDJ::buildPrompt("Song A", "Band B", "", false),
               instructions + "Track: Song A\nArtist: Band B\n\nGive the DJ intro line.");
 }
 
 TEST(BuildPromptTest, WhatIsNoFavoriteHasNoNote)
 {
-    EXPECT_EQ(buildPrompt("Song A", "Band B", "Album C", false),
+    EXPECT_EQ(AIDJ::buildPrompt("Song A", "Band B", "Album C", false),
               instructions + "Track: Song A\nArtist: Band B\nAlbum: Album C\n\nGive the DJ intro line.");
 }
 
 TEST(BuildPromptTest, EmptyTitleAndArtistKeepTheirLines)
 {
-    EXPECT_EQ(buildPrompt("", "", "", false), instructions + "Track: \nArtist: \n\nGive the DJ intro line.");
+    EXPECT_EQ(AIDJ::buildPrompt("", "", "", false),
+              instructions + "Track: \nArtist: \n\nGive the DJ intro line.");
 }
 
 TEST(BuildPromptTest, LineFeedsAndQuotationMarksPassThrough)
 {
-    EXPECT_EQ(buildPrompt("a\n\"b\"", "'c'", "\\d\\", false),
+    EXPECT_EQ(AIDJ::buildPrompt("a\n\"b\"", "'c'", "\\d\\", false),
               instructions + "Track: a\n\"b\"\nArtist: 'c'\nAlbum: \\d\\\n\nGive the DJ intro line.");
 }
 
 TEST(IntroLineTest, IsTheLastOfSeveralLines)
 {
-    EXPECT_EQ(introLine("Hello!\n\nYour intro:\nHere comes Song A.\n"), "Here comes Song A.");
+    EXPECT_EQ(AIDJ::introLine("Hello!\n\nYour intro:\nHere comes Song A.\n"), "Here comes Song A.");
 }
 
 TEST(IntroLineTest, IsTrimmed)
 {
-    EXPECT_EQ(introLine("  Here comes Song A.  \n"), "Here comes Song A.");
-    EXPECT_EQ(introLine("\u3000Song A\u00a0\r\n"), "Song A");
-    EXPECT_EQ(introLine("\u200bSong A\u200b\n"), "Song A");
+    EXPECT_EQ(AIDJ::introLine("  Here comes Song A.  \n"), "Here comes Song A.");
+    EXPECT_EQ(AIDJ::introLine("\u3000Song A\u00a0\r\n"), "Song A");
+    EXPECT_EQ(AIDJ::introLine("\u200bSong A\u200b\n"), "Song A");
 }
 
 TEST(IntroLineTest, OfNothingButLineFeedsOrBlanksIsEmpty)
 {
-    EXPECT_EQ(introLine(""), "");
-    EXPECT_EQ(introLine("\n\n\n"), "");
-    EXPECT_EQ(introLine("   \n \n"), "");
-    EXPECT_EQ(introLine("\u200b\n"), "");
+    EXPECT_EQ(AIDJ::introLine(""), "");
+    EXPECT_EQ(AIDJ::introLine("\n\n\n"), "");
+    EXPECT_EQ(AIDJ::introLine("   \n \n"), "");
+    EXPECT_EQ(AIDJ::introLine("\u200b\n"), "");
 }
 
 TEST(IntroLineTest, ALastLineOfBlanksHidesTheOnesBefore)
 {
-    EXPECT_EQ(introLine("A line.\n   \n"), "");
-    EXPECT_EQ(introLine("A line.\n\u2003\u3000\n"), "");
+    EXPECT_EQ(AIDJ::introLine("A line.\n   \n"), "");
+    EXPECT_EQ(AIDJ::introLine("A line.\n\u2003\u3000\n"), "");
 }
 
 TEST(IntroLineTest, SoDoesALastLineOfOnlyACarriageReturn)
 {
-    EXPECT_EQ(introLine("A line.\r\n\r\n"), "");
-    EXPECT_EQ(introLine("A line.\n\r"), "");
+    EXPECT_EQ(AIDJ::introLine("A line.\r\n\r\n"), "");
+    EXPECT_EQ(AIDJ::introLine("A line.\n\r"), "");
 }
 
 TEST(IntroLineTest, AMegabyteWithoutALineFeedIsOneLine)
 {
     const std::string line(1 << 20, 'x');
-    EXPECT_EQ(introLine(line), line);
+    EXPECT_EQ(AIDJ::introLine(line), line);
 }
 
 TEST(IntroLineTest, NothingElseIsCleaned)
 {
-    EXPECT_EQ(introLine("**\"Song\"** \xF0\x9F\x8E\xB5\n"), "**\"Song\"** \xF0\x9F\x8E\xB5");
-    EXPECT_EQ(introLine(std::string("a\0b\x1b[31m\n", 9)), std::string("a\0b\x1b[31m", 8));
+    EXPECT_EQ(AIDJ::introLine("**\"Song\"** \xF0\x9F\x8E\xB5\n"), "**\"Song\"** \xF0\x9F\x8E\xB5");
+    EXPECT_EQ(AIDJ::introLine(std::string("a\0b\x1b[31m\n", 9)), std::string("a\0b\x1b[31m", 8));
 }
 
 }  // namespace
