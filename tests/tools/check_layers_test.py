@@ -14,20 +14,20 @@ def check(tree):
 
 
 class CheckLayersTest(unittest.TestCase):
-    def findings(self, files, arrows):
+    def findings(self, files, arrows, categories=""):
         with tempfile.TemporaryDirectory() as tree:
             for name, text in {**{f"src/{name}": text for name, text in files.items()},
-                               "docs/architecture.md": arrows}.items():
+                               "docs/architecture.md": arrows, "docs/decisions/4-system-log.md": categories}.items():
                 path = Path(tree) / name
                 path.parent.mkdir(parents=True, exist_ok=True)
                 path.write_text(text, encoding="utf-8")
             return check(tree)
 
-    def expect(self, files, finding, arrows=None):
+    def expect(self, files, finding, arrows=None, categories=""):
         """`arrows`: what the list of arrows says; nothing for rooms that include no others."""
         if arrows is None:
             arrows = "".join(f"    {room} ->\n" for room in sorted({str(Path(name).parent) for name in files}))
-        status, output = self.findings(files, arrows)
+        status, output = self.findings(files, arrows, categories)
         self.assertEqual(status, 1)
         self.assertEqual(len(output.splitlines()), 1, output)
         self.assertIn(finding, output)
@@ -83,6 +83,18 @@ class CheckLayersTest(unittest.TestCase):
     def test_the_wall_clock_is_found_in_adapters_too(self):
         for line in ("auto t = std::chrono::system_clock::now();", "QDateTime::currentDateTime();"):
             self.expect({"platform/linux/players/A.cpp": line + "\n"}, "players/A.cpp:1: the wall clock")
+
+    def test_an_adapter_that_writes_as_a_component_is_found(self):
+        self.expect({"speech/A.cpp": '    : logger_(platform.systemLog, "Speech")\n',
+                     "platform/linux/speech/B.cpp": '\n      logger_(log, "Speech"),\n'},
+                    "linux/speech/B.cpp:2: writes to the log as the component Speech", categories="| `Speech` | the daemon |\n")
+
+    def test_an_adapters_category_is_listed_and_a_listed_one_used(self):
+        files = {"platform/linux/tray/A.cpp": 'Logger(log, "Tray")\n    .error({{"no"}});\n'}
+        arrows = "    platform/linux/tray ->\n"
+        self.expect(files, "4-system-log.md does not list the category Tray")
+        self.assertEqual(self.findings(files, arrows, "| `Tray` | the item |\n")[0], 0)
+        self.expect({"log/A.cpp": ""}, "no adapter writes to the log as Tray", categories="| `Tray` | the item |\n")
 
     def test_a_long_file_is_found(self):
         self.expect({"log/A.cpp": "int x;\n" * 301}, "301 lines, and no reason given")

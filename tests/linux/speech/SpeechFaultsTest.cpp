@@ -89,7 +89,7 @@ TEST_F(SpeechFaultsTest, aMissingDaemonEndsLinesAtOnceAndIsLoggedOnce)
     EXPECT_EQ(ears->waitForEnds(2), "FF");
     ASSERT_EQ(log.messages().size(), 1U);
     EXPECT_EQ(log.messages()[0].level, LogLevel::error);
-    EXPECT_EQ(log.messages()[0].category, "Speech");
+    EXPECT_EQ(log.messages()[0].category, "SpeechDispatcher");
     EXPECT_NE(log.messages()[0].pieces.at(0).text.find("speech-dispatcher"), std::string::npos);
 }
 

@@ -61,7 +61,7 @@ private:
 SpeechDispatcherSynthesizer::SpeechDispatcherSynthesizer(MainQueue& mainQueue, SystemLog& log,
                                                          const Environment& environment, SpeechTimes times)
     : times_(times),
-      logger_(log, "Speech"),
+      logger_(log, "SpeechDispatcher"),
       environment_(environment),
       mainQueue_(mainQueue)
 {
