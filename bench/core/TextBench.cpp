@@ -1,5 +1,6 @@
 // The rules for text, beside the same done with Qt's.
 #include "support/Text.h"
+#include "ui/StatusBarController.h"
 
 #include <QString>
 #include <QStringList>
@@ -20,7 +21,7 @@ const std::string decomposed = "Cafe\u0301 del Mar, the twentieth anniversary ed
 
 void wrapOurs(benchmark::State& state)
 {
-    for (auto _ : state) benchmark::DoNotOptimize(text::wrap(line, width));
+    for (auto _ : state) benchmark::DoNotOptimize(StatusBarController::wrap(line, width));
 }
 BENCHMARK(wrapOurs)->Name("wrap a line of 160 characters/ours");
 

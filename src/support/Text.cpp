@@ -69,29 +69,6 @@ bool hasTooManyMarks(std::string_view s)
     return false;
 }
 
-/// Counts the user-perceived characters of a text that comes in pieces, each of which begins with a character.
-class Clusters {
-public:
-    void add(std::string_view s)
-    {
-        while (!s.empty()) {
-            const auto character = decodeFirst(s);
-            const bool joins = previous_ >= 0 && character.codepoint >= 0 &&
-                               !utf8proc_grapheme_break_stateful(previous_, character.codepoint, &state_);
-            if (!joins) ++count_;
-            if (character.codepoint < 0) state_ = 0;
-            previous_ = character.codepoint;
-            s.remove_prefix(character.size);
-        }
-    }
-    [[nodiscard]] std::size_t count() const { return count_; }
-
-private:
-    std::size_t count_ = 0;
-    utf8proc_int32_t state_ = 0;
-    utf8proc_int32_t previous_ = -1;
-};
-
 std::optional<std::string> normalized(std::string_view s)
 {
     if (hasTooManyMarks(s)) return std::nullopt;
@@ -140,6 +117,19 @@ std::vector<std::string_view> split(std::string_view s, std::string_view separat
     return pieces;
 }
 
+void Clusters::add(std::string_view s)
+{
+    while (!s.empty()) {
+        const auto character = decodeFirst(s);
+        const bool joins = previous_ >= 0 && character.codepoint >= 0 &&
+                           !utf8proc_grapheme_break_stateful(previous_, character.codepoint, &state_);
+        if (!joins) ++count_;
+        if (character.codepoint < 0) state_ = 0;
+        previous_ = character.codepoint;
+        s.remove_prefix(character.size);
+    }
+}
+
 std::size_t length(std::string_view s)
 {
     Clusters clusters;
@@ -165,27 +155,6 @@ bool isValidUtf8(std::string_view s)
         s.remove_prefix(character.size);
     }
     return true;
-}
-
-std::string wrap(std::string_view s, std::size_t width)
-{
-    std::string lines;
-    std::string line;
-    Clusters inLine;  // counting the line afresh for each word would take its width for each
-    for (const auto word : split(s, " ")) {
-        if (word.empty()) continue;
-        if (!line.empty() && inLine.count() + 1 + length(word) <= width) {
-            line.append(" ").append(word);
-            inLine.add(" ");
-            inLine.add(word);
-            continue;
-        }
-        if (!line.empty()) lines.append(line).append("\n");
-        line = word;
-        inLine = {};
-        inLine.add(word);
-    }
-    return lines + line;
 }
 
 }  // namespace sonvara::text

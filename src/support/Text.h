@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,18 @@ namespace sonvara::text {
 /// valid character counts as one.
 [[nodiscard]] std::size_t length(std::string_view s);
 
+/// Counts the user-perceived characters of a text that comes in pieces, each of which begins with a character.
+class Clusters {
+public:
+    void add(std::string_view s);
+    [[nodiscard]] std::size_t count() const { return count_; }
+
+private:
+    std::size_t count_ = 0;
+    std::int32_t state_ = 0;      // the library's
+    std::int32_t previous_ = -1;  // the last code point
+};
+
 /// The first character of `s`, or its first byte if no character begins with it. `s` must not be empty.
 [[nodiscard]] std::string_view firstCharacter(std::string_view s);
 
@@ -33,10 +46,5 @@ namespace sonvara::text {
 
 /// Whether `s` is well-formed UTF-8 (no overlong forms, no surrogates).
 [[nodiscard]] bool isValidUtf8(std::string_view s);
-
-/// Breaks `s` at blanks (U+0020) into lines of at most `width` user-perceived characters, joined by
-/// line feeds. Runs of blanks count as one break, leading and trailing ones vanish. A longer word
-/// stands alone on its line, unbroken.
-[[nodiscard]] std::string wrap(std::string_view s, std::size_t width);
 
 }  // namespace sonvara::text

@@ -16,6 +16,9 @@ public:
     /// Shows the current status at once.
     explicit LaunchAtLoginHelper(LoginItem& loginItem);
 
+    /// What the system knows the application by. For reference: nothing here reads it.
+    static constexpr const char* bundleIdentifier = SONVARA_IDENTIFIER;
+
     Observable<bool> isEnabled;
 
     /// Reads the status from the system again.

@@ -59,15 +59,19 @@ void StatusBarController::configureStatusItem()
 
 void StatusBarController::renderIcons()
 {
-    auto& platform = platform_;
-    platform.globalQueue.post(QualityOfService::userInitiated, [weak = weak_from_this(), &platform] {
+    platform_.globalQueue.post(QualityOfService::userInitiated, [weak = weak_from_this()] {
         const auto controller = weak.lock();
         if (!controller) return;
-        auto notPlaying = platform.imageRenderer.render(statusIcon(false));
-        auto playing = platform.imageRenderer.render(statusIcon(true));
-        platform.mainQueue.post(
+        auto notPlaying = controller->createCustomIcon(false);
+        auto playing = controller->createCustomIcon(true);
+        controller->platform_.mainQueue.post(
             [controller, notPlaying, playing] { controller->cacheIcons(notPlaying, playing); });
     });
+}
+
+std::shared_ptr<const Image> StatusBarController::createCustomIcon(bool isPlaying) const
+{
+    return platform_.imageRenderer.render(statusIcon(isPlaying));
 }
 
 void StatusBarController::cacheIcons(std::shared_ptr<const Image> notPlaying,
@@ -126,9 +130,13 @@ void StatusBarController::setupMenu()
 
 void StatusBarController::toggleMute()
 {
-    const auto& setting = settings::announcementsEnabled;
-    platform_.userDefaults.setBool(setting.key, !read(platform_.userDefaults, setting));
+    platform_.userDefaults.setBool(settings::announcementsEnabled.key, !announcementsEnabled());
     setupMenu();
+}
+
+bool StatusBarController::announcementsEnabled() const
+{
+    return read(platform_.userDefaults, settings::announcementsEnabled);
 }
 
 void StatusBarController::quitApp()
@@ -138,19 +146,27 @@ void StatusBarController::quitApp()
 
 void StatusBarController::openSettings()
 {
-    if (!settingsWindow_ || !settingsWindow_->isVisible()) {
-        WindowSetup setup;
-        setup.title = "Sonvara Settings";
-        setup.contentWidth = 420;
-        setup.contentHeight = 360;
-        setup.isClosable = true;
-        setup.isMiniaturizable = true;
-        setup.isCentered = true;
-        setup.content = SettingsView::create(platform_)->form();
-        settingsWindow_ = platform_.windows.make(std::move(setup));
-        settingsWindow_->setDelegate(weak_from_this());
+    if (settingsWindow_ && settingsWindow_->isVisible()) {
+        bringToFront(*settingsWindow_);
+        return;
     }
-    settingsWindow_->makeKeyAndOrderFront();
+    WindowSetup setup;
+    setup.title = "Sonvara Settings";
+    setup.contentWidth = 420;
+    setup.contentHeight = 360;
+    setup.isClosable = true;
+    setup.isMiniaturizable = true;
+    setup.isCentered = true;
+    setup.content = SettingsView::create(platform_)->form();
+    const auto window = platform_.windows.make(std::move(setup));
+    bringToFront(*window);
+    settingsWindow_ = window;  // drops an earlier one, which nobody sees
+    window->setDelegate(weak_from_this());
+}
+
+void StatusBarController::bringToFront(Window& window)
+{
+    window.makeKeyAndOrderFront();
     platform_.application.activateIgnoringOtherApps();
 }
 

@@ -6,7 +6,10 @@
 #include "ports/Windows.h"
 #include "support/Subscription.h"
 
+#include <cstddef>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace sonvara {
@@ -42,14 +45,24 @@ public:
 
     void windowWillClose(Window& window) override;
 
+    /// Any thread: breaks `line` at blanks (U+0020) into lines of at most `width` user-perceived characters,
+    /// joined by line feeds. Runs of blanks count as one break, leading and trailing ones vanish. A longer word
+    /// stands alone on its line, unbroken.
+    [[nodiscard]] static std::string wrap(std::string_view line, std::size_t width);
+
 private:
     StatusBarController(Platform& platform, std::shared_ptr<MusicMonitor> monitor,
                         std::shared_ptr<SpeechManager> speech);
     void configureStatusItem();
+    /// The setting, read afresh at each use.
+    [[nodiscard]] bool announcementsEnabled() const;
+    /// Worker threads: the icon for either state; null when it cannot be drawn.
+    [[nodiscard]] std::shared_ptr<const Image> createCustomIcon(bool isPlaying) const;
     void renderIcons();
     void cacheIcons(std::shared_ptr<const Image> notPlaying, std::shared_ptr<const Image> playing);
     void showIcon(bool isPlaying);
     void setupMenu();
+    void bringToFront(Window& window);
     [[nodiscard]] std::vector<MenuItem> menuItems();
     [[nodiscard]] MenuItem actionItem(const char* title, void (StatusBarController::*action)());
 

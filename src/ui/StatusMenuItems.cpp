@@ -2,7 +2,6 @@
 #include "log/DJLog.h"
 #include "monitor/MusicMonitor.h"
 #include "ports/Platform.h"
-#include "ports/UserDefaults.h"
 #include "support/Text.h"
 #include "ui/StatusBarController.h"
 
@@ -37,12 +36,33 @@ MenuItem lastChatItem(const std::string& lastChat)
 {
     if (lastChat.empty()) return disabledItem("—");
     MenuItem item;
-    item.attributedTitle =
-        StyledText{text::wrap(lastChat, chatWidth), FontRole::smallMenu, ColorRole::secondaryLabel};
+    item.attributedTitle = StyledText{StatusBarController::wrap(lastChat, chatWidth), FontRole::smallMenu,
+                                      ColorRole::secondaryLabel};
     return item;
 }
 
 }  // namespace
+
+std::string StatusBarController::wrap(std::string_view line, std::size_t width)
+{
+    std::string finished;
+    std::string current;
+    text::Clusters inLine;  // counting the line afresh for each word would take its width for each
+    for (const auto word : text::split(line, " ")) {
+        if (word.empty()) continue;
+        if (!current.empty() && inLine.count() + 1 + text::length(word) <= width) {
+            current.append(" ").append(word);
+            inLine.add(" ");
+            inLine.add(word);
+            continue;
+        }
+        if (!current.empty()) finished.append(current).append("\n");
+        current = word;
+        inLine = {};
+        inLine.add(word);
+    }
+    return finished + current;
+}
 
 MenuItem StatusBarController::actionItem(const char* title, void (StatusBarController::*action)())
 {
@@ -58,7 +78,7 @@ MenuItem StatusBarController::actionItem(const char* title, void (StatusBarContr
 std::vector<MenuItem> StatusBarController::menuItems()
 {
     auto mute = actionItem("Mute DJ", &StatusBarController::toggleMute);
-    mute.isChecked = !read(platform_.userDefaults, settings::announcementsEnabled);
+    mute.isChecked = !announcementsEnabled();
     return {disabledItem("Currently Playing"),
             nowPlayingItem(*musicMonitor_),
             disabledItem("DJ Chat:"),

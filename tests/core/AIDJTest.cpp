@@ -1,6 +1,5 @@
 // One intro request: finding the tool, running it within its time, reporting what came of it.
 #include "AIDJFixture.h"
-#include "ai/AIDJ.h"
 
 #include <gmock/gmock.h>
 

@@ -70,5 +70,10 @@ TEST(LaunchAtLoginHelperTest, ACheckNoticesARegistrationRemovedElsewhere)
     EXPECT_FALSE(helper.isEnabled.get());
 }
 
+TEST(LaunchAtLoginHelperIdentifierTest, IsTheApplications)
+{
+    EXPECT_STREQ(LaunchAtLoginHelper::bundleIdentifier, "app.sonvara.Sonvara");
+}
+
 }  // namespace
 }  // namespace sonvara::test

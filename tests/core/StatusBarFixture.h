@@ -18,7 +18,7 @@ namespace sonvara::test {
 class StatusBarControllerTest : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<MusicMonitor> monitor = MusicMonitor::create(desktop.platform);
     std::shared_ptr<SpeechManager> speech = SpeechManager::create(desktop.platform);
     std::shared_ptr<StatusBarController> controller;
@@ -30,7 +30,7 @@ protected:
     {
         return desktop.systemLog.published(level, "StatusBarController");
     }
-    void nowPlaying(bool isPlaying, const char* track, const char* artist)
+    void nowPlaying(bool isPlaying, const std::string& track, const std::string& artist)
     {
         monitor->isPlaying.set(isPlaying);
         monitor->artistName.set(artist);

@@ -38,6 +38,17 @@ TEST_F(StatusBarControllerTest, NothingPlaysWhenPausedOrWithoutATrackName)
     EXPECT_EQ(item(2).title, "Song - Artist");
 }
 
+TEST_F(StatusBarControllerTest, TitlesAreShownAsTheyAre)
+{
+    start();
+    const std::string titles[] = {std::string(1'000'000, 'x'), "two\nlines\tand a tab", " A & _B ",
+                                  std::string("a\0b", 3),      "\u202eesrever",         "\xff"};
+    for (const auto& title : titles) {
+        nowPlaying(true, title, title);
+        EXPECT_TRUE(item(2).title == title + " - " + title) << title.substr(0, 40);
+    }
+}
+
 TEST_F(StatusBarControllerTest, AnEmptyArtistLeavesTheDash)
 {
     start();
@@ -147,6 +158,40 @@ TEST_F(StatusBarControllerTest, SettingsOpenACentredWindowOfTheirOwnStyle)
     EXPECT_TRUE(window->setup.isCentered);
     EXPECT_EQ(window->broughtToFront, 1);
     EXPECT_EQ(desktop.application.activations, 1);
+}
+
+TEST_F(StatusBarControllerTest, AWindowIsShownThenTheApplicationThenItIsKeptAndLastHeard)
+{
+    start();
+    controller->openSettings();
+    desktop.windows.latest()->isMiniaturized = true;
+    std::string order;
+    desktop.windows.onFront = [&](const FakeWindow& window) {
+        order += "front ";
+        EXPECT_TRUE(window.delegate.expired());
+        EXPECT_FALSE(desktop.windows.made[0].expired());
+    };
+    desktop.application.onActivate = [&] {
+        order += "activate ";
+        EXPECT_TRUE(desktop.windows.latest()->delegate.expired());
+        EXPECT_FALSE(desktop.windows.made[0].expired()) << "the earlier one is dropped after that";
+    };
+    controller->openSettings();
+    EXPECT_EQ(order, "front activate ");
+    EXPECT_TRUE(desktop.windows.made[0].expired());
+    EXPECT_EQ(desktop.windows.latest()->delegate.lock(), controller);
+}
+
+TEST_F(StatusBarControllerTest, AVisibleWindowIsShownBeforeTheApplication)
+{
+    start();
+    std::string order;
+    desktop.windows.onFront = [&](const FakeWindow&) { order += "front "; };
+    desktop.application.onActivate = [&] { order += "activate "; };
+    controller->openSettings();
+    order.clear();
+    controller->openSettings();
+    EXPECT_EQ(order, "front activate ");
 }
 
 TEST_F(StatusBarControllerTest, SettingsChosenAgainBringTheVisibleWindowToTheFront)

@@ -127,45 +127,6 @@ TEST(TextIsValidUtf8Test, RefusesWhatIsNoText)
     EXPECT_FALSE(text::isValidUtf8("\xf4\x90\x80\x80"));  // above the last code point
 }
 
-TEST(TextWrapTest, BreaksAtBlanksAndJoinsWithLineFeeds)
-{
-    EXPECT_EQ(text::wrap("a b", 3), "a b");
-    EXPECT_EQ(text::wrap("a b", 2), "a\nb");
-    EXPECT_EQ(text::wrap("one two three", 7), "one two\nthree");
-    EXPECT_EQ(text::wrap("a b c d", 5), "a b c\nd") << "the blanks count";
-    EXPECT_EQ(text::wrap("aaa bbb c d", 3), "aaa\nbbb\nc d") << "each line is counted afresh";
-}
-
-TEST(TextWrapTest, AnEmptyTextOrOneOfBlanksIsEmpty)
-{
-    EXPECT_EQ(text::wrap("", 40), "");
-    EXPECT_EQ(text::wrap("     ", 40), "");
-}
-
-TEST(TextWrapTest, RunsOfBlanksCountAsOneBreakAndOuterOnesVanish)
-{
-    EXPECT_EQ(text::wrap("  a   b  ", 40), "a b");
-}
-
-TEST(TextWrapTest, ALongWordStandsAloneUnbroken)
-{
-    const std::string word(60, 'x');
-    EXPECT_EQ(text::wrap(word, 40), word);
-    EXPECT_EQ(text::wrap("a " + word + " b", 40), "a\n" + word + "\nb");
-}
-
-TEST(TextWrapTest, TabsAndLineFeedsStayInsideTheirWord)
-{
-    EXPECT_EQ(text::wrap("a\tb c\nd", 3), "a\tb\nc\nd");
-}
-
-TEST(TextWrapTest, WidthIsCountedInUserPerceivedCharacters)
-{
-    const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
-    EXPECT_EQ(text::wrap(family + " " + family, 3), family + " " + family);
-    EXPECT_EQ(text::wrap(family + " " + family, 2), family + "\n" + family);
-}
-
 TEST(TextCharacterTest, TheFirstCharacterIsOneByteWhereNoneBegins)
 {
     EXPECT_EQ(text::firstCharacter("ab"), "a");

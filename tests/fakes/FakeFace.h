@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -146,6 +147,7 @@ public:
     {
         isShown = true;
         ++broughtToFront;
+        if (onFront) onFront(*this);
     }
     void setDelegate(std::weak_ptr<WindowDelegate> newDelegate) override
     {
@@ -164,6 +166,7 @@ public:
     bool isShown = false;
     bool isMiniaturized = false;
     int broughtToFront = 0;
+    std::function<void(const FakeWindow&)> onFront;  ///< the test looks on
 };
 
 class FakeWindows final : public Windows {
@@ -171,12 +174,14 @@ public:
     std::shared_ptr<Window> make(WindowSetup setup) override
     {
         auto window = std::make_shared<FakeWindow>(std::move(setup));
+        window->onFront = onFront;
         made.push_back(window);
         return window;
     }
 
     /// Windows that exist, in order of making; the others are expired.
     std::vector<std::weak_ptr<FakeWindow>> made;
+    std::function<void(const FakeWindow&)> onFront;  ///< given to each
     [[nodiscard]] std::shared_ptr<FakeWindow> latest() const
     {
         return made.empty() ? nullptr : made.back().lock();

@@ -176,11 +176,16 @@ public:
         if (whileRunning) whileRunning();
         return 0;
     }
-    void activateIgnoringOtherApps() override { ++activations; }
+    void activateIgnoringOtherApps() override
+    {
+        ++activations;
+        if (onActivate) onActivate();
+    }
     void terminate() override { ++terminations; }
 
     std::weak_ptr<ApplicationDelegate> delegate;
     std::function<void()> whileRunning;  ///< the test's part of the event loop
+    std::function<void()> onActivate;    ///< the test looks on
     int activations = 0;
     int terminations = 0;
 };

@@ -1,6 +1,7 @@
 // Breaking the DJ's line for the menu, and the text rules beneath.
 #include "Require.h"
 #include "support/Text.h"
+#include "ui/StatusBarController.h"
 
 #include <string>
 
@@ -21,7 +22,7 @@ std::string withoutBlanks(std::string_view s)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto input = fuzz::textOf(data, size);
-    const auto wrapped = text::wrap(input, 40);
+    const auto wrapped = StatusBarController::wrap(input, 40);
     if (input.find('\n') == std::string_view::npos) {
         auto joined = withoutBlanks(wrapped);
         std::erase(joined, '\n');
