@@ -21,7 +21,7 @@ void appendOurs(benchmark::State& state)
 {
     FakeDesktop desktop;
     const auto append = [&desktop] {
-        desktop.log->log(message, DJLog::Level::info);
+        DJLog::shared().log(message, DJLog::Level::info);
         desktop.time.run();
     };
     for (std::size_t i = 0; i < DJLog::maxEntries; ++i) append();

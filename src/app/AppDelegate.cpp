@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 
-#include "app/SonvaraApp.h"
 #include "log/DJLog.h"
 #include "monitor/MusicMonitor.h"
 #include "ports/Platform.h"
@@ -11,9 +10,14 @@
 
 namespace sonvara {
 
+bool AppDelegate::isInert(const Environment& environment)
+{
+    return environment.variables().contains("XCTestConfigurationFilePath");
+}
+
 void AppDelegate::applicationDidFinishLaunching()
 {
-    if (SonvaraApp::isInert(platform_.environment)) return;
+    if (isInert(platform_.environment)) return;
     musicMonitor = MusicMonitor::create(platform_);
     speechManager = SpeechManager::create(platform_);
     statusBarController = StatusBarController::create(platform_, musicMonitor, speechManager);

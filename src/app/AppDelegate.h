@@ -10,6 +10,7 @@
 
 namespace sonvara {
 
+class Environment;
 class MusicMonitor;
 struct Platform;
 class SpeechManager;
@@ -21,6 +22,10 @@ class AppDelegate final : public ApplicationDelegate, public std::enable_shared_
 public:
     /// Made through a shared pointer: the wiring holds the delegate weakly.
     explicit AppDelegate(Platform& platform) : platform_(platform) {}
+
+    /// Whether a test harness holds the program, as the environment says: then it uses no port but the
+    /// application.
+    [[nodiscard]] static bool isInert(const Environment& environment);
 
     /// Creates and connects everything, unless a test harness hosts the application.
     void applicationDidFinishLaunching() override;

@@ -4,6 +4,7 @@
 #include "support/Uuid.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <utility>
@@ -12,6 +13,8 @@ namespace sonvara {
 namespace {
 
 std::atomic<DJLog*> sharedLog{nullptr};
+std::atomic<MainQueue*> sharedMainQueue{nullptr};
+std::atomic<Clock*> sharedClock{nullptr};
 
 struct LevelNames {
     DJLog::Level level;
@@ -25,11 +28,6 @@ constexpr std::array levelNames{LevelNames{DJLog::Level::info, "info", "INFO"},
 const LevelNames& names(DJLog::Level level)
 {
     return *std::ranges::find(levelNames, level, &LevelNames::level);
-}
-
-std::string twoDigits(int number)
-{
-    return {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
 }
 
 }  // namespace
@@ -47,41 +45,47 @@ std::optional<DJLog::Level> DJLog::levelFromRawValue(std::string_view rawValue)
     return std::nullopt;
 }
 
-std::unique_ptr<DJLog> DJLog::makeShared(MainQueue& mainQueue, Clock& clock)
+void DJLog::setUp(MainQueue& mainQueue, Clock& clock)
 {
-    std::unique_ptr<DJLog> log(new DJLog(mainQueue, clock));
-    if (sharedLog.exchange(log.get()) != nullptr) std::abort();
-    return log;
+    std::unique_ptr<DJLog>(sharedLog.exchange(nullptr)).reset();
+    sharedMainQueue = &mainQueue;
+    sharedClock = &clock;
 }
 
 DJLog& DJLog::shared()
 {
-    auto* log = sharedLog.load();
-    if (log == nullptr) std::abort();
-    return *log;
+    if (auto* log = sharedLog.load()) return *log;
+    auto* mainQueue = sharedMainQueue.load();
+    auto* clock = sharedClock.load();
+    if (mainQueue == nullptr || clock == nullptr) std::abort();
+    std::unique_ptr<DJLog> made(new DJLog(*mainQueue, *clock));
+    DJLog* first = nullptr;
+    // Of several threads that come at once, one is first.
+    return sharedLog.compare_exchange_strong(first, made.get()) ? *made.release() : *first;
 }
 
 DJLog::DJLog(MainQueue& mainQueue, Clock& clock) : mainQueue_(mainQueue), clock_(clock) {}
 
-DJLog::~DJLog()
-{
-    sharedLog.store(nullptr);
-}
-
 void DJLog::log(std::string message, Level level)
 {
-    Entry entry{makeUuid(), clock_.now(), level, std::move(message)};
+    auto entry = std::make_shared<const Entry>(Entry{makeUuid(), clock_.now(), level, std::move(message)});
     mainQueue_.post([this, entry = std::move(entry)] { append(entry); });
 }
 
-void DJLog::append(Entry entry)
+void DJLog::append(std::shared_ptr<const Entry> entry)
 {
-    entries.modify([&entry](auto& list) { list.push_back(std::move(entry)); });
-    const auto count = entries.get().size();
-    if (count <= maxEntries) return;
-    entries.modify([count](auto& list) {
-        list.erase(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(count - maxEntries));
-    });
+    auto list = entries.get();
+    list.push_back(std::move(entry));
+    setEntries(list);
+    if (list.size() <= maxEntries) return;
+    list.erase(list.begin(), list.end() - static_cast<std::ptrdiff_t>(maxEntries));
+    setEntries(std::move(list));
+}
+
+void DJLog::setEntries(Entries list)
+{
+    entries.set(list);
+    readable_.store(std::move(list));
 }
 
 void DJLog::recordSpoken(const std::string& text)
@@ -92,24 +96,20 @@ void DJLog::recordSpoken(const std::string& text)
 
 void DJLog::clear()
 {
-    mainQueue_.post([this] { entries.set({}); });
+    mainQueue_.post([this] { setEntries({}); });
 }
 
 std::string DJLog::plainText() const
 {
     std::string result;
-    for (const auto& entry : entries.get()) {
+    const auto list = readable_.load();
+    if (!list) return result;
+    for (const auto& entry : *list) {
         if (!result.empty()) result += '\n';
-        result.append("[").append(timeText(entry)).append("] ");
-        result.append(names(entry.level).upperCase).append(": ").append(entry.message);
+        result.append("[").append(clock_.timeText(entry->date)).append("] ");
+        result.append(names(entry->level).upperCase).append(": ").append(entry->message);
     }
     return result;
-}
-
-std::string DJLog::timeText(const Entry& entry) const
-{
-    const auto time = clock_.local(entry.date);
-    return twoDigits(time.hour) + ':' + twoDigits(time.minute) + ':' + twoDigits(time.second);
 }
 
 }  // namespace sonvara

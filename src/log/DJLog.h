@@ -2,11 +2,10 @@
 #pragma once
 
 #include "ports/System.h"
+#include "support/AtomicSharedPtr.h"
 #include "support/Observable.h"
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,20 +33,23 @@ public:
         Level level = Level::info;
         std::string message;
     };
+    /// Entries never change, so that lists of them share them.
+    using Entries = std::vector<std::shared_ptr<const Entry>>;
 
-    /// Makes the process's log, which lives until the handle is dropped. A second one beside it is a
-    /// programming error and ends the process.
-    [[nodiscard]] static std::unique_ptr<DJLog> makeShared(MainQueue& mainQueue, Clock& clock);
-    /// Any thread: the process's log, which must exist.
+    /// Main thread: what the shared log is to run on. To be said before its first use; said again, it ends the log
+    /// that was, which nobody may use any more.
+    static void setUp(MainQueue& mainQueue, Clock& clock);
+    /// Any thread: the process's log, made on first use. Nothing destroys it at the end of the process, when workers
+    /// may still write to it.
     [[nodiscard]] static DJLog& shared();
 
     DJLog(const DJLog&) = delete;
     DJLog& operator=(const DJLog&) = delete;
-    ~DJLog();
+    ~DJLog() = default;
 
     static constexpr std::size_t maxEntries = 200;
-    Observable<std::vector<Entry>> entries;  ///< oldest first, the latest `maxEntries`
-    Observable<std::string> lastChat;        ///< the last text given to `recordSpoken`
+    Observable<Entries> entries;       ///< oldest first, the latest `maxEntries`
+    Observable<std::string> lastChat;  ///< the last text given to `recordSpoken`
 
     /// Any thread: adds an entry with the time of this call, soon.
     void log(std::string message, Level level);
@@ -55,17 +57,17 @@ public:
     void recordSpoken(const std::string& text);
     /// Any thread: removes all entries, soon; the last chat line stays.
     void clear();
-    /// Main thread: all entries as lines "[HH:MM:SS] LEVEL: message", without a line feed at the end.
+    /// Any thread, never waits: all entries as lines "[HH:MM:SS] LEVEL: message", without a line feed at the end.
     [[nodiscard]] std::string plainText() const;
-    /// Main thread: an entry's time of day as "HH:MM:SS" on a 24-hour clock.
-    [[nodiscard]] std::string timeText(const Entry& entry) const;
 
 private:
     DJLog(MainQueue& mainQueue, Clock& clock);
-    void append(Entry entry);
+    void append(std::shared_ptr<const Entry> entry);
+    void setEntries(Entries list);
 
     MainQueue& mainQueue_;
     Clock& clock_;
+    AtomicSharedPtr<Entries> readable_;  ///< the value of `entries`, for every thread
 };
 
 }  // namespace sonvara

@@ -9,21 +9,15 @@ namespace sonvara {
 
 using WallTime = std::chrono::system_clock::time_point;
 
-/// Hours (0 to 23), minutes and seconds of a day in the user's time zone.
-struct TimeOfDay {
-    int hour = 0;
-    int minute = 0;
-    int second = 0;
-};
-
-/// Reads the wall clock. Any thread; never fails.
+/// Reads the wall clock and writes its times. Any thread; never fails.
 class Clock {
 public:
     virtual ~Clock() = default;
     [[nodiscard]] virtual WallTime now() const = 0;
 
-    /// `time` in the time zone that is current at the call.
-    [[nodiscard]] virtual TimeOfDay local(WallTime time) const = 0;
+    /// The time of day as "HH:MM:SS" on a 24-hour clock, in the time zone that is current at the call and the
+    /// digits of the locale that the user had at the start.
+    [[nodiscard]] virtual std::string timeText(WallTime time) const = 0;
 };
 
 /// Environment variables by name.

@@ -51,7 +51,7 @@ std::shared_ptr<const Form> SettingsView::form()
     form->isSheetShown = {[self] { return self->showLog_.get(); },
                           [self](bool isShown) { self->showLog_.set(isShown); }};
     form->sheet = [self] {
-        return makeLogView(self->platform_, DJLog::shared(), [self] { self->showLog_.set(false); });
+        return LogView(self->platform_, DJLog::shared(), [self] { self->showLog_.set(false); }).sheet();
     };
     return form;
 }

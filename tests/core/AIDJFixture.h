@@ -20,7 +20,7 @@ protected:
     using Entry = std::pair<std::string, DJLog::Level>;
 
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<AIDJ> aiDJ = AIDJ::create(desktop.platform);
     std::vector<std::optional<std::string>> answers;
 
@@ -46,7 +46,7 @@ protected:
     [[nodiscard]] std::vector<Entry> entries() const
     {
         std::vector<Entry> found;
-        for (const auto& entry : log->entries.get()) found.emplace_back(entry.message, entry.level);
+        for (const auto& entry : log->entries.get()) found.emplace_back(entry->message, entry->level);
         return found;
     }
     [[nodiscard]] const ChildProcessSetup& child(std::size_t i = 0) const

@@ -31,8 +31,8 @@ TEST_F(AIDJTest, ClaudeIsRunWithItsArgumentsAndThePrompt)
 {
     requestAndWait();
     EXPECT_EQ(child().executable, "/usr/local/bin/claude");
-    EXPECT_THAT(child().arguments,
-                ElementsAre("-p", "--strict-mcp-config", AIDJ::buildPrompt("Song A", "Band B", "Album C", true)));
+    EXPECT_THAT(child().arguments, ElementsAre("-p", "--strict-mcp-config",
+                                               AIDJ::buildPrompt("Song A", "Band B", "Album C", true)));
 }
 
 TEST_F(AIDJTest, GeminiIsRunWithItsArgumentsAndThePrompt)

@@ -15,7 +15,7 @@ namespace sonvara::test {
 class AppDelegateTest : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(desktop.platform);
 
     void launch() { delegate->applicationDidFinishLaunching(); }

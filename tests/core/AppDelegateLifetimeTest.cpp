@@ -111,7 +111,6 @@ TEST_F(AppDelegateTest, WithoutAnAnnouncerTheFaceStillFollowsThePlayer)
 int runMain()
 {
     FakeDesktop desktop;
-    desktop.log.reset();  // the entry makes its own
     desktop.application.whileRunning = [&desktop] {
         EXPECT_EQ(desktop.statusBar.state.itemsMade, 1);
         desktop.time.advance(3s);

@@ -54,14 +54,14 @@ TEST(ClockChangeTest, ADayForwardOrBackChangesNothing)
 TEST(ClockChangeTest, OnlyTheLogShowsTheTimeThatTheClockSays)
 {
     FakeDesktop desktop;
-    desktop.log->log("before", DJLog::Level::info);
+    DJLog::shared().log("before", DJLog::Level::info);
     desktop.time.setWallClockOffset(-24h);
-    desktop.log->log("after", DJLog::Level::info);
+    DJLog::shared().log("after", DJLog::Level::info);
     desktop.time.run();
-    const auto& entries = desktop.log->entries.get();
+    const auto& entries = DJLog::shared().entries.get();
     ASSERT_EQ(entries.size(), 2U);
-    EXPECT_EQ(entries[0].message, "before") << "the order is that of the events";
-    EXPECT_EQ(entries[0].date - entries[1].date, 24h);
+    EXPECT_EQ(entries[0]->message, "before") << "the order is that of the events";
+    EXPECT_EQ(entries[0]->date - entries[1]->date, 24h);
 }
 
 }  // namespace

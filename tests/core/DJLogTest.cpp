@@ -3,8 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <atomic>
+#include <barrier>
 #include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace sonvara::test {
@@ -17,12 +21,12 @@ using testing::IsEmpty;
 class DJLogTest : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
 
     [[nodiscard]] std::vector<std::string> messages() const
     {
         std::vector<std::string> found;
-        for (const auto& entry : log->entries.get()) found.push_back(entry.message);
+        for (const auto& entry : log->entries.get()) found.push_back(entry->message);
         return found;
     }
 };
@@ -32,11 +36,65 @@ TEST_F(DJLogTest, TheSharedLogIsTheOneInstance)
     EXPECT_EQ(&DJLog::shared(), log);
 }
 
-using DJLogDeathTest = DJLogTest;
-
-TEST_F(DJLogDeathTest, ASecondLogBesideTheSharedOneEndsTheProcess)
+TEST(DJLogSharedTest, IsMadeByItsFirstUseOnWhateverThread)
 {
-    EXPECT_DEATH((void)DJLog::makeShared(desktop.time, desktop.time), "");
+    FakeDesktop desktop;
+    constexpr int users = 8;
+    std::barrier begin(users);
+    std::array<DJLog*, users> found{};
+    std::vector<std::thread> threads;
+    for (auto& log : found) {
+        threads.emplace_back([&begin, &log] {
+            begin.arrive_and_wait();
+            log = &DJLog::shared();
+        });
+    }
+    for (auto& each : threads) each.join();
+    EXPECT_THAT(found, testing::Each(&DJLog::shared()));
+}
+
+TEST(DJLogSharedTest, RunsOnWhatWasSaidLastBeforeItsFirstUse)
+{
+    const FakeDesktop other;
+    FakeDesktop desktop;
+    DJLog::shared().log("first", DJLog::Level::info);
+    desktop.time.run();
+    EXPECT_EQ(DJLog::shared().entries.get().size(), 1U);
+}
+
+TEST_F(DJLogTest, PlainTextIsReadOnAnyThreadWhileTheLogChanges)
+{
+    std::atomic<int> reads = 0;
+    std::atomic<bool> isOver = false;
+    std::thread reader([&] {
+        while (!isOver) {
+            const auto text = log->plainText();
+            EXPECT_TRUE(text.empty() || text.starts_with("[14:03:27] INFO: entry")) << text;
+            EXPECT_FALSE(text.ends_with('\n')) << text;
+            ++reads;
+        }
+    });
+    for (int i = 0; i < 500; ++i) {
+        log->log("entry", DJLog::Level::info);
+        if (i % 100 == 99) log->clear();
+        desktop.time.run();
+        for (const int before = reads; i % 50 == 0 && reads == before;) std::this_thread::yield();
+    }
+    isOver = true;
+    reader.join();
+}
+
+TEST_F(DJLogTest, PlainTextIsOfTheEntriesThatTheLogHolds)
+{
+    std::vector<std::string> during;
+    const auto handle = log->entries.subscribe([&](const auto&) { during.push_back(log->plainText()); });
+    log->log("one", DJLog::Level::info);
+    desktop.time.run();
+    EXPECT_THAT(during, ElementsAre("", "")) << "a change is told before the log holds it";
+    EXPECT_EQ(log->plainText(), "[14:03:27] INFO: one");
+    log->clear();
+    desktop.time.run();
+    EXPECT_EQ(log->plainText(), "");
 }
 
 TEST_F(DJLogTest, EntriesAreAppendedInALaterTurn)
@@ -46,8 +104,8 @@ TEST_F(DJLogTest, EntriesAreAppendedInALaterTurn)
     log->log("second", DJLog::Level::error);
     desktop.time.run();
     EXPECT_THAT(messages(), ElementsAre("first", "second"));
-    EXPECT_EQ(log->entries.get()[1].level, DJLog::Level::error);
-    EXPECT_NE(log->entries.get()[0].id, log->entries.get()[1].id);
+    EXPECT_EQ(log->entries.get()[1]->level, DJLog::Level::error);
+    EXPECT_NE(log->entries.get()[0]->id, log->entries.get()[1]->id);
 }
 
 TEST_F(DJLogTest, TheTwoHundredAndFirstEntryPushesTheOldestOut)
@@ -55,8 +113,8 @@ TEST_F(DJLogTest, TheTwoHundredAndFirstEntryPushesTheOldestOut)
     for (int i = 1; i <= 201; ++i) log->log(std::to_string(i), DJLog::Level::info);
     desktop.time.run();
     EXPECT_EQ(log->entries.get().size(), 200U);
-    EXPECT_EQ(log->entries.get().front().message, "2");
-    EXPECT_EQ(log->entries.get().back().message, "201");
+    EXPECT_EQ(log->entries.get().front()->message, "2");
+    EXPECT_EQ(log->entries.get().back()->message, "201");
 }
 
 TEST_F(DJLogTest, UpToTwoHundredEntriesEachIsOnePublishedChange)
@@ -90,7 +148,7 @@ TEST_F(DJLogTest, RecordSpokenSetsTheLastChatBeforeItAddsTheEntry)
     desktop.time.run();
     EXPECT_EQ(log->lastChat.get(), "Up next.");
     EXPECT_THAT(messages(), ElementsAre("Spoke: Up next."));
-    EXPECT_EQ(log->entries.get()[0].level, DJLog::Level::info);
+    EXPECT_EQ(log->entries.get()[0]->level, DJLog::Level::info);
     EXPECT_THAT(entriesAtChat, ElementsAre(0U, 0U));
 }
 

@@ -62,7 +62,7 @@ const std::vector<HostileText> hostileTexts{
 class HostileMetadataTest : public testing::TestWithParam<std::size_t> {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(desktop.platform);
 
     HostileMetadataTest()

@@ -17,9 +17,9 @@ using testing::ElementsAre;
 class LogViewTest : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     bool isDismissed = false;
-    LogSheet sheet = makeLogView(desktop.platform, *log, [this] { isDismissed = true; });
+    LogSheet sheet = LogView(desktop.platform, *log, [this] { isDismissed = true; }).sheet();
 
     const PushButton& copy = sheet.buttons.at(0);
     const PushButton& clear = sheet.buttons.at(1);
@@ -71,7 +71,7 @@ TEST_F(LogViewTest, TheNewestEntryIsTheFirstRow)
     EXPECT_EQ(rows[0].message.text, "three");
     EXPECT_EQ(rows[0].time.text, "14:03:29");
     EXPECT_EQ(rows[2].message.text, "one");
-    EXPECT_EQ(rows[2].id, log->entries.get()[0].id);
+    EXPECT_EQ(rows[2].id, log->entries.get()[0]->id);
     EXPECT_TRUE(copy.isEnabled());
     EXPECT_TRUE(clear.isEnabled());
 }

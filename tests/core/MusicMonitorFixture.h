@@ -15,7 +15,7 @@ namespace sonvara::test {
 class MusicMonitorTest : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<MusicMonitor> monitor;
     std::vector<std::string> names;  // every published track name, after the first
     Subscription nameSubscription;

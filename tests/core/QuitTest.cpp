@@ -36,7 +36,6 @@ struct DeafMainQueue final : MainQueue {
 {
     static std::atomic<bool> isWriting = false;
     static auto& desktop = *new FakeDesktop;  // left behind, as what a busy worker uses must be
-    desktop.log.reset();
     desktop.environment.values["XCTestConfigurationFilePath"] =
         "";  // without the core: the log is what matters
     static auto& queue = *new DeafMainQueue;

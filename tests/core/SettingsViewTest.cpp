@@ -20,7 +20,7 @@ using testing::ElementsAre;
 class SettingsViewTest : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<const Form> form = SettingsView::create(desktop.platform)->form();
 
     template <typename Row>

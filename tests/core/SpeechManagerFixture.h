@@ -15,7 +15,7 @@ namespace sonvara::test {
 class SpeechManagerFixture : public testing::Test {
 protected:
     FakeDesktop desktop;
-    DJLog* log = desktop.log.get();
+    DJLog* log = &DJLog::shared();
     std::shared_ptr<SpeechManager> manager = SpeechManager::create(desktop.platform);
 
     SpeechManagerFixture() { desktop.players.music.isRunning = true; }

@@ -27,7 +27,7 @@ TEST_F(SpeechManagerTest, ANewTrackIsSpokenRecordedAndLoggedInPublic)
     EXPECT_THAT(line, EndsWith(" Song 1 by Artist A, from Album A. One of your favorites!"));
     EXPECT_EQ(log->lastChat.get(), line);
     ASSERT_EQ(log->entries.get().size(), 1U);
-    EXPECT_EQ(log->entries.get()[0].message, "Spoke: " + line);
+    EXPECT_EQ(log->entries.get()[0]->message, "Spoke: " + line);
     EXPECT_EQ(desktop.systemLog.messages.back().published, "Announcing: " + line);
 }
 

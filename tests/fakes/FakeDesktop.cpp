@@ -3,7 +3,10 @@
 
 namespace sonvara::test {
 
-FakeDesktop::FakeDesktop() = default;
+FakeDesktop::FakeDesktop()
+{
+    DJLog::setUp(time, time);
+}
 
 FakeDesktop::~FakeDesktop()
 {

@@ -7,14 +7,12 @@
 #include "fakes/FakeSystem.h"
 #include "fakes/FakeVoice.h"
 #include "fakes/VirtualTime.h"
-#include "log/DJLog.h"
+#include "log/DJLog.h"  // for the tests
 #include "ports/Platform.h"
-
-#include <memory>
 
 namespace sonvara::test {
 
-/// All ports, and the activity log. Objects of the core are made by the test and must go before it.
+/// All ports; the activity log runs on them. Objects of the core are made by the test and must go before it.
 struct FakeDesktop {
     VirtualTime time;
     FakePlayers players{time};
@@ -31,7 +29,6 @@ struct FakeDesktop {
     FakePasteboard pasteboard;
     FakeLoginItem loginItem;
     FakeApplication application;
-    std::unique_ptr<DJLog> log = DJLog::makeShared(time, time);
     Platform platform{
         .application = application,
         .mainQueue = time,

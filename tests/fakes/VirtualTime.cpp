@@ -175,11 +175,16 @@ WallTime VirtualTime::now() const
     return WallTime(startOfTime) + elapsed_ + wallOffset_;
 }
 
-TimeOfDay VirtualTime::local(WallTime time) const
+std::string VirtualTime::timeText(WallTime time) const
 {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time.time_since_epoch()).count();
-    const auto ofDay = static_cast<int>(seconds % 86'400);
-    return {ofDay / 3'600, ofDay / 60 % 60, ofDay % 60};
+    const auto ofDay = seconds % 86'400;
+    std::string text;
+    for (const auto part : {ofDay / 3'600, ofDay / 60 % 60, ofDay % 60}) {
+        if (!text.empty()) text += ':';
+        text += std::to_string(part / 10) + std::to_string(part % 10);
+    }
+    return text;
 }
 
 void VirtualTime::run()

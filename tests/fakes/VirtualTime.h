@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <random>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -37,7 +38,7 @@ public:
     void post(QualityOfService quality, Task task) override;
     std::shared_ptr<DelayedTask> postAfter(QualityOfService quality, Duration delay, Task task) override;
     [[nodiscard]] WallTime now() const override;
-    [[nodiscard]] TimeOfDay local(WallTime time) const override;
+    [[nodiscard]] std::string timeText(WallTime time) const override;
 
     /// Test: runs all that is due, without moving time.
     void run();

@@ -87,26 +87,31 @@ TEST(PosixEnvironmentTest, HoldsEveryVariable)
 
 TEST(PosixClockTest, GivesTheTimeOfDayInTheCurrentZone)
 {
-    const PosixClock clock;
+    const PosixClock clock("0");
     const auto time =
         WallTime(std::chrono::sys_days(std::chrono::January / 31 / 2024) + std::chrono::hours(21) +
                  std::chrono::minutes(5) + std::chrono::seconds(9) + std::chrono::milliseconds(999));
     const ScopedVariable zone("TZ", "UTC0");
-    const auto utc = clock.local(time);
-    EXPECT_EQ(utc.hour, 21);
-    EXPECT_EQ(utc.minute, 5);
-    EXPECT_EQ(utc.second, 9);
+    EXPECT_EQ(clock.timeText(time), "21:05:09");
     zone.set("TST-5:30");
-    const auto moved = clock.local(time);
-    EXPECT_EQ(moved.hour, 2);
-    EXPECT_EQ(moved.minute, 35);
-    EXPECT_EQ(moved.second, 9);
+    EXPECT_EQ(clock.timeText(time), "02:35:09");
+}
+
+TEST(PosixClockTest, WritesTheTimeInTheDigitsOfTheLocale)
+{
+    const ScopedVariable zone("TZ", "UTC0");
+    const auto time = WallTime(std::chrono::hours(23) + std::chrono::minutes(45) + std::chrono::seconds(6));
+    const auto written = [time](const char* zero) { return PosixClock(zero).timeText(time); };
+    EXPECT_EQ(written("\u0660"), "\u0662\u0663:\u0664\u0665:\u0660\u0666") << "Arabic";
+    EXPECT_EQ(written("\u0966"), "\u0968\u0969:\u096a\u096b:\u0966\u096c") << "Devanagari";
+    EXPECT_EQ(written("\U00011136"), "\U00011138\U00011139:\U0001113a\U0001113b:\U00011136\U0001113c")
+        << "Chakma";
 }
 
 TEST(PosixClockTest, NowIsTheSystemsTime)
 {
     const auto before = std::chrono::system_clock::now();
-    const auto now = PosixClock().now();
+    const auto now = PosixClock("0").now();
     EXPECT_LE(before, now);
     EXPECT_LE(now, std::chrono::system_clock::now());
 }

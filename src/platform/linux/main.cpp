@@ -1,4 +1,5 @@
 // The program on the Linux desktop: makes the ports, runs the application, and ends in time.
+#include "app/AppDelegate.h"
 #include "app/SonvaraApp.h"
 #include "platform/linux/players/MprisPlayers.h"
 #include "platform/linux/speech/SpeechDispatcherSynthesizer.h"
@@ -7,6 +8,7 @@
 #include "platform/linux/system/AutostartLoginItem.h"
 #include "platform/linux/system/IniUserDefaults.h"
 #include "platform/linux/system/JournalLog.h"
+#include "platform/linux/system/LocaleDigits.h"
 #include "platform/linux/system/QtApplication.h"
 #include "platform/linux/system/QtMainQueue.h"
 #include "platform/linux/system/QtPasteboard.h"
@@ -121,7 +123,7 @@ struct LinuxPorts {
     // again.
     void standInForTray()
     {
-        Logger(log, "StatusBar")
+        Logger(log, "Tray")
             .error({{"This desktop shows no tray: start the program again to come to its settings"}});
         workers.post(QualityOfService::utility, [this] {
             if (settingsShown.load()) return;
@@ -132,7 +134,7 @@ struct LinuxPorts {
 
     QtApplication& application;
     SystemLog& log;
-    PosixClock clock;
+    PosixClock clock{zeroDigit()};
     PosixEnvironment environment;
     PosixFileManager fileManager;
     PosixProcessLauncher processLauncher;
@@ -175,7 +177,7 @@ int main(int /*argc*/, char** argv)
     const auto bus = QDBusConnection::sessionBus();
     SingleInstance instance(bus, [&application] { application.reopen(); });
     // One that does nothing is not the DJ, and must not keep another from being it.
-    if (!SonvaraApp::isInert(PosixEnvironment()) && !instance.claim()) return EXIT_SUCCESS;
+    if (!AppDelegate::isInert(PosixEnvironment()) && !instance.claim()) return EXIT_SUCCESS;
 
     QApplication::setWindowIcon(applicationIcon(appIcon(32)));
     LinuxPorts ports(application, log, bus);

@@ -12,6 +12,7 @@
 #include "platform/macos/system/DispatchGlobalQueue.h"
 #include "platform/macos/system/DispatchMainQueue.h"
 #include "platform/macos/system/DispatchSerialQueue.h"
+#include "platform/macos/system/LocaleDigits.h"
 #include "platform/macos/system/ServiceLoginItem.h"
 #include "platform/macos/system/UnifiedLog.h"
 #include "platform/macos/system/Wakefulness.h"
@@ -54,7 +55,7 @@ int main()
     CocoaApplication application;
     DispatchMainQueue mainQueue;
     DispatchGlobalQueue globalQueue;
-    PosixClock clock;
+    PosixClock clock(zeroDigit());
     PosixEnvironment environment;
     PosixFileManager fileManager;
     PosixProcessLauncher processLauncher;

@@ -12,13 +12,28 @@
 extern char** environ;  // not declared by every system's headers
 
 namespace sonvara {
+namespace {
+
+/// A digit is `zero` with a greater last byte: the ten of every script are within one block of 64.
+std::string digit(int number, std::string zero)
+{
+    zero.back() = static_cast<char>(zero.back() + number);
+    return zero;
+}
+
+std::string twoDigits(int number, const std::string& zero)
+{
+    return digit(number / 10, zero) + digit(number % 10, zero);
+}
+
+}  // namespace
 
 WallTime PosixClock::now() const
 {
     return std::chrono::system_clock::now();
 }
 
-TimeOfDay PosixClock::local(WallTime time) const
+std::string PosixClock::timeText(WallTime time) const
 {
     // localtime_r need not notice that the user has moved to another zone; tzset does.
     ::tzset();
@@ -27,7 +42,8 @@ TimeOfDay PosixClock::local(WallTime time) const
         std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
     std::tm parts{};
     ::localtime_r(&seconds, &parts);
-    return {parts.tm_hour, parts.tm_min, parts.tm_sec};
+    return twoDigits(parts.tm_hour, zeroDigit_) + ':' + twoDigits(parts.tm_min, zeroDigit_) + ':' +
+           twoDigits(parts.tm_sec, zeroDigit_);
 }
 
 Variables PosixEnvironment::variables() const

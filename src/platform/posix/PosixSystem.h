@@ -3,12 +3,20 @@
 
 #include "ports/System.h"
 
+#include <string>
+#include <utility>
+
 namespace sonvara {
 
 class PosixClock final : public Clock {
 public:
+    /// `zeroDigit` is the zero of the user's locale, as UTF-8. The other digits follow it in Unicode.
+    explicit PosixClock(std::string zeroDigit) : zeroDigit_(std::move(zeroDigit)) {}
     [[nodiscard]] WallTime now() const override;
-    [[nodiscard]] TimeOfDay local(WallTime time) const override;
+    [[nodiscard]] std::string timeText(WallTime time) const override;
+
+private:
+    std::string zeroDigit_;
 };
 
 class PosixEnvironment final : public Environment {

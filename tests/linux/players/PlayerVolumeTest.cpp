@@ -51,7 +51,7 @@ protected:
     TemporaryFolder folder;
     SilentVoice voice;
     QtMainQueue mainQueue;
-    PosixClock clock;
+    PosixClock clock{"0"};
     PosixNoteStore notes{folder.path() + "/lowered-players"};
     WorkerPool workers;
     std::unique_ptr<VolumeGuard> guard;
