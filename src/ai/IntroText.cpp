@@ -36,11 +36,9 @@ std::string AIDJ::buildPrompt(std::string_view track, std::string_view artist, s
 
 std::string AIDJ::introLine(std::string_view output)
 {
-    const auto lastCharacter = output.find_last_not_of('\n');
-    if (lastCharacter == std::string_view::npos) return {};
-    output = output.substr(0, lastCharacter + 1);
-    const auto lineFeed = output.rfind('\n');
-    if (lineFeed != std::string_view::npos) output.remove_prefix(lineFeed + 1);
+    // Where none is found, the place after it is the beginning.
+    output = output.substr(0, output.find_last_not_of('\n') + 1);
+    output.remove_prefix(output.rfind('\n') + 1);
     return std::string(text::trim(output));
 }
 

@@ -49,8 +49,9 @@ TEST(AppIconTest, HasItsDiscInsideThePictureAndAroundTheRecord)
 {
     const auto icon = appIcon(180);
     const auto& disc = std::get<FillOval>(icon.steps[0]);
-    EXPECT_GE(disc.bounds.x, 0);
-    EXPECT_LE(disc.bounds.x + disc.bounds.width, icon.width);
+    for (const auto begin : {disc.bounds.x, disc.bounds.y}) EXPECT_NEAR(begin, 4, 1e-9);
+    for (const auto length : {disc.bounds.width, disc.bounds.height}) EXPECT_NEAR(length, 172, 1e-9);
+    EXPECT_EQ(disc.color.role, ColorRole::label);
     const auto& rim = std::get<StrokeOval>(icon.steps[1]);
     EXPECT_LT(disc.bounds.x, rim.bounds.x - rim.lineWidth / 2);
 }

@@ -214,6 +214,16 @@ TEST_F(DuckingTest, WithAIIntrosTheNextLineDucksAfresh)
     EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35", "Music=100", "Music?", "Music=35"));
 }
 
+TEST_F(DuckingTest, ADuckIsRecordedInATurnOfItsOwnAfterWhatIsDueAlready)
+{
+    report("Song 1");
+    // The third turn from now is the one in which the player is being lowered.
+    desktop.time.post(
+        [this] { desktop.time.post([this] { desktop.time.post([this] { manager->didFinish(); }); }); });
+    desktop.time.run();
+    EXPECT_THAT(volumeCommands(), ElementsAre("Music?", "Music=35")) << "the end came before the record";
+}
+
 TEST_F(DuckingTest, ALineThatEndsBeforeItsDuckIsRecordedLeavesThePlayerLoweredUntilTheNextEnd)
 {
     desktop.players.music.latency = 1s;

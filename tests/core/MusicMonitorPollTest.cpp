@@ -115,7 +115,7 @@ TEST_F(MusicMonitorTest, AScriptErrorIsLoggedWithItsDescription)
 TEST_F(MusicMonitorTest, AResultWithoutTextOrErrorAndAScriptThatCannotBeMadeAreSilent)
 {
     desktop.players.music.pollResult = ScriptResult{};
-    desktop.players.spotify.pollResult = ScriptResult{false, std::nullopt, std::nullopt, 0};
+    desktop.players.spotify.pollResult = ScriptResult{false, std::nullopt, "which nobody asks for", 0};
     start();
     desktop.time.run();
     EXPECT_THAT(errors(), IsEmpty());

@@ -45,6 +45,15 @@ end try)");
     EXPECT_EQ(spotifyPollScript().size(), 470U);
 }
 
+TEST(PlayerScriptsTest, AnswersAreTheWireFormat)
+{
+    EXPECT_STREQ(poll::notRunning, "notrunning");
+    EXPECT_STREQ(poll::failed, "error");
+    EXPECT_EQ(poll::write({"Song", "Artist", "Album", true, false}), "Song||Artist||Album||true||false");
+    EXPECT_EQ(poll::write({"Song", "Artist", "Album", false, true}), "Song||Artist||Album||false||true");
+    EXPECT_EQ(poll::write({"Song", "", "", false, std::nullopt}), "Song||||||false");
+}
+
 TEST(PlayerScriptsTest, VolumeCommandsAreTheWireFormat)
 {
     EXPECT_EQ(volumeScript({"Music", std::nullopt}), "tell application \"Music\" to get sound volume");
@@ -55,8 +64,9 @@ TEST(PlayerScriptsTest, VolumeCommandsAreTheWireFormat)
 
 TEST(PlayerScriptsTest, VolumeCommandsAreRecognised)
 {
-    for (const auto& command : {VolumeCommand{"Music", std::nullopt}, VolumeCommand{"Spotify", 0},
-                                VolumeCommand{"Music", 100}, VolumeCommand{"Any player", 7}}) {
+    for (const auto& command :
+         {VolumeCommand{"Music", std::nullopt}, VolumeCommand{"Spotify", 0}, VolumeCommand{"Music", 100},
+          VolumeCommand{"Any player", 7}, VolumeCommand{"Music", 99}}) {
         EXPECT_EQ(parseVolumeScript(volumeScript(command)), command);
     }
 }
@@ -64,7 +74,8 @@ TEST(PlayerScriptsTest, VolumeCommandsAreRecognised)
 TEST(PlayerScriptsTest, AnythingElseIsNoVolumeCommand)
 {
     const std::string set = "tell application \"Music\" to set sound volume to ";
-    for (const auto* number : {"", "-1", "+5", "05", "101", "1000", "5 ", "5.0", "x"}) {
+    for (const auto* number :
+         {"", "-1", "+5", "05", "101", "1000", "4294967301", "5 ", "5.0", "5:", "5/", "x"}) {
         EXPECT_EQ(parseVolumeScript(set + number), std::nullopt) << number;
     }
     EXPECT_EQ(parseVolumeScript(musicPollScript()), std::nullopt);

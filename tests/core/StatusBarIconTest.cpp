@@ -79,6 +79,19 @@ TEST_F(StatusBarControllerTest, IconsThatCannotBeRenderedLeaveTheNamedSymbol)
                 testing::Contains("Caching custom icons (playing: false, notPlaying: false)"));
 }
 
+TEST_F(StatusBarControllerTest, IconsThatCannotBeRenderedBringTheNamedSymbolBack)
+{
+    desktop.images.takes = 1s;
+    desktop.images.fails = true;
+    start();
+    controller->updateIcon(true);
+    desktop.time.run();
+    EXPECT_EQ(bar().button.symbol->accessibilityDescription, "");
+    desktop.time.advance(2s);
+    EXPECT_EQ(bar().button.symbol->name, "music.note");
+    EXPECT_EQ(bar().button.symbol->accessibilityDescription, "Sonvara");
+}
+
 TEST_F(StatusBarControllerTest, TheSameUpdateTwiceSetsAndLogsTwice)
 {
     start();

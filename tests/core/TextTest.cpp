@@ -86,7 +86,8 @@ TEST(TextTrimTest, RemovesTheSpaceThatHasNoWidth)
 
 TEST(TextTrimTest, KeepsWhatIsNoWhiteSpace)
 {
-    for (const std::string other : {"\u200c", "\u200d", "\u200e", "\u180e", "\u2060", "\ufeff", "\u001f"})
+    for (const std::string other : {"\x08", "\x0e", "\u0084", "\u0086", "\u200c", "\u200d", "\u200e",
+                                    "\u180e", "\u2060", "\ufeff", "\u001f"})
         EXPECT_EQ(text::trim(other), other);
     EXPECT_EQ(text::trim("  a b  "), "a b");
     EXPECT_EQ(text::trim(""), "");

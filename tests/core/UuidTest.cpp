@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace sonvara::test {
 namespace {
@@ -32,6 +33,19 @@ TEST(UuidTest, EveryOtherPlaceVaries)
             if (uuid[place] != first[place]) varied[place] = 'x';
     }
     EXPECT_EQ(varied, "xxxxxxxx-xxxx--xxx-xxxx-xxxxxxxxxxxx");
+}
+
+TEST(UuidTest, EachPlaceTakesEachOfItsDigits)
+{
+    std::vector<std::set<char>> seen(36);
+    for (int i = 0; i < 2000; ++i) {
+        const auto uuid = makeUuid();
+        for (std::size_t place = 0; place < uuid.size(); ++place) seen[place].insert(uuid[place]);
+    }
+    for (std::size_t place = 0; place < seen.size(); ++place) {
+        const bool isFixed = place == 8 || place == 13 || place == 14 || place == 18 || place == 23;
+        EXPECT_EQ(seen[place].size(), isFixed ? 1U : place == 19 ? 4U : 16U) << place;
+    }
 }
 
 }  // namespace

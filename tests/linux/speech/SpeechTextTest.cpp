@@ -1,7 +1,6 @@
 // The pure parts: the text of a line, its longest time, the language tag.
 #include "platform/linux/speech/LanguageTag.h"
 #include "platform/linux/speech/LineText.h"
-#include "support/SpeakingTime.h"
 #include "support/Text.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +8,6 @@
 #include <random>
 
 namespace sonvara::test {
-
-using std::chrono::milliseconds;
 
 TEST(LineTextTest, leavesTextAlone)
 {
@@ -53,14 +50,6 @@ TEST(LineTextTest, anyBytesBecomeOneLineOfText)
         EXPECT_EQ(spoken.find_first_of(std::string_view("\r\n\0", 3)), std::string::npos);
         EXPECT_EQ(spokenText(spoken), spoken);
     }
-}
-
-TEST(LineTextTest, timeGrowsWithWhatIsSpokenLong)
-{
-    const SpeakingTime time{milliseconds(1000), milliseconds(10), milliseconds(100)};
-    EXPECT_EQ(longestTime("", time), milliseconds(1000));
-    EXPECT_EQ(longestTime("abc d", time), milliseconds(1050));
-    EXPECT_EQ(longestTime("a99\xc3\xa9\xf0\x9f\x98\x80", time), milliseconds(1410));
 }
 
 TEST(LanguageTagTest, comesFromTheFirstVariableThatIsSet)
