@@ -1,4 +1,4 @@
-// The pure parts: the text of a line, its longest time, the language tag.
+// The pure parts: the text of a line, the language tag.
 #include "platform/linux/speech/LanguageTag.h"
 #include "platform/linux/speech/LineText.h"
 #include "support/Text.h"
