@@ -1,10 +1,13 @@
 #include "platform/linux/style/QtImageRenderer.h"
 
+#include "Difference.h"
+#include "helpers/PainterHook.h"
 #include "ui/StatusIcon.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <thread>
 
 namespace sonvara::test {
 
@@ -16,23 +19,6 @@ const RoleColors onDark = RoleColors::on(Qt::black, Qt::white);
 Drawing dotAt(double x, double y, DrawingColor color = {ColorRole::systemGreen, 1})
 {
     return {10, 10, false, {FillOval{{x - 2, y - 2, 4, 4}, color}}};
-}
-
-/// The largest difference of a channel between two pictures of one size.
-int difference(const QImage& a, const QImage& b)
-{
-    int largest = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const auto left = a.pixelColor(x, y).rgba64();
-            const auto right = b.pixelColor(x, y).rgba64();
-            largest = std::max({largest, std::abs(left.alpha8() - right.alpha8()),
-                                std::abs(left.red8() - right.red8()) * left.alpha8() / 255,
-                                std::abs(left.green8() - right.green8()) * left.alpha8() / 255,
-                                std::abs(left.blue8() - right.blue8()) * left.alpha8() / 255});
-        }
-    }
-    return largest;
 }
 
 struct Golden {
@@ -67,13 +53,23 @@ INSTANTIATE_TEST_SUITE_P(Sizes, StatusIconPictureTest,
                                          Golden{"playing-18", true, 18}, Golden{"playing-36", true, 36}),
                          [](const auto& test) { return QString(test.param.name).remove('-').toStdString(); });
 
-TEST(ImageRendererTest, KeepsTheDrawing)
+TEST(ImageRendererTest, DrawsAtAllSizesOnTheThreadThatAsks)
 {
-    const auto image = QtImageRenderer().render(statusIcon(true));
-    const auto* own = dynamic_cast<const QtImage*>(image.get());
-    ASSERT_NE(own, nullptr);
-    EXPECT_EQ(own->drawing().width, 18);
-    EXPECT_EQ(own->drawing().steps.size(), statusIcon(true).steps.size());
+    std::shared_ptr<const Image> image;
+    int painters = 0;
+    std::thread([&] {
+        image = QtImageRenderer().render(statusIcon(true));
+        painters = paintersOfThisThread();
+    }).join();
+    EXPECT_GE(painters, QtImage::sides.size());
+    const auto before = paintersOfThisThread();
+    const auto pictures = dynamic_cast<const QtImage&>(*image).colored(onLight);
+    EXPECT_EQ(paintersOfThisThread(), before) << "to colour is not to draw";
+    ASSERT_EQ(pictures.size(), static_cast<qsizetype>(QtImage::sides.size()));
+    for (qsizetype i = 0; i < pictures.size(); ++i) {
+        const int side = QtImage::sides[static_cast<std::size_t>(i)];
+        EXPECT_EQ(pictures[i], rasterize(statusIcon(true), {side, side}, onLight));
+    }
 }
 
 TEST(ImageRendererTest, MakesNothingOfNoArea)

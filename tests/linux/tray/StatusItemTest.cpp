@@ -1,10 +1,13 @@
 #include "MenuItems.h"
 #include "StatusItemFixture.h"
+#include "helpers/PainterHook.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
 #include <QMenu>
+
+#include <thread>
 
 namespace sonvara::test {
 
@@ -150,6 +153,31 @@ TEST_F(StatusItemTest, TintsATemplateByTheTheme)
     EXPECT_EQ(middle(watcher->pictures().first()), dark.color(QPalette::WindowText));
     EXPECT_NE(dark.color(QPalette::WindowText), before.color(QPalette::WindowText));
     QApplication::setPalette(before);
+}
+
+TEST_F(StatusItemTest, DrawsNothingWhenAnImageIsSwappedAndReadOrTheThemeChanges)
+{
+    std::shared_ptr<const Image> silent;
+    std::shared_ptr<const Image> playing;
+    std::thread([&] {
+        silent = QtImageRenderer().render(disc(ColorRole::label, true));
+        playing = QtImageRenderer().render(disc(ColorRole::systemGreen, false));
+    }).join();
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    item->button()->setImage(silent);
+    ASSERT_TRUE(isRegistered(1));
+    const auto painters = paintersOfThisThread();
+    const auto before = QApplication::palette();
+    for (const auto& theme : {before, QPalette(QColor(0x30, 0x30, 0x30))}) {
+        QApplication::setPalette(theme);
+        item->button()->setImage(silent);
+        EXPECT_EQ(middle(watcher->pictures().last()), theme.color(QPalette::WindowText));
+        item->button()->setImage(playing);
+        EXPECT_EQ(middle(watcher->pictures().last()), RoleColors::of(theme).systemGreen);
+    }
+    QApplication::setPalette(before);
+    EXPECT_EQ(paintersOfThisThread(), painters);
 }
 
 TEST_F(StatusItemTest, ShowsASymbol)

@@ -1,6 +1,6 @@
 #include "platform/linux/style/Icons.h"
 
-#include "platform/linux/style/SymbolIcons.h"
+#include "platform/linux/style/QtImageRenderer.h"
 
 #include <QIconEngine>
 #include <QPixmap>
@@ -11,51 +11,24 @@ namespace {
 
 class ScalableEngine final : public QIconEngine {
 public:
-    ScalableEngine(IconContent content, const RoleColors& colors)
-        : content_(std::move(content)),
-          colors_(colors)
-    {}
+    explicit ScalableEngine(const Drawing& drawing) : drawing_(drawing) {}
 
-    // An item in the tray is never greyed out, so mode and state do not matter.
+    // A window's icon is never greyed out, so mode and state do not matter.
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override
     {
-        paintIcon(*painter, content_, rect, colors_);
+        paintDrawing(*painter, drawing_, rect, applicationIconColors());
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override
     {
-        return QPixmap::fromImage(rasterize(content_, std::min(size.width(), size.height()), colors_));
+        return QPixmap::fromImage(rasterize(drawing_, size, applicationIconColors()));
     }
-    [[nodiscard]] QIconEngine* clone() const override { return new ScalableEngine(content_, colors_); }
+    [[nodiscard]] QIconEngine* clone() const override { return new ScalableEngine(drawing_); }
 
 private:
-    IconContent content_;
-    RoleColors colors_;
+    Drawing drawing_;
 };
 
 }  // namespace
-
-void paintIcon(QPainter& painter, const IconContent& content, const QRectF& target, const RoleColors& colors)
-{
-    if (const auto* image = std::get_if<std::shared_ptr<const QtImage>>(&content)) {
-        paintDrawing(painter, (*image)->drawing(), target, colors);
-    } else if (const auto* symbol = std::get_if<Symbol>(&content)) {
-        paintSymbol(painter, symbol->name, target, colors.label);
-    }
-}
-
-QImage rasterize(const IconContent& content, int side, const RoleColors& colors)
-{
-    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    paintIcon(painter, content, QRectF(0, 0, side, side), colors);
-    return image;
-}
-
-QIcon scalableIcon(const IconContent& content, const RoleColors& colors)
-{
-    return QIcon(new ScalableEngine(content, colors));
-}
 
 RoleColors applicationIconColors()
 {
@@ -67,7 +40,7 @@ RoleColors applicationIconColors()
 
 QIcon applicationIcon(const Drawing& drawing)
 {
-    return scalableIcon(std::make_shared<const QtImage>(drawing), applicationIconColors());
+    return QIcon(new ScalableEngine(drawing));
 }
 
 }  // namespace sonvara

@@ -105,11 +105,24 @@ void paintDrawing(QPainter& painter, const Drawing& drawing, const QRectF& targe
 
 QImage rasterize(const Drawing& drawing, QSize size, const RoleColors& colors)
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    paintDrawing(painter, drawing, QRectF(QPointF(), QSizeF(size)), colors);
-    return image;
+    return Stencil(drawing, size).colored(colors);
+}
+
+QtImage::QtImage(const Drawing& drawing)
+{
+    for (const int side : sides) stencils_.emplace_back(drawing, QSize(side, side));
+}
+
+QtImage::QtImage(const Symbol& symbol)
+{
+    for (const int side : sides) stencils_.emplace_back(symbol, QSize(side, side));
+}
+
+QList<QImage> QtImage::colored(const RoleColors& colors) const
+{
+    QList<QImage> pictures;
+    for (const auto& stencil : stencils_) pictures.append(stencil.colored(colors));
+    return pictures;
 }
 
 std::shared_ptr<const Image> QtImageRenderer::render(const Drawing& drawing)

@@ -1,26 +1,37 @@
 // Draws the core's vector pictures with QPainter.
 #pragma once
 
+#include "platform/linux/style/Stencil.h"
 #include "platform/linux/style/StylePalette.h"
 #include "ports/Image.h"
 
 #include <QImage>
+#include <QList>
 #include <QPainter>
 #include <QRectF>
 #include <QSize>
 
+#include <array>
 #include <memory>
+#include <vector>
 
 namespace sonvara {
 
-/// A picture kept as its shapes: the tray shows it at sizes and on colours that are known only later.
+/// A picture drawn at all sizes that a tray may ask for, ready for the colours, which may change.
 class QtImage final : public Image {
 public:
-    explicit QtImage(Drawing drawing) : drawing_(std::move(drawing)) {}
-    [[nodiscard]] const Drawing& drawing() const { return drawing_; }
+    /// In pixels: the usual sizes of panels (16, 18, 22, 24 and 32) at one, one and a half, two and three times.
+    static constexpr std::array sides{16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
+
+    /// Draws it now. Any thread.
+    explicit QtImage(const Drawing& drawing);
+    explicit QtImage(const Symbol& symbol);
+
+    /// One square picture for each of `sides`. Any thread.
+    [[nodiscard]] QList<QImage> colored(const RoleColors& colors) const;
 
 private:
-    Drawing drawing_;
+    std::vector<Stencil> stencils_;
 };
 
 /// Paints `drawing` as large as fits into the middle of `target`. A template takes `colors.label` for
@@ -32,7 +43,7 @@ void paintDrawing(QPainter& painter, const Drawing& drawing, const QRectF& targe
 
 class QtImageRenderer final : public ImageRenderer {
 public:
-    /// Nothing when the drawing has no area.
+    /// Draws the picture before it returns; nothing when the drawing has no area.
     [[nodiscard]] std::shared_ptr<const Image> render(const Drawing& drawing) override;
 };
 

@@ -34,15 +34,15 @@ QColor mixed(const QColor& over, const QColor& under, double share)
                             channel(over.blueF(), under.blueF()));
 }
 
-QColor RoleColors::operator[](ColorRole role) const
+QColor RoleColors::* RoleColors::member(ColorRole role)
 {
     switch (role) {
-    case ColorRole::label: return label;
-    case ColorRole::secondaryLabel: return secondaryLabel;
-    case ColorRole::systemGreen: return systemGreen;
-    case ColorRole::systemOrange: return systemOrange;
+    case ColorRole::secondaryLabel: return &RoleColors::secondaryLabel;
+    case ColorRole::systemGreen: return &RoleColors::systemGreen;
+    case ColorRole::systemOrange: return &RoleColors::systemOrange;
+    case ColorRole::label: break;
     }
-    return label;
+    return &RoleColors::label;
 }
 
 RoleColors RoleColors::on(const QColor& background, const QColor& text)

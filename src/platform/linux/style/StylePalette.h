@@ -18,7 +18,11 @@ struct RoleColors {
     /// Drawn around what takes the label's colour; invalid for nothing, as where the surroundings are known.
     QColor halo{};
 
-    [[nodiscard]] QColor operator[](ColorRole role) const;
+    friend bool operator==(const RoleColors&, const RoleColors&) = default;
+
+    /// Which of the colours is a role's.
+    [[nodiscard]] static QColor RoleColors::* member(ColorRole role);
+    [[nodiscard]] QColor operator[](ColorRole role) const { return this->*member(role); }
 
     /// Colours that read well on `background`, with `text` as its usual text colour.
     [[nodiscard]] static RoleColors on(const QColor& background, const QColor& text);

@@ -2,32 +2,38 @@
 
 #include "platform/linux/tray/PanelColors.h"
 #include "platform/linux/tray/QtStatusMenu.h"
-#include "platform/linux/tray/StatusNotifierItem.h"
 #include "platform/linux/tray/TrayHostWatcher.h"
 #include "platform/linux/tray/XEmbedIcon.h"
 
 #include <QGuiApplication>
+#include <QPixmap>
 #include <QTimer>
-
-#include <array>
 
 namespace sonvara {
 
 namespace {
 
-/// In pixels: the usual sizes of panels (16, 18, 22, 24 and 32) at one, one and a half, two and three times.
-constexpr std::array pictureSizes{16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
-
-NotifierImageList notifierImages(const IconContent& content, const RoleColors& colors)
+NotifierImageList notifierImages(const QList<QImage>& pictures)
 {
     NotifierImageList images;
-    for (const int side : pictureSizes) images.append(NotifierImage::of(rasterize(content, side, colors)));
+    for (const auto& picture : pictures) images.append(NotifierImage::of(picture));
     return images;
+}
+
+QIcon iconOf(const QList<QImage>& pictures)
+{
+    QIcon icon;
+    for (const auto& picture : pictures) icon.addPixmap(QPixmap::fromImage(picture));
+    return icon;
 }
 
 }  // namespace
 
-QtStatusItem::QtStatusItem(TrayHostWatcher& host, PanelColors& colors) : host_(host), colors_(colors)
+QtStatusItem::QtStatusItem(TrayHostWatcher& host, PanelColors& colors)
+    : host_(host),
+      colors_(colors),
+      hostPictures_(notifierImages),
+      icons_(iconOf)
 {
     connect(&host_, &TrayHostWatcher::notifierHostChanged, this, &QtStatusItem::rebuild);
     connect(&colors_, &PanelColors::changed, this, &QtStatusItem::showContent);
@@ -74,7 +80,7 @@ void QtStatusItem::rebuild()
     if (!isVisible_ || !host_.hasNotifierHost()) return;
     if (*host_.hasNotifierHost()) {
         notifier_ = std::make_unique<StatusNotifierItem>(
-            [this] { return notifierImages(content_, colors_.colors()); }, menu_);
+            [this] { return hostPictures_.get(content_, colors_.colors()); }, menu_);
         connect(notifier_.get(), &StatusNotifierItem::refused, &host_, &TrayHostWatcher::refuse,
                 Qt::QueuedConnection);  // it drops the item
     } else if (QGuiApplication::platformName() == QLatin1String("xcb")) {
@@ -87,7 +93,7 @@ void QtStatusItem::rebuild()
 void QtStatusItem::showContent()
 {
     if (notifier_) notifier_->updateIcon();
-    if (embedded_) embedded_->setContent(content_, colors_.colors());
+    if (embedded_) embedded_->setIcon(icons_.get(content_, colors_.colors()));
 }
 
 }  // namespace sonvara

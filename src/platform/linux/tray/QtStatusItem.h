@@ -1,9 +1,11 @@
 // The tray item, in whatever kind of tray the desktop has at the moment.
 #pragma once
 
-#include "platform/linux/style/Icons.h"
+#include "platform/linux/tray/IconCache.h"
+#include "platform/linux/tray/StatusNotifierItem.h"
 #include "ports/StatusBar.h"
 
+#include <QIcon>
 #include <QObject>
 
 #include <memory>
@@ -12,7 +14,6 @@ namespace sonvara {
 
 class PanelColors;
 class QtStatusMenu;
-class StatusNotifierItem;
 class TrayHostWatcher;
 class XEmbedIcon;
 
@@ -41,6 +42,8 @@ private:
     bool isVisible_ = true;
     QtStatusMenu* menu_ = nullptr;
     IconContent content_;
+    IconCache<NotifierImageList> hostPictures_;  // of either kind of tray
+    IconCache<QIcon> icons_;
     std::unique_ptr<StatusNotifierItem> notifier_;
     std::unique_ptr<XEmbedIcon> embedded_;
 };

@@ -106,6 +106,9 @@ StatusNotifierItem::StatusNotifierItem(Pictures pictures, QtStatusMenu* menu)
 
 StatusNotifierItem::~StatusNotifierItem()
 {
+    // The connection is closed by the bus's own thread, later, which would look at what is registered there.
+    bus_.unregisterObject(itemPath);
+    bus_.unregisterObject(menuPath);
     QDBusConnection::disconnectFromBus(bus_.name());
 }
 

@@ -24,9 +24,9 @@ XEmbedIcon::~XEmbedIcon()
     icon_.setContextMenu(nullptr);
 }
 
-void XEmbedIcon::setContent(const IconContent& content, const RoleColors& colors)
+void XEmbedIcon::setIcon(const QIcon& icon)
 {
-    icon_.setIcon(scalableIcon(content, colors));
+    icon_.setIcon(icon);
     icon_.show();
 }
 

@@ -1,8 +1,7 @@
 // The tray item as an X window inside the panel, for a tray of the older kind.
 #pragma once
 
-#include "platform/linux/style/Icons.h"
-
+#include <QIcon>
 #include <QSystemTrayIcon>
 
 #include <memory>
@@ -20,7 +19,7 @@ public:
     explicit XEmbedIcon(QtStatusMenu* menu);
     ~XEmbedIcon();
 
-    void setContent(const IconContent& content, const RoleColors& colors);
+    void setIcon(const QIcon& icon);
 
 private:
     QSystemTrayIcon icon_;
