@@ -9,14 +9,14 @@ namespace sonvara {
 namespace {
 
 constexpr int inset = 10;
-constexpr int rowGap = 11;  // the line runs in its middle
+constexpr int rowGap = 8;  // the line runs in its middle
 constexpr double cornerRadius = 7;
 
 }  // namespace
 
 SectionCard::SectionCard(QWidget* parent) : QWidget(parent), layout_(new QVBoxLayout(this))
 {
-    layout_->setContentsMargins(inset, rowGap / 2 + 1, inset, rowGap / 2 + 1);
+    layout_->setContentsMargins(inset, rowGap / 2, inset, rowGap / 2);
     layout_->setSpacing(rowGap);
 }
 
