@@ -10,6 +10,7 @@ from scenario import PROGRAM
 from desktop.accessibility import Accessibility
 from desktop.processes import wait_until
 from desktop.screen import Screen
+from desktop.scripted_player import ScriptedPlayer
 from desktop.session import PrivateDesktop
 from desktop.tray import TrayItem
 
@@ -98,6 +99,22 @@ class Windows(unittest.TestCase):
         Screen(self.desktop).press("Escape")
         wait_until("the closed log", lambda: not self.windows.is_shown("push button", "Done"))
         self.assertTrue(self.windows.is_shown("frame", SETTINGS))
+
+    def test_the_log_is_read_by_a_screen_reader_and_copied_by_the_keys(self):
+        self.start()
+        player = ScriptedPlayer(self.desktop)
+        self.addCleanup(player.kill)
+        player.play("Night Bus", "Ada & the Engines")
+        self.open_settings()
+        self.windows.find("push button", "View log (1)").press()
+        log = self.windows.find("list", "Diagnostics Log")
+        self.assertRegex(log.children()[0].name(), r"^\d\d:\d\d:\d\d Spoke: .* Night Bus by Ada & the Engines\.$")
+        screen = Screen(self.desktop)
+        screen.window("Diagnostics Log")
+        screen.press("shift+Tab", "ctrl+c")  # from the first button round to the list
+        wait_until("the whole entry", lambda: screen.clipboard().endswith("Night Bus by Ada & the Engines."))
+        screen.press("Return", "End", "ctrl+shift+Left", "ctrl+shift+Left", "ctrl+c")
+        wait_until("the part", lambda: screen.clipboard() == "Engines.")
 
     def windows_named(self, name, *options):
         """Windows come and go while they are looked for, and none is an error to the searcher."""

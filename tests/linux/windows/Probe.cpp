@@ -2,17 +2,20 @@
 #include "windows/Probe.h"
 
 #include "helpers/EventLoop.h"
+#include "platform/linux/style/StylePalette.h"
 #include "platform/linux/windows/FormComboBox.h"
 #include "platform/linux/windows/LogDialog.h"
+#include "platform/linux/windows/LogListView.h"
 #include "platform/linux/windows/LogMessageView.h"
+#include "platform/linux/windows/LogModel.h"
 #include "platform/linux/windows/QtWindows.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <string_view>
@@ -51,8 +54,6 @@ QWidget* windowAt(const std::string& place)
 /// What a widget shows as text that is no control's title.
 std::optional<std::string> textOf(const QWidget& widget)
 {
-    if (const auto* message = qobject_cast<const LogMessageView*>(&widget))
-        return message->toPlainText().toStdString();
     const auto* label = qobject_cast<const QLabel*>(&widget);
     if (label == nullptr) return std::nullopt;
     // One with a buddy marks the key that leads there.
@@ -86,6 +87,39 @@ QAbstractButton* buttonWith(const std::string& place, const std::string& title)
     const auto found = std::ranges::find_if(
         buttons, [&title](const auto* each) { return each->accessibleName().toStdString() == title; });
     return found == buttons.end() ? nullptr : *found;
+}
+
+LogListView* logIn(const std::string& place)
+{
+    runEvents();  // its rows' places
+    const auto lists = visible<LogListView>(place);
+    return lists.empty() ? nullptr : lists.front();
+}
+
+/// The first row of a log with this time or message.
+QModelIndex rowWith(const LogListView& list, const std::string& text)
+{
+    for (int i = 0; i < list.rows().rowCount(); ++i) {
+        const auto index = list.rows().index(i);
+        const auto& row = list.rows().row(index);
+        if (row.message.text == text || row.time.text == text) return index;
+    }
+    return {};
+}
+
+bool isRowWhole(const LogListView& list, const QModelIndex& index)
+{
+    const auto& row = list.rows().row(index);
+    const auto place = list.parts(index);
+    QTextDocument message;
+    setUpMessage(message, row.message);
+    message.setTextWidth(place.message.width());
+    const QFontMetrics time(roleFont(row.time.font));
+    return place.message.height() >= message.size().height() &&
+           place.message.right() < list.viewport()->width() &&
+           place.time.width() >= time.horizontalAdvance(QString::fromStdString(row.time.text)) &&
+           place.time.height() >= time.height() && place.time.right() < place.symbol.left() &&
+           place.symbol.right() < place.message.left();
 }
 
 }  // namespace
@@ -149,17 +183,27 @@ std::vector<std::string> texts(const std::string& place)
     std::vector<std::string> found;
     for (const auto* widget : visible<QWidget>(place)) {
         if (auto text = textOf(*widget)) found.push_back(std::move(*text));
+        const auto* list = qobject_cast<const LogListView*>(widget);
+        for (int i = 0; list != nullptr && i < list->rows().rowCount(); ++i) {
+            const auto& row = list->rows().row(list->rows().index(i));
+            found.insert(found.end(), {row.time.text, row.message.text});
+        }
     }
     return found;
 }
 
 bool hasText(const std::string& place, const std::string& text)
 {
-    return widgetWith(place, text) != nullptr;
+    const auto* list = logIn(place);
+    return (list != nullptr && rowWith(*list, text).isValid()) || widgetWith(place, text) != nullptr;
 }
 
 bool isWhole(const std::string& place, const std::string& text)
 {
+    if (const auto* list = logIn(place)) {
+        const auto row = rowWith(*list, text);
+        if (row.isValid()) return isRowWhole(*list, row);
+    }
     const auto* widget = widgetWith(place, text);
     if (widget == nullptr) return false;
     if (widget->hasHeightForWidth()) return widget->heightForWidth(widget->width()) <= widget->height();
@@ -168,16 +212,18 @@ bool isWhole(const std::string& place, const std::string& text)
 
 double placeInSight(const std::string& place, const std::string& text)
 {
-    const auto* widget = widgetWith(place, text);
-    const auto* around = widget->parentWidget();
-    while (qobject_cast<const QScrollArea*>(around) == nullptr) around = around->parentWidget();
-    return widget->mapTo(around, QPoint()).y();
+    const auto* list = logIn(place);
+    return list->parts(rowWith(*list, text)).message.top();
 }
 
 bool isSelectable(const std::string& place, const std::string& text)
 {
-    const auto* message = qobject_cast<LogMessageView*>(widgetWith(place, text));
-    return message != nullptr && message->textInteractionFlags().testFlag(Qt::TextSelectableByMouse);
+    const auto* list = logIn(place);
+    const auto message = list->parts(rowWith(*list, text)).message;
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, message.topLeft() + QPoint(4, 4));
+    const auto* opened = list->findChild<LogMessageView*>();
+    return opened != nullptr && opened->textCursor().hasSelection() &&
+           text.starts_with(opened->textCursor().selectedText().toStdString());
 }
 
 std::optional<ButtonState> button(const std::string& place, const std::string& title)
@@ -211,8 +257,7 @@ void choose(const std::string& place, int option)
 
 void scrollToEnd(const std::string& place)
 {
-    runEvents();
-    auto* bar = visible<QScrollArea>(place).front()->verticalScrollBar();
+    auto* bar = logIn(place)->verticalScrollBar();
     bar->setValue(bar->maximum());
 }
 

@@ -74,9 +74,9 @@ void LogDialog::addButton(QHBoxLayout& header, const PushButton& button, Mnemoni
 
 void LogDialog::refresh()
 {
-    const auto rows = sheet_.rows();
-    list_->setRows(rows);
+    auto rows = sheet_.rows();
     pages_->setCurrentWidget(rows.empty() ? empty_ : list_);
+    list_->setRows(std::move(rows));
     for (auto* button : buttons_) button->refresh();
 }
 

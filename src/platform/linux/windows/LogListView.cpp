@@ -1,117 +1,148 @@
 #include "platform/linux/windows/LogListView.h"
 
-#include "platform/linux/style/StyledLabel.h"
-#include "platform/linux/style/SymbolView.h"
+#include "platform/linux/style/ThemeWatcher.h"
 #include "platform/linux/windows/LogMessageView.h"
+#include "platform/linux/windows/LogModel.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
-
-#include <algorithm>
+#include <QTextCursor>
 
 namespace sonvara {
 
-namespace {
-
-constexpr int padding = 16;
-
-}  // namespace
-
-/// Time and symbol at the top, the message beside them.
-class LogRowView final : public QWidget {
-public:
-    LogRowView(const LogRow& row, int spacing) : id_(row.id), message_(new LogMessageView(row.message))
-    {
-        auto* line = new QHBoxLayout(this);
-        line->setContentsMargins(0, 0, 0, 0);
-        line->setSpacing(spacing);
-        line->addWidget(new StyledLabel(row.time), 0, Qt::AlignTop);
-        line->addWidget(new SymbolView(row.symbol, row.symbolFont, row.symbolColor), 0, Qt::AlignTop);
-        line->addWidget(message_, 1);
-    }
-
-    [[nodiscard]] const std::string& id() const { return id_; }
-    [[nodiscard]] bool hasSelection() const { return message_->textCursor().hasSelection(); }
-
-private:
-    std::string id_;
-    LogMessageView* message_;
-};
-
 LogListView::LogListView(int rowSpacing, int columnSpacing, QWidget* parent)
-    : QScrollArea(parent),
-      columnSpacing_(columnSpacing)
+    : QListView(parent),
+      model_(new LogModel(this)),
+      delegate_(new LogRowDelegate(rowSpacing, columnSpacing, *this))
 {
-    auto* content = new QWidget;
-    column_ = new QVBoxLayout(content);
-    column_->setContentsMargins(padding, padding, padding, padding);
-    column_->setSpacing(rowSpacing);
-    column_->addStretch(1);
-    setWidget(content);
-    setWidgetResizable(true);
+    setModel(model_);
+    setItemDelegate(delegate_);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    setFocusPolicy(Qt::StrongFocus);  // the arrow keys scroll
+    setVerticalScrollMode(ScrollPerPixel);
+    setResizeMode(Adjust);
+    viewport()->setBackgroundRole(QPalette::Window);
+    viewport()->setMouseTracking(true);  // the pointer tells where text can be selected
+    connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &LogListView::doItemsLayout);
 }
 
-void LogListView::setRows(const std::vector<LogRow>& rows)
+void LogListView::setRows(std::vector<LogRow> rows)
 {
     const auto place = readersPlace();
-    update(rows);
+    setAutoScroll(false);  // the row that is chosen may go, and another is chosen then
+    model_->setRows(std::move(rows));
+    setAutoScroll(true);
     restore(place);
+}
+
+LogRowDelegate::Parts LogListView::parts(const QModelIndex& index) const
+{
+    return delegate_->parts(visualRect(index), index);
 }
 
 LogListView::Place LogListView::readersPlace() const
 {
-    const int top = verticalScrollBar()->value();
-    const bool selects = std::ranges::any_of(rows_, [](const auto* row) { return row->hasSelection(); });
-    if (top == 0 && !selects) return {};
-    const auto first =
-        std::ranges::find_if(rows_, [top](const auto* row) { return row->geometry().bottom() >= top; });
-    if (first == rows_.end()) return {};
-    return {*first, (*first)->y() - top};
+    const bool selects = message_ && message_->textCursor().hasSelection();
+    if (verticalScrollBar()->value() == 0 && !selects) return {};
+    const auto first = indexAt(QPoint(0, 0));
+    if (!first.isValid()) return {};
+    return {first, parts(first).message.top()};
 }
 
 void LogListView::restore(const Place& place)
 {
-    if (!place.row) return;
-    // At once, not with the next event: the reader would see the rows jump.
-    auto* content = widget();
-    column_->invalidate();
-    content->resize(content->width(),
-                    std::max(viewport()->height(), column_->totalHeightForWidth(content->width())));
-    column_->activate();
-    verticalScrollBar()->setRange(0, std::max(0, content->height() - viewport()->height()));
-    verticalScrollBar()->setValue(place.row->y() - place.offset);
+    if (!place.row.isValid()) return;
+    doItemsLayout();  // at once, not with the next event: the reader would see the rows jump
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + parts(place.row).message.top() - place.top);
 }
 
-void LogListView::update(const std::vector<LogRow>& rows)
+QModelIndex LogListView::messageAt(QPoint place) const
 {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (dropUntil(i, rows[i].id)) continue;
-        auto* row = new LogRowView(rows[i], columnSpacing_);
-        rows_.insert(rows_.begin() + static_cast<std::ptrdiff_t>(i), row);
-        column_->insertWidget(static_cast<int>(i), row);
-        row->show();
+    const auto index = indexAt(place);
+    return index.isValid() && parts(index).message.contains(place) ? index : QModelIndex();
+}
+
+LogMessageView* LogListView::openCurrent(Qt::FocusReason reason)
+{
+    openPersistentEditor(currentIndex());
+    message_ = qobject_cast<LogMessageView*>(indexWidget(currentIndex()));
+    message_->setFocus(reason);
+    return message_;
+}
+
+void LogListView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    closePersistentEditor(previous);
+    QListView::currentChanged(current, previous);
+}
+
+void LogListView::choose(const QModelIndex& index)
+{
+    setAutoScroll(false);
+    setCurrentIndex(index);
+    setAutoScroll(true);
+}
+
+// A message has no widget before it is pressed, so the first press comes here, with what belongs to it.
+bool LogListView::viewportEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: return press(static_cast<QMouseEvent&>(*event));
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease: {
+        const auto& mouse = static_cast<QMouseEvent&>(*event);
+        const bool isText = messageAt(mouse.position().toPoint()).isValid();
+        viewport()->setCursor(isText ? Qt::IBeamCursor : Qt::ArrowCursor);
+        passOn(mouse);
+        if (mouse.buttons() == Qt::NoButton) isSelecting_ = false;
+        return true;
     }
-    dropFrom(rows.size());
+    case QEvent::ContextMenu: {
+        const auto& menu = static_cast<QContextMenuEvent&>(*event);
+        const auto index = menu.reason() == QContextMenuEvent::Mouse ? messageAt(menu.pos()) : currentIndex();
+        if (!index.isValid()) return true;
+        choose(index);
+        auto* const target = openCurrent(Qt::OtherFocusReason)->viewport();
+        QContextMenuEvent there(menu.reason(), target->mapFromGlobal(menu.globalPos()), menu.globalPos());
+        return QCoreApplication::sendEvent(target, &there);
+    }
+    default: return QListView::viewportEvent(event);
+    }
 }
 
-/// Drops the rows before the one called `id`, if it is at `position` or later; says whether it is.
-bool LogListView::dropUntil(std::size_t position, const std::string& id)
+bool LogListView::press(const QMouseEvent& event)
 {
-    const auto begin = rows_.begin() + static_cast<std::ptrdiff_t>(position);
-    const auto found = std::find_if(begin, rows_.end(), [&id](const auto* row) { return row->id() == id; });
-    if (found == rows_.end()) return false;
-    std::for_each(begin, found, [](auto* row) { delete row; });
-    rows_.erase(begin, found);
+    const auto index = messageAt(event.position().toPoint());
+    if (!index.isValid()) return true;
+    choose(index);
+    openCurrent(Qt::MouseFocusReason);
+    isSelecting_ = true;
+    passOn(event);
     return true;
 }
 
-void LogListView::dropFrom(std::size_t position)
+void LogListView::passOn(const QMouseEvent& event)
 {
-    for (auto i = position; i < rows_.size(); ++i) delete rows_[i];
-    rows_.resize(std::min(position, rows_.size()));
+    if (!isSelecting_ || !message_) return;
+    auto* const target = message_->viewport();
+    QMouseEvent there(event.type(), target->mapFrom(viewport(), event.position()), event.scenePosition(),
+                      event.globalPosition(), event.button(), event.buttons(), event.modifiers());
+    QCoreApplication::sendEvent(target, &there);
+}
+
+void LogListView::keyPressEvent(QKeyEvent* event)
+{
+    const bool opens = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (opens && currentIndex().isValid()) {
+        openCurrent(Qt::OtherFocusReason);
+    } else {
+        QListView::keyPressEvent(event);
+    }
 }
 
 }  // namespace sonvara

@@ -7,11 +7,21 @@
 #include <QFocusEvent>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextOption>
 #include <QWheelEvent>
 
-#include <cmath>
-
 namespace sonvara {
+
+void setUpMessage(QTextDocument& document, const StyledText& text)
+{
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    document.setUndoRedoEnabled(false);
+    document.setDefaultTextOption(option);
+    document.setDefaultFont(roleFont(text.font));
+    document.setDocumentMargin(0);
+    document.setPlainText(QString::fromStdString(text.text));
+}
 
 LogMessageView::LogMessageView(const StyledText& text, QWidget* parent)
     : QTextEdit(parent),
@@ -21,34 +31,19 @@ LogMessageView::LogMessageView(const StyledText& text, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setTextInteractionFlags(Qt::TextSelectableByMouse);
-    setFocusPolicy(Qt::ClickFocus);  // hundreds of messages are no stops on the way of the Tab key
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setFocusPolicy(Qt::ClickFocus);  // the list is the stop on the way of the Tab key
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     viewport()->setAutoFillBackground(false);
     viewport()->setCursor(Qt::IBeamCursor);
-    auto policy = QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    policy.setHeightForWidth(true);
-    setSizePolicy(policy);
-    document()->setDocumentMargin(0);
     applyRoles();
-    setPlainText(QString::fromStdString(text.text));
+    setUpMessage(*document(), text);
+    moveCursor(QTextCursor::Start);
     setAccessibleName(QString::fromStdString(text.text));
     connect(&ThemeWatcher::instance(), &ThemeWatcher::changed, this, &LogMessageView::applyRoles);
 }
 
-// Measured in a document of its own: the one on the screen goes back to the width of the screen at once.
-int LogMessageView::heightForWidth(int width) const
-{
-    QTextDocument measured;
-    measured.setDefaultFont(font());
-    measured.setDefaultTextOption(document()->defaultTextOption());
-    measured.setDocumentMargin(document()->documentMargin());
-    measured.setPlainText(toPlainText());
-    measured.setTextWidth(width);
-    return static_cast<int>(std::ceil(measured.size().height()));
-}
-
-// A text without the keyboard keeps its selection, but only one text at a time has one.
+// A text without the keyboard keeps its selection until the mouse is pressed elsewhere.
 void LogMessageView::focusOutEvent(QFocusEvent* event)
 {
     QTextEdit::focusOutEvent(event);
@@ -66,7 +61,6 @@ void LogMessageView::wheelEvent(QWheelEvent* event)
 void LogMessageView::applyRoles()
 {
     setFont(roleFont(font_));
-    updateGeometry();
     auto colors = QApplication::palette();
     colors.setColor(QPalette::Text, RoleColors::of(colors)[color_]);
     setPalette(colors);

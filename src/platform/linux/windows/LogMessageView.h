@@ -1,23 +1,24 @@
-// A message of the log whose text can be selected.
+// A message of the log, and the widget that selects in it.
 #pragma once
 
 #include "ports/Style.h"
 
 #include <QTextEdit>
 
+class QTextDocument;
+
 namespace sonvara {
 
-/// As high as its text at the width it is given; a word that is too long for a line is broken.
+/// Makes `document` hold `text` as the log shows it: without a margin, a word that is too long for a line broken.
+/// Main thread.
+void setUpMessage(QTextDocument& document, const StyledText& text);
+
+/// Shows what `setUpMessage` does, and lets it be selected by the mouse and by the keys, and copied. Main thread.
 class LogMessageView final : public QTextEdit {
     Q_OBJECT
 
 public:
     explicit LogMessageView(const StyledText& text, QWidget* parent = nullptr);
-
-    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
-    [[nodiscard]] int heightForWidth(int width) const override;
-    [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {0, fontMetrics().height()}; }
 
 protected:
     void focusOutEvent(QFocusEvent* event) override;
