@@ -88,7 +88,6 @@ TEST_F(MprisPlayersTest, OfTwoProgramsTheOneThatPlaysIsMeant)
     postsUntil(1);
     vlc.say("Two");
     postsUntil(2);
-    EXPECT_EQ(pollMusic(), "Two||Artist||Album||true||false");
     vlc.say("pause");
     EXPECT_EQ(postsUntil(3), (Posts{"Music Playing One/Artist/Album", "Music Playing Two/Artist/Album",
                                     "Music Playing One/Artist/Album"}));
@@ -96,6 +95,8 @@ TEST_F(MprisPlayersTest, OfTwoProgramsTheOneThatPlaysIsMeant)
     EXPECT_EQ(postsUntil(4).back(), "Music Paused One/Artist/Album");
     rhythmbox.quit();
     EXPECT_EQ(postsUntil(5).back(), "Music Paused Two/Artist/Album");
+    // Not before: an answer to its question that is older than a pause may be read after it.
+    EXPECT_EQ(pollMusic(), "Two||Artist||Album||false||false");
 }
 
 TEST_F(MprisPlayersTest, SignalsOfProgramsThatAreNoPlayersAreNotHeard)

@@ -5,13 +5,15 @@
 #include <QIconEngine>
 #include <QPixmap>
 
+#include <utility>
+
 namespace sonvara {
 
 namespace {
 
 class ScalableEngine final : public QIconEngine {
 public:
-    explicit ScalableEngine(const Drawing& drawing) : drawing_(drawing) {}
+    explicit ScalableEngine(Drawing drawing) : drawing_(std::move(drawing)) {}
 
     // A window's icon is never greyed out, so mode and state do not matter.
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override

@@ -49,7 +49,7 @@ void Stencil::draw(const std::vector<Ink>& inks,
                    const std::function<void(QPainter&, const RoleColors&)>& paint)
 {
     QImage image(size_, QImage::Format_ARGB32_Premultiplied);
-    const auto area = static_cast<std::size_t>(size_.width() * size_.height());
+    const auto area = static_cast<std::size_t>(size_.width()) * static_cast<std::size_t>(size_.height());
     for (std::size_t first = 0; first < inks.size(); first += shifts.size()) {
         const auto count = std::min(shifts.size(), inks.size() - first);
         RoleColors colors{Qt::black, Qt::black, Qt::black, Qt::black, Qt::black};
