@@ -104,17 +104,17 @@ class Windows(unittest.TestCase):
         self.start()
         player = ScriptedPlayer(self.desktop)
         self.addCleanup(player.kill)
-        player.play("Night Bus", "Ada & the Engines")
+        player.play("Night Bus", "Ada & the Engines", "The Depot")
         self.open_settings()
         self.windows.find("push button", "View log (1)").press()
         log = self.windows.find("list", "Diagnostics Log")
-        self.assertRegex(log.children()[0].name(), r"^\d\d:\d\d:\d\d Spoke: .* Night Bus by Ada & the Engines\.$")
+        self.assertRegex(log.children()[0].name(), r"^\d\d:\d\d:\d\d Spoke: .* Night Bus by Ada & the Engines, from The Depot\.$")
         screen = Screen(self.desktop)
         screen.window("Diagnostics Log")
         screen.press("shift+Tab", "ctrl+c")  # from the first button round to the list
-        wait_until("the whole entry", lambda: screen.clipboard().endswith("Night Bus by Ada & the Engines."))
+        wait_until("the whole entry", lambda: screen.clipboard().endswith("Night Bus by Ada & the Engines, from The Depot."))
         screen.press("Return", "End", "ctrl+shift+Left", "ctrl+shift+Left", "ctrl+c")
-        wait_until("the part", lambda: screen.clipboard() == "Engines.")
+        wait_until("the part", lambda: screen.clipboard() == "Depot.")
 
     def windows_named(self, name, *options):
         """Windows come and go while they are looked for, and none is an error to the searcher."""

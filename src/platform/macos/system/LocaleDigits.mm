@@ -1,5 +1,6 @@
 #include "platform/macos/system/LocaleDigits.h"
 
+#include "platform/macos/system/ObjcPtr.h"
 #import "platform/macos/system/Strings.h"
 
 namespace sonvara {
@@ -7,8 +8,9 @@ namespace sonvara {
 std::string zeroDigit()
 {
     @autoreleasepool {
-        return toString([NSNumberFormatter localizedStringFromNumber:@0
-                                                         numberStyle:NSNumberFormatterNoStyle]);
+        // Its style is none, unless it is told another.
+        const auto formatter = ObjcPtr<NSNumberFormatter>::adopt([[NSNumberFormatter alloc] init]);
+        return toString([formatter.get() stringFromNumber:@0]);
     }
 }
 
