@@ -7,17 +7,19 @@
 #include <gtest/gtest.h>
 #include <map>
 
+@protocol AskedAtItsStart
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application;
+@end
+
 namespace sonvara::test {
 namespace {
 
 TEST(CocoaApplicationTest, SaysThatItsRestorableStateIsSecure)
 {
     const CocoaApplication application;
-    const SEL question = @selector(applicationSupportsSecureRestorableState:);
     id delegate = [NSApp delegate];
-    ASSERT_TRUE([delegate respondsToSelector:question]);
-    const auto answer = reinterpret_cast<BOOL (*)(id, SEL, id)>([delegate methodForSelector:question]);
-    EXPECT_TRUE(answer(delegate, question, NSApp));
+    ASSERT_TRUE([delegate respondsToSelector:@selector(applicationSupportsSecureRestorableState:)]);
+    EXPECT_TRUE([(id<AskedAtItsStart>)delegate applicationSupportsSecureRestorableState:NSApp]);
 }
 
 TEST(CocoaApplicationTest, HasTheUsualKeysInAMenuBar)
