@@ -46,8 +46,14 @@ bool LoweredPlayer::isOpening(double volume, VolumeTime now) const
     return isSilence(volume, now) || (isSame(volume, 1) && mayBeNew(now));
 }
 
+bool LoweredPlayer::isDoubtful(const VolumeLook& look, VolumeTime now) const
+{
+    return state_ == State::owed && isSame(look.volume, 1) && hasComeFar(look) && !goesOn_ && !isReady(now);
+}
+
 bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
 {
+    if (!isFree()) return isDoubtful(look, now);
     return isSame(look.volume, 1) && !hasOpened_ && look.position < opening &&
            (!isPlaying_ || now < playsSince_ + connecting);
 }
@@ -111,11 +117,13 @@ void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std:
 void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
 {
     hear(look.isPlaying, look.track, now);
-    hasComeFar_ = look.isPlaying && look.position >= opening && !sawItBegin_;
+    hasComeFar_ = hasComeFar(look);
+    if (look.isPlaying && !firstPosition_) firstPosition_ = look.position;
+    goesOn_ = goesOn_ || (look.isPlaying && look.position > *firstPosition_);
     nextLook_.reset();
     if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
-    if (state_ == State::owed) judgeOwed(look.volume, now);
-    if (!command_) planLook(now);
+    if (state_ == State::owed) judgeOwed(look, now);
+    if (!command_) planLook(look, now);
 }
 
 void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
@@ -139,13 +147,14 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
     if (hasSettled(now)) state_ = State::free;
 }
 
-void LoweredPlayer::judgeOwed(double volume, VolumeTime now)
+void LoweredPlayer::judgeOwed(const VolumeLook& look, VolumeTime now)
 {
-    if (isAtHome(volume)) {
-        judgeHome(volume, now);
-    } else if (isAboutLow(volume) || isCube(volume, now)) {
+    if (isDoubtful(look, now)) return;
+    if (isAtHome(look.volume)) {
+        judgeHome(look.volume, now);
+    } else if (isAboutLow(look.volume) || isCube(look.volume, now)) {
         repeat(levels_.home, now);
-    } else if (isPlaying_ && !isOpening(volume, now) && hasSettled(now)) {
+    } else if (isPlaying_ && !isOpening(look.volume, now) && hasSettled(now)) {
         state_ = State::free;
     }
 }
@@ -166,10 +175,12 @@ void LoweredPlayer::judgeHome(double volume, VolumeTime now)
     }
 }
 
-void LoweredPlayer::planLook(VolumeTime now)
+void LoweredPlayer::planLook(const VolumeLook& look, VolumeTime now)
 {
     if (isFree()) return;
-    if (!hasSettled(now))
+    if (isDoubtful(look, now))
+        nextLook_ = now + settling;
+    else if (!hasSettled(now))
         nextLook_ = told_ + settling;
     else if (state_ == State::owed && isPlaying_ && !isCertain(now))
         nextLook_ = std::max(playsSince_ + opening, trackSince_ + beginning);

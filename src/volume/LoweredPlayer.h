@@ -62,9 +62,10 @@ struct VolumeLevels {
 /// as streams open at the volume of the last one (Elisa and Pragha say 100 before they do), are silent at
 /// first (VLC 0.1 s, Celluloid, cmus 2 s), or stand at the cube of what was told (Rhythmbox); and its track
 /// has gone on for `beginning`, as Strawberry would take back the way home, too. One that is far into its
-/// track when it is first seen has opened its stream long ago: where it is now, its user has put it. And a
-/// player does not obey at once: elsewhere than told it is judged after `settling` only, when it is looked at
-/// again.
+/// track when it is first seen has opened its stream long ago: where it is now, its user has put it. (A full
+/// volume counts when it has gone on from there: Elisa begins where it was, and stays until its stream is
+/// open. Until then nobody knows its user's volume.) And a player does not obey at once: elsewhere than told
+/// it is judged after `settling` only, when it is looked at again.
 class LoweredPlayer {
 public:
     /// Until then a player that plays may tell of its last stream, or of none.
@@ -88,6 +89,9 @@ public:
     /// Whether it is too early to believe `look`: before its first stream is open a player may say that it is at
     /// full volume (Strawberry, 0.2 s).
     [[nodiscard]] bool mayMislead(const VolumeLook& look, VolumeTime now) const;
+    /// Whether nobody knows its user's volume: it is owed one, and `look` is its user's hand, or a stream that is
+    /// not open yet.
+    [[nodiscard]] bool isDoubtful(const VolumeLook& look, VolumeTime now) const;
 
     /// There is a note of it: its volume is owed to it from before.
     void owe(const VolumeLevels& levels)
@@ -120,13 +124,17 @@ private:
         return isReady(now) && now >= trackSince_ + beginning;
     }
     [[nodiscard]] bool hasSettled(VolumeTime now) const { return now >= told_ + settling; }
+    [[nodiscard]] bool hasComeFar(const VolumeLook& look) const
+    {
+        return look.isPlaying && look.position >= opening && !sawItBegin_;
+    }
     [[nodiscard]] bool isAtHome(double volume) const;
     [[nodiscard]] bool isAboutLow(double volume) const;
     [[nodiscard]] bool isCube(double volume, VolumeTime now) const;
     void judgeLowered(double volume, VolumeTime now);
     void judgeHome(double volume, VolumeTime now);
-    void judgeOwed(double volume, VolumeTime now);
-    void planLook(VolumeTime now);
+    void judgeOwed(const VolumeLook& look, VolumeTime now);
+    void planLook(const VolumeLook& look, VolumeTime now);
     void tell(double volume, VolumeTime now);
     void repeat(double volume, VolumeTime now);
 
@@ -148,6 +156,8 @@ private:
     bool hasOpened_ = false;   ///< has been ready before
     bool sawItBegin_ = false;  ///< to play: so `playsSince_` is the truth
     bool hasComeFar_ = false;  ///< in its track, when it was first seen: its stream has been open for long
+    bool goesOn_ = false;      ///< in its track since it was first seen to play
+    std::optional<std::chrono::milliseconds> firstPosition_;  ///< when it was
     VolumeTime playsSince_{};
     std::string track_;
     VolumeTime trackSince_{};

@@ -80,8 +80,7 @@ void LoweredPlayers::polled()
 bool LoweredPlayers::mayMislead(PlayerRun run, const VolumeLook& look) const
 {
     const auto known = known_.find(run);
-    return known != known_.end() && known->second.player.isFree() &&
-           known->second.player.mayMislead(look, surroundings_.now());
+    return known != known_.end() && known->second.player.mayMislead(look, surroundings_.now());
 }
 
 void LoweredPlayers::wake()
@@ -117,7 +116,8 @@ void LoweredPlayers::read(const std::string& player, const ReadAnswer& answer)
             return;
         }
         const auto levels = lowered.levels();
-        if (!levels && lowered.isSilence(look->volume, surroundings_.now()))
+        const auto now = surroundings_.now();
+        if (levels ? lowered.isDoubtful(*look, now) : lowered.isSilence(look->volume, now))
             answer(std::nullopt);
         else
             answer(Reading{run, levels ? levels->home : look->volume, look->isPlaying});

@@ -70,7 +70,7 @@ public:
                const std::optional<std::string>& track = {});
     /// The players have been asked what they play: those that are owed their volume are looked at.
     void polled();
-    /// Whether `look`, at a player that is free, is to be repeated before it counts.
+    /// Whether `look` is to be repeated before it counts.
     [[nodiscard]] bool mayMislead(PlayerRun run, const VolumeLook& look) const;
     /// Any thread: whether `polled` has anything to do, as it has until the notes are there.
     [[nodiscard]] bool owesAnything() const { return owesAnything_; }

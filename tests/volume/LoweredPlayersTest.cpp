@@ -48,11 +48,31 @@ protected:
         pass(5ms);
         return reading;
     }
+    /// Both were killed while it was low; it goes on in the middle of its track.
+    void haveOneThatResumes(Milliseconds opensAfter = 90ms)
+    {
+        have({.opensAtMemory = true, .tellsFirst = 1.0, .tellsFirstFor = opensAfter, .resumesAt = 4s}, 0.58);
+        say();
+        desktop.remove(run);
+        run = desktop.add(*player, "org.mpris.MediaPlayer2.test");
+        player->play();
+        die();
+    }
     void duck()
     {
         const auto reading = read();
         ASSERT_TRUE(reading);
         desktop.loweredPlayers->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
+    }
+    /// The same with one that is read for a while. Says whether it could be.
+    bool duckWhenRead()
+    {
+        std::optional<LoweredPlayers::Reading> reading;
+        desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
+        pass(500ms);
+        if (reading)
+            desktop.loweredPlayers->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
+        return reading.has_value();
     }
     void say()
     {
@@ -352,6 +372,36 @@ TEST_F(LoweredPlayersTest, KilledTogetherWithUsComesBackWhenItPlaysAgain)
     }
 }
 
+// Elisa goes on where it was, and says so, and that it is at full volume, before its stream is open.
+TEST_F(LoweredPlayersTest, APlayerThatGoesOnInTheMiddleOfATrackMayBeNew)
+{
+    haveOneThatResumes();
+    pass(5s);
+    polls(2);
+    expectBack(0.58);
+}
+
+TEST_F(LoweredPlayersTest, ALineOverOneThatMayBeNewWaitsUntilItIsKnown)
+{
+    haveOneThatResumes();
+    desktop.loweredPlayers->lineBegan();
+    duckWhenRead();
+    pass(500ms);
+    EXPECT_DOUBLE_EQ(player->sound(), 0.2);
+    fallSilent();
+    polls(3);
+    expectBack(0.58);
+}
+
+TEST_F(LoweredPlayersTest, WhatNobodyKnowsIsNotRead)
+{
+    haveOneThatResumes(2s);
+    EXPECT_FALSE(duckWhenRead());
+    pass(4s);
+    polls(2);
+    expectBack(0.58);
+}
+
 // Its volume is not what its user wants before its note is settled.
 TEST_F(LoweredPlayersTest, ALineOverAPlayerThatIsOwedItsVolumeKeepsIt)
 {
@@ -450,7 +500,8 @@ TEST_F(LoweredPlayersTest, AUserWhoHasMovedTheVolumeBeforeOurStartHasItsWayAlsoD
         player->userSets(volume);
         desktop.start();
         pass(10ms);
-        say();
+        desktop.loweredPlayers->lineBegan();
+        EXPECT_TRUE(duckWhenRead());
         pass(3s);
         fallSilent();
         polls(2);

@@ -56,6 +56,7 @@ struct Quirks {
     Milliseconds swallows{0};  ///< what is set so soon after its stream was opened: Parole, Pragha
     std::optional<Milliseconds> takesBack = {};  ///< so soon after a track's begin: Strawberry
     Milliseconds lag{0};                         ///< before a command is obeyed
+    Milliseconds resumesAt{0};                   ///< in its track, and stays there for `tellsFirstFor`: Elisa
 };
 
 /// One program that plays. Survives its runs, as its user's settings do.
@@ -72,6 +73,7 @@ public:
     [[nodiscard]] double sound() const { return sound_; }
     [[nodiscard]] bool hasStream() const { return hasStream_; }
     [[nodiscard]] bool tellsTruth() const { return told() == sound_; }
+    [[nodiscard]] bool resumes() const { return quirks_.resumesAt > 0ms; }
     /// A command has arrived, and has not been obeyed.
     [[nodiscard]] bool isObeying() const { return commands_ > 0; }
     [[nodiscard]] VolumeLook look() const { return {isPlaying, told(), std::to_string(track), position()}; }
@@ -165,7 +167,10 @@ private:
     [[nodiscard]] Milliseconds position() const
     {
         if (!hasStream_) return 0ms;
-        return std::chrono::floor<Milliseconds>(schedule_.now() - std::max(opened_, trackBegan_));
+        const auto played =
+            std::chrono::floor<Milliseconds>(schedule_.now() - std::max(opened_, trackBegan_));
+        if (quirks_.resumesAt == 0ms || trackBegan_ > opened_) return played;
+        return quirks_.resumesAt + std::max(played - quirks_.tellsFirstFor, 0ms);
     }
     void signal()
     {

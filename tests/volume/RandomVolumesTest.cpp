@@ -142,10 +142,12 @@ private:
     double percent(int least, int most) { return number(least, most) / 100.0; }
     bool chance() { return number(0, 2) == 0; }
 
-    /// As the core does: only of a player that plays.
+    /// As the core does: only of a player that plays. What a player tells that goes on in the middle of its track
+    /// is believed if nothing is owed to it, so it is left alone until it tells the truth.
     void say()
     {
-        if (player_.isPlaying) core_.say();
+        const bool isBelieved = player_.resumes() && desktop_.notes.empty();
+        if (player_.isPlaying && (player_.tellsTruth() || !isBelieved)) core_.say();
     }
     void fallSilent() { core_.fallSilent(); }
     void next() { player_.next(); }
@@ -175,6 +177,7 @@ private:
         if (quirks.opensAtMemory && chance()) {
             quirks.tellsFirst = std::array{0.0, 0.01, 1.0}.at(static_cast<std::size_t>(number(0, 2)));
             quirks.tellsFirstFor = Milliseconds(number(10, quirks.tellsFirst == 1.0 ? 250 : 2000));
+            if (quirks.tellsFirst == 1.0 && chance()) quirks.resumesAt = Milliseconds(number(3000, 9000));
         }
         quirks.believesItself = quirks.closesStream && quirks.opensAtMemory && !quirks.truncates &&
                                 !quirks.tellsFirst && chance();
@@ -189,7 +192,8 @@ private:
             (quirks.opensAtCube ? " cube" : "") + (quirks.believesItself ? " believes itself" : "") +
             " swallows " + std::to_string(quirks.swallows.count()) + " lag " +
             std::to_string(quirks.lag.count()) + " first " + std::to_string(quirks.tellsFirst.value_or(-1)) +
-            " for " + std::to_string(quirks.tellsFirstFor.count()));
+            " for " + std::to_string(quirks.tellsFirstFor.count()) + " resumes at " +
+            std::to_string(quirks.resumesAt.count()));
         return quirks;
     }
 

@@ -175,6 +175,7 @@ TEST_F(PlayerVolumeTest, ThatTheUserHasMovedBeforeOurStartStaysWhereItIs)
     say();
     EXPECT_TRUE(comesTo(*player, 0.28));
     player->set({{"Volume", 1.0}, {"Position", qlonglong{60'000'000}}});
+    QTimer::singleShot(150, [&] { player->set({{"Position", qlonglong{60'150'000}}}); });
     beginAnew();
     postsUntil(2);  // it is known again
     say();
