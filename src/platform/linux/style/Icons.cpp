@@ -1,5 +1,6 @@
 #include "platform/linux/style/Icons.h"
 
+#include "platform/linux/style/DrawingPainter.h"
 #include "platform/linux/style/QtImageRenderer.h"
 
 #include <QIconEngine>

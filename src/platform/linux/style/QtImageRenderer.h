@@ -1,4 +1,4 @@
-// Draws the core's vector pictures with QPainter.
+// Makes of the core's vector pictures what a tray can show.
 #pragma once
 
 #include "platform/linux/style/Stencil.h"
@@ -7,8 +7,6 @@
 
 #include <QImage>
 #include <QList>
-#include <QPainter>
-#include <QRectF>
 #include <QSize>
 
 #include <array>
@@ -33,10 +31,6 @@ public:
 private:
     std::vector<Stencil> stencils_;
 };
-
-/// Paints `drawing` as large as fits into the middle of `target`. A template takes `colors.label` for
-/// every shape, with the shape's own alpha, before a halo of `colors.halo`. Any thread that may use `painter`.
-void paintDrawing(QPainter& painter, const Drawing& drawing, const QRectF& target, const RoleColors& colors);
 
 /// `drawing` on a transparent ground of `size` pixels. Any thread.
 [[nodiscard]] QImage rasterize(const Drawing& drawing, QSize size, const RoleColors& colors);
