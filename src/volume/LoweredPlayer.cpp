@@ -117,13 +117,15 @@ void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std:
 void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
 {
     hear(look.isPlaying, look.track, now);
+    sawItBegin_ = sawItBegin_ || (wasDoubtful_ && !isSame(look.volume, 1));  // it was not its user's
     hasComeFar_ = hasComeFar(look);
     if (look.isPlaying && !firstPosition_) firstPosition_ = look.position;
     goesOn_ = goesOn_ || (look.isPlaying && look.position > *firstPosition_);
+    wasDoubtful_ = isDoubtful(look, now);
     nextLook_.reset();
     if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
-    if (state_ == State::owed) judgeOwed(look, now);
-    if (!command_) planLook(look, now);
+    if (state_ == State::owed) judgeOwed(look.volume, now);
+    if (!command_) planLook(now);
 }
 
 void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
@@ -147,14 +149,14 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
     if (hasSettled(now)) state_ = State::free;
 }
 
-void LoweredPlayer::judgeOwed(const VolumeLook& look, VolumeTime now)
+void LoweredPlayer::judgeOwed(double volume, VolumeTime now)
 {
-    if (isDoubtful(look, now)) return;
-    if (isAtHome(look.volume)) {
-        judgeHome(look.volume, now);
-    } else if (isAboutLow(look.volume) || isCube(look.volume, now)) {
+    if (wasDoubtful_) return;
+    if (isAtHome(volume)) {
+        judgeHome(volume, now);
+    } else if (isAboutLow(volume) || isCube(volume, now)) {
         repeat(levels_.home, now);
-    } else if (isPlaying_ && !isOpening(look.volume, now) && hasSettled(now)) {
+    } else if (isPlaying_ && !isOpening(volume, now) && hasSettled(now)) {
         state_ = State::free;
     }
 }
@@ -175,10 +177,10 @@ void LoweredPlayer::judgeHome(double volume, VolumeTime now)
     }
 }
 
-void LoweredPlayer::planLook(const VolumeLook& look, VolumeTime now)
+void LoweredPlayer::planLook(VolumeTime now)
 {
     if (isFree()) return;
-    if (isDoubtful(look, now))
+    if (wasDoubtful_)
         nextLook_ = now + settling;
     else if (!hasSettled(now))
         nextLook_ = told_ + settling;

@@ -133,8 +133,8 @@ private:
     [[nodiscard]] bool isCube(double volume, VolumeTime now) const;
     void judgeLowered(double volume, VolumeTime now);
     void judgeHome(double volume, VolumeTime now);
-    void judgeOwed(const VolumeLook& look, VolumeTime now);
-    void planLook(const VolumeLook& look, VolumeTime now);
+    void judgeOwed(double volume, VolumeTime now);
+    void planLook(VolumeTime now);
     void tell(double volume, VolumeTime now);
     void repeat(double volume, VolumeTime now);
 
@@ -153,10 +153,11 @@ private:
     bool hasHeldTrack_ = false;  ///< was told low once more because of this track
 
     bool isPlaying_ = false;
-    bool hasOpened_ = false;   ///< has been ready before
-    bool sawItBegin_ = false;  ///< to play: so `playsSince_` is the truth
-    bool hasComeFar_ = false;  ///< in its track, when it was first seen: its stream has been open for long
-    bool goesOn_ = false;      ///< in its track since it was first seen to play
+    bool hasOpened_ = false;    ///< has been ready before
+    bool sawItBegin_ = false;   ///< to play: so `playsSince_` is the truth
+    bool hasComeFar_ = false;   ///< in its track, when it was first seen: its stream has been open for long
+    bool goesOn_ = false;       ///< in its track since it was first seen to play
+    bool wasDoubtful_ = false;  ///< when it was last seen
     std::optional<std::chrono::milliseconds> firstPosition_;  ///< when it was
     VolumeTime playsSince_{};
     std::string track_;
