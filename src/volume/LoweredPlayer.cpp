@@ -164,9 +164,8 @@ void LoweredPlayer::judgeOwed(double volume, VolumeTime now)
 void LoweredPlayer::judgeHome(double volume, VolumeTime now)
 {
     const bool isExact = volume > levels_.home - sameWithin;
-    const bool isCutOff = !isExact && levels_.home < 1;
-    if (isCutOff && repeats_ < mostRepeats) {
-        repeat(levels_.home + little, now);
+    if (!isExact && repeats_ < mostRepeats) {
+        repeat(std::min(levels_.home + little, 1.0), now);
     } else if (isPlaying_ && (!toldWhilePlaying_ || (isCertain(now) && !toldWhileReady_))) {
         tell(levels_.home, now);
         repeats_ = 0;

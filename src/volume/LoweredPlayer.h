@@ -47,7 +47,7 @@ struct VolumeLevels {
 /// |         | stream has just begun                | volume back when it opens a stream
 /// | lowered | seen anywhere else                   | the user's hand: free
 /// | owed    | seen at home, for certain            | free
-/// | owed    | seen a hundredth below home          | tell home and a little: players cut off
+/// | owed    | seen a hundredth below home          | tell home, and a little: players cut off
 /// |         |                                      | `int(v * 100)`
 /// | owed    | seen at home, and its stream has     | tell home once more, past a neighbour, as soon as it plays
 /// |         | opened since it was told             | and for certain: Elisa tells home, and sounds low, and

@@ -372,6 +372,18 @@ TEST_F(LoweredPlayersTest, KilledTogetherWithUsComesBackWhenItPlaysAgain)
     }
 }
 
+// cmus was told the neighbour of full and then full, and stayed at the neighbour.
+TEST_F(LoweredPlayersTest, AFullVolumeThatIsMissedByAHundredthIsToldAgain)
+{
+    have({.truncates = true});
+    say();
+    fallSilent();
+    pass(2ms);
+    player->set(0.996);
+    polls(2);
+    expectBack(1.0);
+}
+
 // Elisa goes on where it was, and says so, and that it is at full volume, before its stream is open.
 TEST_F(LoweredPlayersTest, APlayerThatGoesOnInTheMiddleOfATrackMayBeNew)
 {
