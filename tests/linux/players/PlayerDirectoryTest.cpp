@@ -168,6 +168,7 @@ TEST_F(PlayerDirectoryTest, AHalfDescribedTrackHasADeadline)
     auto& player = add("mpv", ":1.2");
     Track track;
     track.title = "one.mp3";
+    track.url = "file:///music/one.mp3";
     directory_.observe(player, {playing, track}, now_);
     EXPECT_EQ(directory_.deadline(), now_ + Debounce::delay);
     directory_.expire(now_ + Debounce::delay);

@@ -110,6 +110,15 @@ TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
               (Words{"a b", "", ""}));
 }
 
+// Sayonara tells neither the address of a station nor a length.
+TEST(TrackDescriptionTest, AFileNameWithoutAnAddressAndALengthIsTheEndOfAnAddress)
+{
+    EXPECT_EQ(wordsOf(stream({"wave-128.mp3", "Unknown artist", "Unknown album"}, "")), (Words{"", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "Unknown artist", "Unknown album"}, "")),
+              (Words{"Artist One - Song One", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"Song.mp3", "Artist", "Album"}, "")), (Words{"Song.mp3", "Artist", "Album"}));
+}
+
 TEST(TrackDescriptionTest, AStreamHasNoAlbumAndAStationIsNoArtist)
 {
     const Words song{"Artist One - Song One", "", ""};
@@ -139,6 +148,13 @@ TEST(TrackDescriptionTest, TheFolderOfAFileWithoutTagsIsNoAlbum)
     EXPECT_EQ(wordsOf(file({"Song", "", "Box"})), (Words{"Song", "", ""}));
     EXPECT_EQ(wordsOf(file({"take.flac", "Unknown Artist", "Box"})), (Words{"take", "", ""}));
     EXPECT_EQ(wordsOf(file({"Song", "Artist", "Box"})), (Words{"Song", "Artist", "Box"}));
+}
+
+// Audacious makes both of the folders of a file without tags, which then looks like one of a library in good order.
+TEST(TrackDescriptionTest, FoldersThatAreCalledLikeArtistAndAlbumTakeNeitherAway)
+{
+    const Words song{"Song", "Artist", "Album"};
+    EXPECT_EQ(wordsOf(file(song, "file:///music/Artist/Album/Song.flac")), song);
 }
 
 }  // namespace

@@ -94,6 +94,12 @@ bool isAddress(const Track& track)
     return title.find('/') != std::string::npos && track.url.ends_with(title);
 }
 
+// "radio.mp3", of a station whose address is not told either: a file that plays has a length.
+bool isEndOfUnknownAddress(const Track& track)
+{
+    return track.url.empty() && !track.hasLength && track.artist.empty() && hasMediaSuffix(track.title);
+}
+
 // "radio", of http://127.0.0.1:8000/radio.mp3. mpv tells a stream a length, of what it has fetched so far.
 bool isEndOfAddress(const Track& track)
 {
@@ -145,7 +151,7 @@ Track tidied(Track track)
         if (isStation(track)) track.artist.clear();
         track.album.clear();
     }
-    if (isEndOfAddress(track))
+    if (isEndOfAddress(track) || isEndOfUnknownAddress(track))
         track.title.clear();
     else if (isAddress(track) || beginsWithFileName(track) ||
              (track.artist.empty() && isPlaceholder(track.title)))
