@@ -38,7 +38,9 @@ ExternalProject_Add(macos_on_gnustep
     -DCMAKE_OSX_DEPLOYMENT_TARGET=${CMAKE_OSX_DEPLOYMENT_TARGET}
   DEPENDS sonvara_posix sonvara_volume sonvara_core
   # Its steps are counted apart from ours (tools/progress).
-  BUILD_COMMAND ${CMAKE_COMMAND} -E env "NINJA_STATUS=[macOS adapters %f/%t] " ${CMAKE_COMMAND} --build <BINARY_DIR>
+  # As clang's precompiled headers hold this folder, another clone must not find them in the compiler's cache (tools/build).
+  BUILD_COMMAND ${CMAKE_COMMAND} -E env --unset=CCACHE_BASEDIR "NINJA_STATUS=[macOS adapters %f/%t] "
+    ${CMAKE_COMMAND} --build <BINARY_DIR>
   BUILD_ALWAYS ON
   USES_TERMINAL_BUILD ON
   INSTALL_COMMAND "")
