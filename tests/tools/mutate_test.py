@@ -123,6 +123,14 @@ class MutateTest(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertIn("fails without a change", output)
 
+    def test_tests_are_run_as_ctest_runs_them(self):
+        tests = TESTS.replace("#include", "#include <cstdlib>\n#include").replace("return twice", 'return std::getenv("A") && twice')
+        tree = self.tree(tests=tests)
+        tree.write("build/tests/core/CTestTestfile.cmake",
+                   CTEST.format(tree=tree.folder).replace('(all "', '(all "env" "A=1" "'))
+        status, output = tree.mutate("log")
+        self.assertEqual((status, output), (0, "log: 7 of 7 changes were noticed\n"))
+
     def test_what_is_listed_is_not_tried(self):
         tree = self.tree(tests=TESTS.replace("isFull(7) && ", ""))
         tree.write("tools/mutation/equivalent.txt", "# A remark.\n\nsrc/log/Code.cpp: isFull\n- return number >= most;\n"

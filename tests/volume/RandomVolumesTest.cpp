@@ -17,7 +17,7 @@
 namespace sonvara::test {
 namespace {
 
-constexpr int sessions = 2500;
+constexpr unsigned sessions = 2500;
 constexpr int stepsOfSession = 400;
 
 int lowOf(double volume)
@@ -300,14 +300,20 @@ private:
     std::string failure_;
 };
 
+unsigned wanted(const char* name, unsigned otherwise)
+{
+    const auto* given = std::getenv(name);
+    return given != nullptr ? static_cast<unsigned>(std::stoul(given)) : otherwise;
+}
+
+// SEED=N repeats one session, with SESSIONS=N so many from there.
 TEST(RandomVolumesTest, AreRightInAnyOrderOfEvents)
 {
-    const auto* given = std::getenv("SEED");
-    const unsigned first =
-        given != nullptr ? static_cast<unsigned>(std::stoul(given)) : std::random_device{}();
-    std::cout << "SEED=" << first << " for the first of " << (given != nullptr ? 1 : sessions)
-              << " sessions of " << stepsOfSession << " steps\n";
-    for (unsigned seed = first; seed < first + (given != nullptr ? 1U : sessions); ++seed) {
+    const unsigned first = wanted("SEED", std::random_device{}());
+    const unsigned count = wanted("SESSIONS", std::getenv("SEED") != nullptr ? 1 : sessions);
+    std::cout << "SEED=" << first << " for the first of " << count << " sessions of " << stepsOfSession
+              << " steps\n";
+    for (unsigned seed = first; seed < first + count; ++seed) {
         Session session(seed);
         for (int step = 0; step < stepsOfSession && session.failure().empty(); ++step) {
             session.step();

@@ -62,9 +62,9 @@ class Finder:
             self.unit = Index.create().parse(self.path, [*arguments, "-xc++", "-w"])
         except TranslationUnitLoadError:
             raise SystemExit(f"clang cannot parse {file}") from None
-        errors = [str(each) for each in self.unit.diagnostics if each.severity >= Diagnostic.Error]
+        errors = [each.spelling for each in self.unit.diagnostics if each.severity >= Diagnostic.Error]
         if errors:
-            raise SystemExit("clang cannot parse it:\n" + "\n".join(errors))
+            raise SystemExit(f"clang cannot parse {file}:\n" + "\n".join(errors))
         self.tokens = [(token.kind, token.spelling, token.extent.start.offset, token.extent.end.offset)
                        for token in self.unit.get_tokens(extent=self.unit.cursor.extent)]
 

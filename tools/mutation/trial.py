@@ -15,20 +15,23 @@ MOST_MEMORY = 8 << 30
 
 
 def tests_of(room):
-    """The folder of the tests that hold a room: the core is tested as a whole."""
-    if room.startswith("platform/"):
-        return room.removeprefix("platform/")
-    return room if room == "volume" else "core"
+    """The folders of the tests that hold a room: the core and an adapter are tested as a whole."""
+    if room == "platform/posix":
+        return "posix", "linux/players"  # its part of the volume is tested with players
+    if room.startswith("platform/linux"):
+        return ("linux",)
+    return ("volume",) if room == "volume" else ("core",)
 
 
 def environment(variables):
     # A test with random numbers takes always the same: what is noticed by luck is not noticed.
-    return os.environ | {"SEED": "1"} | variables
+    return os.environ | {"SEED": "1", "SESSIONS": "200"} | variables
 
 
 @dataclass
 class Program:
     path: str         # of the tests' executable
+    runner: list      # the words before it that run it
     environment: dict # what its tests are run with, beside our own
     link: list        # the words of the command that links it, run in the build's folder
     objects: list     # all that is linked, with what the archives hold
@@ -64,20 +67,22 @@ class Build:
                 headers = includes.setdefault(line.partition(":")[0], set())
         return includes
 
-    def programs(self, room):
-        """The programs that hold the unit tests of a room."""
-        folder = self.folder / "tests" / tests_of(room)
-        listed = json.loads(subprocess.run(["ctest", "--test-dir", folder, "--show-only=json-v1"], check=True, text=True,
-                                           capture_output=True).stdout)
+    def programs(self, folders):
+        """The programs with the unit tests of these folders."""
         found = {}
-        for test in listed["tests"]:
-            properties = {each["name"]: each["value"] for each in test["properties"]}
-            path = test.get("command", [""])[0]  # nothing for what is not built
-            if path and "unit" in properties.get("LABELS", []) and path not in found:
-                found[path] = self.program(path, dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", [])))
+        for folder in folders:
+            listed = subprocess.run(["ctest", "--test-dir", self.folder / "tests" / folder, "--show-only=json-v1"],
+                                    check=True, text=True, capture_output=True).stdout
+            for test in json.loads(listed)["tests"]:
+                properties = {each["name"]: each["value"] for each in test["properties"]}
+                words = test.get("command", [])  # none for what is not built
+                path = next((word for word in words if word.startswith(f"{self.folder}/")), None)
+                if path and "unit" in properties.get("LABELS", []) and path not in found:
+                    variables = dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", []))
+                    found[path] = self.program(path, words[:words.index(path)], variables)
         return list(found.values())
 
-    def program(self, path, variables):
+    def program(self, path, runner, variables):
         name = os.path.relpath(path, self.folder)
         # CMake puts more commands around the one that links.
         parts = self.ninja("commands", "-s", name).strip().split(" && ")
@@ -85,16 +90,16 @@ class Build:
         objects = [word for word in link if word.endswith(".o")]
         for archive in (word for word in link if word.endswith(".a") and not word.startswith("/")):
             objects += [word for word in shlex.split(self.ninja("commands", "-s", archive)) if word.endswith(".o")]
-        return Program(path, variables, link, objects, *self.measure(path, variables))
+        return Program(path, runner, variables, link, objects, *self.measure(path, runner, variables))
 
-    def measure(self, path, variables):
+    def measure(self, path, runner, variables):
         """Its slow tests, and the limit for all; proves that they pass as they are."""
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        run = subprocess.run([path], env=environment(variables), text=True, check=False, stdin=subprocess.DEVNULL,
+        run = subprocess.run([*runner, path], env=environment(variables), text=True, check=False, stdin=subprocess.DEVNULL,
                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         if run.returncode != 0:
-            raise SystemExit(f"{path} fails without a change")
+            raise SystemExit(f"{os.path.relpath(path, self.folder)} fails without a change")
         times = re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)$", run.stdout, re.MULTILINE)
         seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
         return [name for name, time in times if int(time) >= SLOW], 5 + int(3 * seconds)
@@ -190,8 +195,10 @@ class Trial:
             resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY, MOST_MEMORY))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
-        tests = subprocess.Popen([path, f"--gtest_filter={chosen}", "--gtest_fail_fast", "--gtest_brief=1"],
-                                 cwd=self.folder, env=environment(program.environment), preexec_fn=limit,
+        # What a test that is killed leaves behind goes with the folder.
+        variables = program.environment | {"TMPDIR": str(self.folder)}
+        tests = subprocess.Popen([*program.runner, path, f"--gtest_filter={chosen}", "--gtest_fail_fast", "--gtest_brief=1"],
+                                 cwd=self.folder, env=environment(variables), preexec_fn=limit,
                                  start_new_session=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                  stderr=subprocess.DEVNULL)
         try:
