@@ -91,6 +91,17 @@ TEST_F(PosixChildProcessTest, InheritsStandardInput)
     ::dup2(saved.get(), STDIN_FILENO);
 }
 
+TEST_F(PosixChildProcessTest, ShowsStandardErrorNowhere)
+{
+    const FileDescriptor saved(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 10));
+    const FileDescriptor ours(::open(folder_.file("error").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    ASSERT_EQ(::dup2(ours.get(), STDERR_FILENO), STDERR_FILENO);
+    const auto output = outputOf({"much", "1"});
+    ::dup2(saved.get(), STDERR_FILENO);
+    EXPECT_TRUE(output == std::string(std::size_t{1} << 20, '\xFF')) << "standard output alone";
+    EXPECT_EQ(std::filesystem::file_size(folder_.file("error")), 0U);
+}
+
 TEST_F(PosixChildProcessTest, LeaksNoDescriptor)
 {
     const FileDescriptor open(::open("/dev/null", O_RDONLY));  // does not close on exec
