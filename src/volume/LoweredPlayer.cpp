@@ -143,10 +143,9 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         hasObeyed_ = false;
         repeats_ = mostRepeats;  // if it does so again, it has its way
         tell(levels_.low, now);
-        return;
+    } else if (!isOpening(volume, now) && hasSettled(now)) {
+        state_ = State::free;
     }
-    if (isOpening(volume, now)) return;
-    if (hasSettled(now)) state_ = State::free;
 }
 
 void LoweredPlayer::judgeOwed(double volume, VolumeTime now)

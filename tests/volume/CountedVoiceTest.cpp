@@ -18,6 +18,19 @@ struct Ends final : SpeechSynthesizerDelegate {
     void didCancel() override { ++cancelled; }
 };
 
+/// Speaks nothing; the test reports the ends.
+struct OwnVoice final : SpeechSynthesizer {
+    std::weak_ptr<SpeechSynthesizerDelegate> delegate;
+    void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> to) override { delegate = std::move(to); }
+    void speak(SpeechUtterance) override {}
+    void stopSpeaking() override {}
+    [[nodiscard]] std::string currentLanguageCode() const override { return "la"; }
+    [[nodiscard]] std::optional<SpeechVoice> voiceForLanguage(const std::string& code) const override
+    {
+        return SpeechVoice{code};
+    }
+};
+
 class CountedVoiceTest : public testing::Test {
 protected:
     VirtualTime time;
@@ -72,17 +85,7 @@ TEST_F(CountedVoiceTest, EachLineCounts)
 
 TEST_F(CountedVoiceTest, AnEndIsToldAtOnceWhereverItComes)
 {
-    struct OwnVoice final : SpeechSynthesizer {
-        std::weak_ptr<SpeechSynthesizerDelegate> delegate;
-        void setDelegate(std::weak_ptr<SpeechSynthesizerDelegate> to) override { delegate = std::move(to); }
-        void speak(SpeechUtterance) override {}
-        void stopSpeaking() override {}
-        [[nodiscard]] std::string currentLanguageCode() const override { return "la"; }
-        [[nodiscard]] std::optional<SpeechVoice> voiceForLanguage(const std::string& code) const override
-        {
-            return SpeechVoice{code};
-        }
-    } own;
+    OwnVoice own;
     CountedVoice counted(own, time, *desktop.loweredPlayers);
     counted.setDelegate(ends);
     EXPECT_EQ(counted.currentLanguageCode(), "la");
@@ -94,6 +97,44 @@ TEST_F(CountedVoiceTest, AnEndIsToldAtOnceWhereverItComes)
     EXPECT_TRUE(isLow());
     time.run();
     EXPECT_FALSE(isLow());
+}
+
+TEST_F(CountedVoiceTest, AnEndThatWaitsForTheMainThreadHoldsNothing)
+{
+    OwnVoice own;
+    {
+        CountedVoice counted(own, time, *desktop.loweredPlayers);
+        counted.speak({"One", std::nullopt});
+        own.delegate.lock()->didFinish();
+    }
+    EXPECT_TRUE(own.delegate.expired());
+}
+
+TEST_F(CountedVoiceTest, WhoHearsOfAnEndMayNameAnotherListener)
+{
+    struct Leaving final : SpeechSynthesizerDelegate {
+        CountedVoice& voice;
+        explicit Leaving(CountedVoice& heard) : voice(heard) {}
+        void didFinish() override { voice.setDelegate({}); }
+        void didCancel() override {}
+    };
+    const auto leaving = std::make_shared<Leaving>(*voice);
+    voice->setDelegate(leaving);
+    voice->speak({"One", std::nullopt});
+    below.finish();
+    time.run();
+    EXPECT_FALSE(isLow());
+}
+
+TEST_F(CountedVoiceTest, SpeaksAndCountsNothingOnceItIsClosed)
+{
+    voice->close();
+    voice->speak({"Now playing", std::nullopt});
+    voice->stopSpeaking();
+    EXPECT_EQ(below.current(), "");
+    EXPECT_FALSE(isLow());
+    EXPECT_EQ(voice->currentLanguageCode(), "");
+    EXPECT_FALSE(voice->voiceForLanguage("la"));
 }
 
 TEST_F(CountedVoiceTest, AnEndThatComesAfterTheVoiceHasGoneDoesNothing)

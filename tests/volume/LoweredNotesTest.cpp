@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <string>
 
 namespace sonvara::test {
 namespace {
 
 constexpr int today = 20'000;
+constexpr const char* heading = "Players that Sonvara has lowered: volume, lowered volume, day, player\n";
 
 TEST(LoweredNotesTest, AreReadBackAsTheyWereWritten)
 {
@@ -33,9 +35,69 @@ TEST(LoweredNotesTest, ThoseOfVersionOneAreRead)
               (LoweredNotes{{"org.mpris.MediaPlayer2.vlc", {0.8, 0.28}, today}}));
 }
 
+TEST(LoweredNotesTest, AreWrittenInSixDigitsWhereTheseAreTheNumber)
+{
+    EXPECT_NE(format({{"vlc", {0.123456, 0}, 1}}).find("\n0.123456 0 1 vlc\n"), std::string::npos);
+    EXPECT_NE(format({{"vlc", {0.2345678, 0}, 1}}).find("\n0.23456779999999999 0 1 vlc\n"),
+              std::string::npos);
+}
+
+TEST(LoweredNotesTest, AreTheSameInEveryLanguage)
+{
+    struct Commas final : std::numpunct<char> {
+        [[nodiscard]] char do_decimal_point() const override { return ','; }
+    };
+    const LoweredNotes notes{{"vlc", {0.58, 0.2}, today}};
+    const auto text = format(notes);
+    const auto before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+    const auto written = format(notes);
+    const auto read = parseLoweredNotes(text, today);
+    std::locale::global(before);
+    EXPECT_EQ(written, text);
+    EXPECT_EQ(read, notes);
+}
+
+TEST(LoweredNotesTest, MayHoldTheLargestNumbersAndNoLarger)
+{
+    const auto isRead = [](const std::string& line) {
+        return parseLoweredNotes(heading + line, today).has_value();
+    };
+    EXPECT_TRUE(isRead("100 100 1000000 vlc\n"));
+    EXPECT_TRUE(isRead("0 0 0 vlc\n"));
+    EXPECT_FALSE(isRead("100.1 1 1 vlc\n"));
+    EXPECT_FALSE(isRead("1 1 1000001 vlc\n"));
+    const std::string digits(30, '0');
+    EXPECT_TRUE(isRead("0." + digits + " 1 1 vlc\n")) << "32 signs";
+    EXPECT_FALSE(isRead("0.0" + digits + " 1 1 vlc\n"));
+    std::string many;
+    for (int i = 0; i < 100; ++i) many += "1 0.35 20000 vlc\n";
+    EXPECT_TRUE(isRead(many));
+}
+
+TEST(LoweredNotesTest, ThoseOfVersionOneHoldPercents)
+{
+    const auto isRead = [](const std::string& line) {
+        return parseLoweredNotes("Players that Sonvara has lowered: volume, lowered volume, program\n" + line,
+                                 today)
+            .has_value();
+    };
+    EXPECT_TRUE(isRead("100 100 vlc\n"));
+    EXPECT_FALSE(isRead("101 1 vlc\n"));
+    EXPECT_FALSE(isRead("1 101 vlc\n"));
+    EXPECT_FALSE(isRead("1 0.5 vlc\n"));
+    EXPECT_FALSE(isRead("1 1 \n"));
+}
+
+TEST(LoweredNotesTest, WithoutTheirHeadingOrTheirEndAreNothing)
+{
+    const std::string line = "1 0.35 20000 vlc\n";
+    EXPECT_EQ(parseLoweredNotes(std::string(std::string(heading).size(), '\n') + line, today), std::nullopt);
+    EXPECT_EQ(parseLoweredNotes(heading + line + "1 0.35 20000 vl", today), std::nullopt);
+    EXPECT_EQ(parseLoweredNotes(heading + std::string("7\n"), today), std::nullopt) << "one number for all";
+}
+
 TEST(LoweredNotesTest, WhatIsNotAsItIsWrittenIsNothing)
 {
-    const std::string heading = "Players that Sonvara has lowered: volume, lowered volume, day, player\n";
     for (const std::string text :
          {"", "x", "1 0.35 20000 vlc", "1 0.35 20000 \n", "1 0.35 vlc\n", "-1 0.35 20000 vlc\n",
           "1 101 20000 vlc\n", "nan 0.35 20000 vlc\n", "inf 0.35 20000 vlc\n", " 1 0.35 20000 vlc\n",
@@ -56,6 +118,7 @@ TEST(LoweredNotesTest, AStableNameIsWithoutTheInstance)
     EXPECT_EQ(stableName("org.mpris.MediaPlayer2.vlc.instance123"), "org.mpris.MediaPlayer2.vlc");
     EXPECT_EQ(stableName("org.mpris.MediaPlayer2.chromium.instance1_2"), "org.mpris.MediaPlayer2.chromium");
     EXPECT_EQ(stableName("org.mpris.MediaPlayer2.vlc.instanceOf"), "org.mpris.MediaPlayer2.vlc.instanceOf");
+    EXPECT_EQ(stableName("a.instance1234567890"), "a");
     EXPECT_EQ(stableName(".instance1"), ".instance1");
 }
 
