@@ -59,6 +59,8 @@ class MutateChangesTest(unittest.TestCase):
 
     def test_a_bound_is_moved(self):
         self.expect("const auto other = size < 9;", *(f"const auto other = size {end};" for end in ("<= 9", "< 8", "< 10")))
+        self.expect("const auto other = 0600;", "const auto other = 0601;", "const auto other = 0577;")
+        self.expect("const auto other = 0xff;", "const auto other = 0x100;", "const auto other = 0xfe;")
         self.expect("const auto other = 0.5;", "const auto other = (0.5 + 0.1);")
         self.expect("const auto other = 'a';", "const auto other = 'b';")
 

@@ -16,8 +16,13 @@ def change_number(finder, cursor):
     elif cursor.kind == Kind.FLOATING_LITERAL:
         finder.replace_cursor("constant", cursor, f"({text} + 0.1)")
     elif whole:
-        number = int(whole[1].replace("'", ""), 0)
-        write = hex if text.startswith("0x") else str
+        digits = whole[1].replace("'", "")
+        base, write = 10, str
+        if digits.startswith("0x"):
+            base, write = 16, hex
+        elif digits.startswith("0") and digits != "0":
+            base, write = 8, "0{:o}".format
+        number = int(digits, base)
         finder.replace_cursor("constant", cursor, write(number + 1) + whole[2])
         if number > 0:
             finder.replace_cursor("constant", cursor, write(number - 1) + whole[2])

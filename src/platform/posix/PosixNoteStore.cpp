@@ -50,10 +50,7 @@ void PosixNoteStore::save(const std::string& text)
     std::error_code ignored;
     std::filesystem::create_directories(folder, ignored);
     const auto beside = path_ + ".new";
-    if (!write(beside, text) || std::rename(beside.c_str(), path_.c_str()) != 0) {
-        ::unlink(beside.c_str());
-        return;
-    }
+    if (!write(beside, text) || std::rename(beside.c_str(), path_.c_str()) != 0) ::unlink(beside.c_str());
 }
 
 void PosixNoteStore::remove()
