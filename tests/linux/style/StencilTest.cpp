@@ -1,6 +1,6 @@
 #include "platform/linux/style/Stencil.h"
 
-#include "Difference.h"
+#include "helpers/Difference.h"
 #include "platform/linux/style/DrawingPainter.h"
 #include "platform/linux/style/QtImageRenderer.h"
 #include "platform/linux/style/SymbolIcons.h"
