@@ -38,11 +38,19 @@ TEST_F(CocoaStatusBarTest, ShowsSymbolsAndImages)
     StatusButton* button = item_->button();
     ASSERT_NE(button, nullptr);
     button->setSymbol({"music.note", "Sonvara"});
-    EXPECT_EQ(probe::statusImage()->symbol, "music.note");
+    EXPECT_EQ(probe::statusImage(), (probe::StatusImage{"music.note", "Sonvara", 14, 14, false}));
     button->setSymbol({"music.note", ""});
+    EXPECT_EQ(probe::statusImage(), (probe::StatusImage{"music.note", "", 14, 14, false}));
     const Drawing drawing{18, 18, true, {FillOval{{0, 0, 18, 18}, {}}}};
     button->setImage(CocoaImageRenderer().render(drawing));
-    EXPECT_EQ(probe::statusImage(), (probe::StatusImage{"", 18, 18, true}));
+    EXPECT_EQ(probe::statusImage(), (probe::StatusImage{"", "", 18, 18, true}));
+}
+
+TEST_F(CocoaStatusBarTest, ShowsAPictureAsItIsOnceItIsVisible)
+{
+    EXPECT_FALSE(probe::showsThePictureAsItIs());
+    item_->setVisible(true);
+    EXPECT_TRUE(probe::showsThePictureAsItIs());
 }
 
 TEST_F(CocoaStatusBarTest, ComesAndGoes)

@@ -20,13 +20,16 @@ struct ShownItem {
 [[nodiscard]] std::vector<ShownItem> statusMenu();
 
 struct StatusImage {
-    std::string symbol;  ///< of a system symbol
+    std::string symbol;       ///< of a system symbol
+    std::string description;  ///< for a screen reader
     double width = 0;
     double height = 0;
     bool isTemplate = false;
     bool operator==(const StatusImage&) const = default;
 };
 [[nodiscard]] std::optional<StatusImage> statusImage();
+/// Whether the button shows a picture alone, in its proportions and no larger than it is, and is not greyed.
+[[nodiscard]] bool showsThePictureAsItIs();
 
 /// A spot on the screen, as the display counts: from the upper left corner downwards.
 struct Spot {

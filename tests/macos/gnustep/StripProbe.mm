@@ -59,8 +59,15 @@ std::optional<StatusImage> statusImage()
 {
     NSImage* image = [statusButton() image];
     if (image == nil) return std::nullopt;
-    return StatusImage{toString([image name]), [image size].width, [image size].height,
-                       static_cast<bool>([image isTemplate])};
+    return StatusImage{toString([image name]), toString([image accessibilityDescription]), [image size].width,
+                       [image size].height, static_cast<bool>([image isTemplate])};
+}
+
+bool showsThePictureAsItIs()
+{
+    NSStatusBarButton* button = statusButton();
+    return [button imagePosition] == NSImageOnly &&
+           [[button cell] imageScaling] == NSImageScaleProportionallyDown && ![button appearsDisabled];
 }
 
 Spot statusItemSpot()

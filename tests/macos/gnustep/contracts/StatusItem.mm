@@ -11,11 +11,13 @@ constexpr CGFloat thickness = 24;
 
 }  // namespace
 
-/// Opens its menu under the mouse, as a status item with a menu does.
+/// Opens its menu under the mouse, as a status item with a menu does. Is greyed until somebody says otherwise, so that it is
+/// seen whether somebody does.
 @interface SNVStatusBarButton : NSStatusBarButton {
     BOOL isShown_;
 }
 - (void)show;
+- (void)beginGrey;
 @end
 
 @implementation SNVStatusBarButton
@@ -23,6 +25,11 @@ constexpr CGFloat thickness = 24;
 - (void)show
 {
     isShown_ = YES;
+}
+
+- (void)beginGrey
+{
+    [super setAppearsDisabled:YES];
 }
 
 - (void)setAppearsDisabled:(BOOL)disabled
@@ -63,6 +70,7 @@ constexpr CGFloat thickness = 24;
     [strip_ setTitle:@"status item"];
     button_ = [[SNVStatusBarButton alloc] initWithFrame:NSMakeRect(0, 0, thickness, thickness)];
     [button_ setBordered:NO];
+    [button_ beginGrey];
     [[strip_ contentView] addSubview:button_];
     [strip_ orderFront:nil];
     return self;

@@ -15,19 +15,21 @@ std::set<const void*> templates;
 
 }  // namespace
 
-/// A picture of the system's set: a dot that knows its name.
+/// A picture of the system's set: a dot that knows its name and what is said of it.
 @interface SNVSymbolImage : NSImage {
     NSString* symbol_;
+    NSString* description_;
 }
 @end
 
 @implementation SNVSymbolImage
 
-- (instancetype)initWithSymbol:(NSString*)symbol
+- (instancetype)initWithSymbol:(NSString*)symbol description:(NSString*)description
 {
     self = [super initWithSize:NSMakeSize(14, 14)];
     if (self == nil) return nil;
     symbol_ = [symbol copy];
+    description_ = [description copy];
     [self lockFocus];
     [[NSColor grayColor] set];
     [[NSBezierPath bezierPathWithOvalInRect:NSMakeRect(3, 3, 8, 8)] fill];
@@ -38,12 +40,18 @@ std::set<const void*> templates;
 - (void)dealloc
 {
     [symbol_ release];
+    [description_ release];
     [super dealloc];
 }
 
 - (NSString*)name
 {
     return symbol_;
+}
+
+- (NSString*)accessibilityDescription
+{
+    return description_;
 }
 
 @end
@@ -53,7 +61,12 @@ std::set<const void*> templates;
 + (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)description
 {
     if (description != nil && [description length] == 0) violated("a symbol has an empty description");
-    return [[[SNVSymbolImage alloc] initWithSymbol:name] autorelease];
+    return [[[SNVSymbolImage alloc] initWithSymbol:name description:description] autorelease];
+}
+
+- (NSString*)accessibilityDescription
+{
+    return nil;
 }
 
 - (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration

@@ -31,6 +31,7 @@ extern NSString* const NSFontTextStyleCaption1;
 
 @interface NSImage (AppleAdditions)
 + (NSImage*)imageWithSystemSymbolName:(NSString*)name accessibilityDescription:(NSString*)description;
+- (NSString*)accessibilityDescription;
 - (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
 - (void)setTemplate:(BOOL)isTemplate;
 - (BOOL)isTemplate;
