@@ -1,154 +1,13 @@
 // One player's states: each limit of time and of volume, and what it is told on either side of it.
-#include "volume/LoweredPlayer.h"
+#include "LoweredPlayerFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <cmath>
 #include <string>
-#include <vector>
 
 namespace sonvara::test {
 namespace {
 
-using namespace std::chrono_literals;
-using Milliseconds = std::chrono::milliseconds;
-using Commands = std::vector<double>;
-const Commands nothing{};
-
-class LoweredPlayerTest : public testing::Test {
-protected:
-    LoweredPlayer player;
-    VolumeLevels levels{0.8, 0.3};
-    VolumeTime now{100h};
-    bool isPlaying = false;
-    std::string track = "1";
-    Milliseconds position{0};
-
-    void pass(Milliseconds time) { now += time; }
-    void play(bool plays = true)
-    {
-        isPlaying = plays;
-        player.hear(plays, {}, now);
-    }
-    void next(const std::string& title)
-    {
-        track = title;
-        player.hear({}, title, now);
-    }
-    [[nodiscard]] VolumeLook look(double volume) const { return {isPlaying, volume, track, position}; }
-    Commands commands()
-    {
-        Commands told;
-        while (const auto volume = player.takeCommand()) told.push_back(*volume);
-        return told;
-    }
-    /// What it is told when it is seen at this volume.
-    Commands answerTo(double volume)
-    {
-        player.see(look(volume), now);
-        return commands();
-    }
-    Commands answerAfter(Milliseconds time, double volume)
-    {
-        pass(time);
-        return answerTo(volume);
-    }
-
-    // How most tests begin:
-    void haveForLong()
-    {
-        play();
-        next(track);
-        pass(10s);
-    }
-    void haveLow()
-    {
-        haveForLong();
-        player.lower(levels, now);
-        EXPECT_EQ(commands(), Commands{levels.low});
-    }
-    void haveObeyed()
-    {
-        haveLow();
-        EXPECT_EQ(answerAfter(200ms, levels.low), nothing);
-        EXPECT_TRUE(player.isLowered());
-    }
-    void wantHome()
-    {
-        player.want(false, now);
-        EXPECT_EQ(commands(), Commands{levels.home});
-    }
-    void haveOwed()
-    {
-        haveObeyed();
-        wantHome();
-    }
-    /// It is told `volume` each time, three times, whatever comes of it.
-    void expectThreeTries(double seen, double told)
-    {
-        for (int i = 0; i < 3; ++i) EXPECT_EQ(answerAfter(100ms, seen), Commands{told}) << i;
-    }
-};
-
-TEST_F(LoweredPlayerTest, SilenceAndFullVolumeAreDoubtedForThreeSeconds)
-{
-    play();
-    pass(2999ms);
-    EXPECT_TRUE(player.isSilence(0.01, now));
-    EXPECT_FALSE(player.isSilence(0.011, now));
-    EXPECT_TRUE(player.isOpening(1, now));
-    pass(1ms);
-    EXPECT_FALSE(player.isSilence(0, now));
-    EXPECT_FALSE(player.isOpening(1, now));
-}
-
-TEST_F(LoweredPlayerTest, AFullVolumeMayMisleadForThreeTenthsOfASecond)
-{
-    EXPECT_TRUE(player.mayMislead(look(1), now)) << "it does not play yet";
-    play();
-    pass(299ms);
-    EXPECT_TRUE(player.mayMislead(look(0.9995), now));
-    EXPECT_FALSE(player.mayMislead(look(0.998), now));
-    position = 2999ms;
-    EXPECT_TRUE(player.mayMislead(look(1), now));
-    position = 3000ms;
-    EXPECT_FALSE(player.mayMislead(look(1), now));
-    position = 0ms;
-    pass(1ms);
-    EXPECT_FALSE(player.mayMislead(look(1), now));
-}
-
-TEST_F(LoweredPlayerTest, AFullVolumeMisleadsNobodyAfterTheFirstStream)
-{
-    haveForLong();
-    player.hear({}, {}, now);
-    play(false);
-    play();
-    EXPECT_FALSE(player.mayMislead(look(1), now));
-}
-
-TEST_F(LoweredPlayerTest, OneThatIsFarIntoItsTrackWhenItIsFirstSeenHasOpenedItsStream)
-{
-    isPlaying = true;
-    position = 2999ms;
-    player.see(look(1), now);
-    EXPECT_TRUE(player.isOpening(1, now));
-    position = 3000ms;
-    player.see(look(1), now);
-    EXPECT_FALSE(player.isOpening(1, now));
-    pass(3s);
-    EXPECT_FALSE(player.isSilence(0, now)) << "it was seen to play for so long";
-}
-
-TEST_F(LoweredPlayerTest, OneThatWasSeenToBeginMayBeFarIntoItsTrackAndNew)
-{
-    play(false);
-    play();
-    position = 10s;
-    player.see(look(1), now);
-    EXPECT_TRUE(player.isOpening(1, now));
-}
+using LoweredPlayerTest = LoweredPlayerFixture;
 
 TEST_F(LoweredPlayerTest, OneThatObeysIsToldNoMoreAndNotLookedAt)
 {
@@ -389,6 +248,7 @@ TEST_F(LoweredPlayerTest, FullVolumeIsNotExceeded)
 {
     levels = {1, 0.35};
     haveOwed();
+    expectThreeTries(0.995, 1);
     EXPECT_EQ(answerAfter(100ms, 0.995), nothing);
     EXPECT_TRUE(player.isFree());
 }

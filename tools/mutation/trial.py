@@ -25,7 +25,7 @@ def tests_of(room):
 
 def environment(variables):
     # A test with random numbers takes always the same: what is noticed by luck is not noticed.
-    return os.environ | {"SEED": "1", "SESSIONS": "200"} | variables
+    return os.environ | {"SEED": "1", "SESSIONS": "1000"} | variables
 
 
 @dataclass
