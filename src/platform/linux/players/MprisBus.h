@@ -1,6 +1,8 @@
 // The questions that are asked over the session bus, and the signals that are heard on it.
 #pragma once
 
+#include "platform/linux/players/BusQuestion.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
@@ -8,10 +10,8 @@
 #include <QVariantList>
 
 #include <chrono>
-#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace sonvara {
@@ -22,9 +22,8 @@ class MprisBus final : public QObject {
     Q_OBJECT
 
 public:
-    /// The reply's arguments, empty if it is an error; absent if there is none within the limit.
-    using Reply = std::optional<QVariantList>;
-    using Answer = std::function<void(const Reply&)>;
+    using Reply = BusQuestion::Reply;
+    using Answer = BusQuestion::Answer;
 
     /// The limit for every question. It is over before the next poll, which asks again.
     static constexpr std::chrono::milliseconds limit{2000};
