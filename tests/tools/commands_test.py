@@ -119,6 +119,10 @@ class Commands(unittest.TestCase):
         """It fetches hundreds of megabytes; ./test -L ai installs the same package, elsewhere."""
         self.assertIn(command.split()[-1], (self.copy.tree / "tests/ai/install-tools").read_text(encoding="utf-8"))
 
+    def is_installed_for_the_demo(self, command):
+        packages = (self.copy.tree / "tools/packages.txt").read_text(encoding="utf-8")
+        self.assertRegex(packages, rf"(?m)^demo +{command.split()[-1]} ")
+
     def watches_the_bus(self, command):
         """It runs until it is stopped, here after the first message."""
         with subprocess.Popen(["dbus-run-session", "--", "bash", "-c", command], cwd=self.copy.tree, env=self.copy.env, text=True,
@@ -151,6 +155,9 @@ class Commands(unittest.TestCase):
             "./test -L ai": self.agrees_with_its_usage,
             "spd-say hello": self.passes_on_a_desktop,
             'QT_LOGGING_RULES="sonvara.*.debug=true" build/release/sonvara': self.finds_no_display,
+            "sudo apt install flite": self.is_installed_for_the_demo,
+            "tools/voice": self.passes,
+            "tools/voice --undo": self.passes,
             "playerctl volume 0.5": self.finds_no_player,
             "tools/bench": self.agrees_with_its_usage,
             "./test -L unit": self.agrees_with_its_usage,

@@ -1,7 +1,7 @@
 """A complete private desktop without a screen or a sound card, with nothing of the user's own in it.
 
 Xvfb with xfwm4 and xfce4-panel (the tray host), a session bus with accessibility switched on, a sound
-server with a sink for the player and one for the voice, and speech-dispatcher with espeak-ng.
+server with a sink for the player and one for the voice, and speech-dispatcher with espeak-ng, or as tools/voice has it.
 """
 
 import os
@@ -130,10 +130,14 @@ class PrivateSession:
 class PrivateDesktop(PrivateSession):
     """The session with everything else that a desktop has."""
 
-    def __init__(self, keep=False, tray="xfce4-panel"):
-        """`tray`: what start_tray() starts at once; None leaves the desktop without a tray."""
+    def __init__(self, keep=False, tray="xfce4-panel", has_natural_voice=False):
+        """`tray`: what start_tray() starts at once; None leaves the desktop without a tray.
+
+        `has_natural_voice`: Sonvara's lines are spoken as with tools/voice.
+        """
         super().__init__(keep)
         self._tray = tray
+        self._has_natural_voice = has_natural_voice
 
     def _start_parts(self):
         self._start_display()
@@ -157,6 +161,8 @@ class PrivateDesktop(PrivateSession):
         self.env["DISPLAY"] = ":" + number
 
     def _start_speech(self):
+        if self._has_natural_voice:
+            self.run(os.path.join(os.path.dirname(_HERE), "voice"))
         socket = os.path.join(self._make_folder("run", "speech-dispatcher"), "speechd.sock")
         self.start("speech", ["speech-dispatcher", "--run-single", "--communication-method", "unix_socket",
                               "--socket-path", socket, "--timeout", "0"], {"PULSE_SINK": "speech"})
