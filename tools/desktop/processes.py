@@ -144,7 +144,7 @@ def _die_with_parent():
 def _signal(pid, number):
     try:
         os.kill(pid, number)
-    except ProcessLookupError:
+    except (ProcessLookupError, PermissionError):  # fusermount is root's, and ends with what has started it
         pass
 
 

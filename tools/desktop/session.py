@@ -164,8 +164,10 @@ class PrivateDesktop(PrivateSession):
         if self._has_natural_voice:
             self.run(os.path.join(os.path.dirname(_HERE), "voice"))
         socket = os.path.join(self._make_folder("run", "speech-dispatcher"), "speechd.sock")
+        soundserver.write_speech_settings(self)
         self.start("speech", ["speech-dispatcher", "--run-single", "--communication-method", "unix_socket",
-                              "--socket-path", socket, "--timeout", "0"], {"PULSE_SINK": "speech"})
+                              "--socket-path", socket, "--timeout", "0"],
+                   {"PULSE_SINK": "speech", "PIPEWIRE_NODE": "speech"})
         wait_until("the speech daemon", lambda: os.path.exists(socket))
 
     def start_tray(self, kind):

@@ -4,6 +4,7 @@ Either way there is a sink for the player ("music", the default) and one for the
 ("both.monitor") that holds both on one clock. No sound card is looked at, and nothing of the user's sound is used.
 """
 
+import glob
 import os
 import shutil
 import subprocess
@@ -13,6 +14,7 @@ from desktop.processes import wait_until
 _HERE = os.path.dirname(os.path.abspath(__file__))
 _SETTINGS = os.path.join(_HERE, "pipewire")
 _STOCK_POLICY = "/usr/share/wireplumber"
+_STOCK_SPEECH = "/etc/speech-dispatcher"
 
 _PULSEAUDIO = """
 load-module module-native-protocol-unix
@@ -68,6 +70,16 @@ def remember_volumes(desktop):
         raise Missing("a WirePlumber 0.4, which can be made to remember volumes by a script beside the policy,")
     desktop.start("sound-memory", ["wireplumber", "-c", "memory.conf"],
                   {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", "WIREPLUMBER_CONFIG_DIR": _SETTINGS})
+
+
+def write_speech_settings(desktop):
+    """Has a speech-dispatcher that can speak to PipeWire itself, as 0.12 can, do so: over PulseAudio's protocol PipeWire 1.4
+    does not tell the end of a line when its sink's sound goes on to another sink, as it does here for the recording."""
+    if desktop.sound != "pipewire" or not glob.glob("/usr/lib/*/speech-dispatcher/spd_pipewire.so"):
+        return
+    with open(os.path.join(_STOCK_SPEECH, "speechd.conf"), encoding="utf-8") as stock:
+        path = desktop.write_setting("speech-dispatcher/speechd.conf", stock.read() + '\nAudioOutputMethod "pipewire"\n')
+    os.symlink(os.path.join(_STOCK_SPEECH, "modules"), os.path.join(os.path.dirname(path), "modules"))
 
 
 def _start_pulseaudio(desktop):

@@ -25,8 +25,8 @@ public:
     using Answer = std::function<void(const Reply&)>;
 
     /// Sends `question`. Calls `answer` once, later, unless `asker`, which owns it, is destroyed before.
-    static void ask(QDBusConnection& connection, const QDBusMessage& question, std::chrono::milliseconds limit,
-                    const Answer& answer, QObject* asker);
+    static void ask(QDBusConnection& connection, const QDBusMessage& question,
+                    std::chrono::milliseconds limit, const Answer& answer, QObject* asker);
 
 private Q_SLOTS:
     void takeReply(const QDBusMessage& reply);
