@@ -14,7 +14,7 @@ from desktop.processes import wait_until
 _HERE = os.path.dirname(os.path.abspath(__file__))
 _SETTINGS = os.path.join(_HERE, "pipewire")
 _STOCK_POLICY = "/usr/share/wireplumber"
-_STOCK_SPEECH = "/etc/speech-dispatcher"
+_STOCK_SPEECH = "/etc/speech-dispatcher/speechd.conf"
 
 _PULSEAUDIO = """
 load-module module-native-protocol-unix
@@ -77,9 +77,12 @@ def write_speech_settings(desktop):
     does not tell the end of a line when its sink's sound goes on to another sink, as it does here for the recording."""
     if desktop.sound != "pipewire" or not glob.glob("/usr/lib/*/speech-dispatcher/spd_pipewire.so"):
         return
-    with open(os.path.join(_STOCK_SPEECH, "speechd.conf"), encoding="utf-8") as stock:
-        path = desktop.write_setting("speech-dispatcher/speechd.conf", stock.read() + '\nAudioOutputMethod "pipewire"\n')
-    os.symlink(os.path.join(_STOCK_SPEECH, "modules"), os.path.join(os.path.dirname(path), "modules"))
+    path = os.path.join(desktop.env["HOME"], ".config", "speech-dispatcher", "speechd.conf")
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "a", encoding="utf-8") as settings:
+        if settings.tell() == 0:  # else it has been told of another voice
+            settings.write(f'Include "{_STOCK_SPEECH}"\n')
+        settings.write('AudioOutputMethod "pipewire"\n')
 
 
 def _start_pulseaudio(desktop):
