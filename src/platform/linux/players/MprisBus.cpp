@@ -3,6 +3,9 @@
 #include "platform/linux/players/Debounce.h"
 #include "platform/linux/players/PlayerIdentity.h"
 
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
@@ -23,6 +26,14 @@ QDBusMessage propertiesCall(const std::string& owner, const QString& method)
 {
     return QDBusMessage::createMethodCall(QString::fromStdString(owner), playerPath, propertiesInterface,
                                           method);
+}
+
+MprisBus::Reply replyIn(const QDBusMessage& message)
+{
+    if (message.type() == QDBusMessage::ReplyMessage) return message.arguments();
+    const auto error = QDBusError(message).type();
+    if (error == QDBusError::NoReply || error == QDBusError::Disconnected) return std::nullopt;
+    return QVariantList();
 }
 
 }  // namespace
@@ -117,7 +128,12 @@ void MprisBus::takeDisconnected()
 void MprisBus::ask(QDBusMessage question, const Answer& answer)
 {
     question.setAutoStartService(false);
-    BusQuestion::ask(connection_, question, limit, answer, this);
+    const auto call = connection_.asyncCall(question, static_cast<int>(limit.count()));
+    auto* watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [answer](QDBusPendingCallWatcher* finished) {
+        finished->deleteLater();
+        answer(replyIn(finished->reply()));
+    });
 }
 
 void MprisBus::askDaemon(const QString& method, const std::string& name, const Answer& answer)

@@ -1,8 +1,6 @@
 // The questions that are asked over the session bus, and the signals that are heard on it.
 #pragma once
 
-#include "platform/linux/players/BusQuestion.h"
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
@@ -10,8 +8,10 @@
 #include <QVariantList>
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace sonvara {
@@ -22,8 +22,9 @@ class MprisBus final : public QObject {
     Q_OBJECT
 
 public:
-    using Reply = BusQuestion::Reply;
-    using Answer = BusQuestion::Answer;
+    /// The reply's arguments, empty if it is an error; absent if there is none within the limit.
+    using Reply = std::optional<QVariantList>;
+    using Answer = std::function<void(const Reply&)>;
 
     /// The limit for every question. It is over before the next poll, which asks again.
     static constexpr std::chrono::milliseconds limit{2000};
