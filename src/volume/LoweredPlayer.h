@@ -53,6 +53,8 @@ struct VolumeLevels {
 /// |         | opened since it was told             | and for certain: Elisa tells home, and sounds low, and
 /// |         |                                      | ignores what it believes to be at
 /// | owed    | seen about low                       | tell home again
+/// | owed    | seen at full, far into its track,    | in doubt: look again; nothing is settled, nothing is read
+/// |         | which has not gone on since          |
 /// | owed    | seen anywhere else                   | the user's hand: free
 /// | free    | there is a note of it from before    | owed; it is told nothing before it is seen
 // clang-format on

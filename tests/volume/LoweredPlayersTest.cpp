@@ -41,11 +41,11 @@ protected:
             pass(3s);
         }
     }
-    std::optional<LoweredPlayers::Reading> read()
+    std::optional<LoweredPlayers::Reading> read(Milliseconds within = 5ms)
     {
         std::optional<LoweredPlayers::Reading> reading;
         desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
-        pass(5ms);
+        pass(within);
         return reading;
     }
     /// Both were killed while it was low; it goes on in the middle of its track.
@@ -58,18 +58,11 @@ protected:
         player->play();
         die();
     }
-    void duck()
+    void duck() { ASSERT_TRUE(duckWhenRead(5ms)); }
+    /// Says whether it could be read.
+    bool duckWhenRead(Milliseconds within = 500ms)
     {
-        const auto reading = read();
-        ASSERT_TRUE(reading);
-        desktop.loweredPlayers->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
-    }
-    /// The same with one that is read for a while. Says whether it could be.
-    bool duckWhenRead()
-    {
-        std::optional<LoweredPlayers::Reading> reading;
-        desktop.loweredPlayers->read("Music", [&reading](const auto& told) { reading = told; });
-        pass(500ms);
+        const auto reading = read(within);
         if (reading)
             desktop.loweredPlayers->duck("Music", *reading, std::max(reading->percent() * 35 / 100, 12));
         return reading.has_value();
