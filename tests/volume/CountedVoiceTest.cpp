@@ -1,5 +1,5 @@
 // The voice that counts its lines: nothing that it passes on is changed or held back.
-#include "ModelPlayer.h"
+#include "ModelDesktop.h"
 
 #include "fakes/FakeVoice.h"
 #include "volume/CountedVoice.h"

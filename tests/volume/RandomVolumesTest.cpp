@@ -1,15 +1,17 @@
 // The promises about the volume, in any order of events: lines, ducks, ways back, users, players and deaths.
-#include "ModelPlayer.h"
+#include "ModelCore.h"
+#include "RandomQuirks.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <deque>
 #include <iostream>
-#include <memory>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -20,80 +22,23 @@ namespace {
 constexpr unsigned sessions = 2500;
 constexpr int stepsOfSession = 400;
 
-int lowOf(double volume)
-{
-    const int percent = static_cast<int>(std::lround(std::clamp(volume, 0.0, 1.0) * 100));
-    return std::max(percent * 35 / 100, 12);
-}
-
 bool isClose(double volume, double other)
 {
     return std::abs(volume - other) < 0.0011;
 }
 
-/// What the core does about lines, as its own rules say, with workers that take their time.
-class ModelCore {
-public:
-    ModelCore(ModelDesktop& desktop, std::mt19937& random) : desktop_(desktop), random_(random) {}
-
-    int ducksUnderWay = 0;
-    int lines = 0;
-
-    void say()
-    {
-        ++lines;
-        desktop_.loweredPlayers->lineBegan();
-        if (recorded_) return;
-        ++ducksUnderWay;
-        soon([this] {
-            desktop_.loweredPlayers->read("Music", [this](const auto& reading) {
-                if (!reading) {
-                    --ducksUnderWay;
-                    return;
-                }
-                soon([this, reading = *reading] {
-                    desktop_.loweredPlayers->duck("Music", reading, lowOf(reading.volume));
-                    soon([this] { recorded_ = true, --ducksUnderWay; });
-                });
-            });
-        });
-    }
-    void fallSilent()
-    {
-        if (lines == 0) return;
-        --lines;
-        desktop_.loweredPlayers->lineEnded();
-        desktop_.later([this] {
-            if (!recorded_) return;
-            recorded_ = false;
-            soon([this] { desktop_.loweredPlayers->restore("Music"); });
-        });
-    }
-    void die() { lines = ducksUnderWay = 0, recorded_ = false; }
-
-private:
-    void soon(const std::function<void()>& happening)
-    {
-        const Milliseconds delay(std::uniform_int_distribution(0, 20)(random_));
-        desktop_.schedule.after(delay, [this, happening] { desktop_.later(happening); });
-    }
-
-    ModelDesktop& desktop_;
-    std::mt19937& random_;
-    bool recorded_ = false;
-};
-
 class Session {
 public:
     explicit Session(unsigned seed)
-        : random_(seed),
-          core_(desktop_, random_),
-          player_(desktop_.schedule, chooseQuirks())
+        : dice_(seed),
+          quirks_(chooseQuirks(dice_)),
+          core_(desktop_, dice_),
+          player_(desktop_.schedule, quirks_)
     {
         desktop_.start();
         run_ = desktop_.add(player_, name);
         player_.play();
-        userSets(percent(15, 100));
+        userSets(dice_.percent(15, 100));
         desktop_.schedule.pass(5s);
     }
 
@@ -119,28 +64,26 @@ public:
             {"we are started anew", &Session::dieAndStartAnew},
         }};
         const auto& chosen =
-            actions.at(static_cast<std::size_t>(number(0, static_cast<int>(actions.size()) - 1)));
+            actions.at(static_cast<std::size_t>(dice_.number(0, static_cast<int>(actions.size()) - 1)));
         trace(chosen.what);
         (this->*chosen.action)();
-        const auto pause = number(0, 3);
-        pass(pause == 0 ? 0ms : pause == 1 ? Milliseconds(number(1, 30)) : Milliseconds(number(30, 900)));
-        if (number(0, 40) == 0) comeToRest();
+        const auto pause = dice_.number(0, 3);
+        pass(pause == 0   ? 0ms
+             : pause == 1 ? Milliseconds(dice_.number(1, 30))
+                          : Milliseconds(dice_.number(30, 900)));
+        if (dice_.number(0, 40) == 0) comeToRest();
     }
     [[nodiscard]] const std::string& failure() const { return failure_; }
     /// The last things that happened.
     [[nodiscard]] std::string course() const
     {
-        std::string text;
+        auto text = describe(quirks_) + "\n";
         for (const auto& line : trace_) text.append(line).append("\n");
         return text;
     }
 
 private:
     static constexpr auto* name = "org.mpris.MediaPlayer2.model";
-
-    int number(int least, int most) { return std::uniform_int_distribution(least, most)(random_); }
-    double percent(int least, int most) { return number(least, most) / 100.0; }
-    bool chance() { return number(0, 2) == 0; }
 
     /// As the core does: only of a player that plays. What a player tells that goes on in the middle of its track
     /// is believed if nothing is owed to it, so it is left alone until it tells the truth.
@@ -164,37 +107,7 @@ private:
                          std::to_string(player_.sound()) + (player_.isPlaying ? " plays" : "") +
                          (player_.hasStream() ? " has stream" : "") + " lines " +
                          std::to_string(core_.lines));
-        if (trace_.size() > 80) trace_.erase(trace_.begin() + 1);  // the quirks stay
-    }
-
-    Quirks chooseQuirks()
-    {
-        Quirks quirks;
-        quirks.truncates = chance();
-        quirks.closesStream = chance();
-        quirks.opensAtMemory = chance();
-        quirks.opensAtCube = quirks.opensAtMemory && !quirks.closesStream && chance();
-        if (quirks.opensAtMemory && chance()) {
-            quirks.tellsFirst = std::array{0.0, 0.01, 1.0}.at(static_cast<std::size_t>(number(0, 2)));
-            quirks.tellsFirstFor = Milliseconds(number(10, quirks.tellsFirst == 1.0 ? 250 : 2000));
-            if (quirks.tellsFirst == 1.0 && chance()) quirks.resumesAt = Milliseconds(number(3000, 9000));
-        }
-        quirks.believesItself = quirks.closesStream && quirks.opensAtMemory && !quirks.truncates &&
-                                !quirks.tellsFirst && chance();
-        if (!quirks.believesItself && chance()) quirks.swallows = Milliseconds(30);
-        if (chance()) quirks.lag = Milliseconds(number(0, 60));
-        // Whatever else, no player has been seen with this and the one or the other.
-        if (!quirks.truncates && !quirks.opensAtCube && !quirks.believesItself && chance())
-            quirks.takesBack = Milliseconds(number(5, 150));
-        trace_.push_back(
-            std::string("quirks:") + (quirks.truncates ? " truncates" : "") +
-            (quirks.closesStream ? " closes" : "") + (quirks.opensAtMemory ? " remembers" : "") +
-            (quirks.opensAtCube ? " cube" : "") + (quirks.believesItself ? " believes itself" : "") +
-            " swallows " + std::to_string(quirks.swallows.count()) + " lag " +
-            std::to_string(quirks.lag.count()) + " first " + std::to_string(quirks.tellsFirst.value_or(-1)) +
-            " for " + std::to_string(quirks.tellsFirstFor.count()) + " resumes at " +
-            std::to_string(quirks.resumesAt.count()));
-        return quirks;
+        if (trace_.size() > 80) trace_.pop_front();
     }
 
     void pass(Milliseconds time)
@@ -225,7 +138,7 @@ private:
         desktop_.schedule.pass(400ms);
         check();
         if (!isQuiet()) return;
-        const auto volume = percent(15, 99);
+        const auto volume = dice_.percent(15, 99);
         for (const auto other : chosen_)
             for (const auto ours :
                  {other, lowOf(other) / 100.0, std::pow(other, 3), std::pow(lowOf(other) / 100.0, 3)})
@@ -241,7 +154,7 @@ private:
     void startPlayerAnew()
     {
         desktop_.remove(run_);
-        desktop_.schedule.pass(Milliseconds(number(0, 3000)));
+        desktop_.schedule.pass(Milliseconds(dice_.number(0, 3000)));
         run_ = desktop_.add(player_, name);
     }
     void dieAndStartAnew()
@@ -288,7 +201,8 @@ private:
         failure_ = what;
     }
 
-    std::mt19937 random_;
+    Dice dice_;
+    Quirks quirks_;
     std::deque<std::string> trace_;
     ModelDesktop desktop_;
     ModelCore core_;
