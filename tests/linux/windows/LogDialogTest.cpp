@@ -1,80 +1,17 @@
-#include "platform/linux/windows/LogDialog.h"
-
-#include "helpers/EventLoop.h"
-#include "platform/linux/windows/LogListView.h"
-#include "platform/linux/windows/LogMessageView.h"
-#include "platform/linux/windows/LogModel.h"
-#include "windows/SampleForm.h"
+// The log's window: its rows, its reader's place, and how quick it is.
+#include "LogDialogFixture.h"
 
 #include <QAccessible>
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QPushButton>
-#include <QScrollBar>
-#include <QTest>
-#include <gtest/gtest.h>
 
+#include <cstddef>
 #include <ctime>
+#include <string>
 
 namespace sonvara::test {
 
 namespace {
 
-class LogDialogTest : public testing::Test {
-protected:
-    void SetUp() override { window.show(); }
-    void TearDown() override { runEvents(); }
-
-    void open()
-    {
-        dialog = std::make_unique<LogDialog>(sample.sheet(), &window);
-        dialog->show();
-        QCoreApplication::processEvents();
-    }
-
-    void add(int count)
-    {
-        for (int i = 0; i < count; ++i) {
-            const auto number = std::to_string(++total);
-            sample.rows.insert(sample.rows.begin(),
-                               SampleForm::row(number, "entry " + number + std::string(300, ' ') + "end"));
-        }
-        sample.logChanged.call();
-    }
-
-    LogListView& list() { return *dialog->findChild<LogListView*>(); }
-    QScrollBar& bar() { return *list().verticalScrollBar(); }
-
-    /// The row whose message begins so.
-    QModelIndex row(const QString& start)
-    {
-        const auto& rows = list().rows();
-        const auto found = rows.match(rows.index(0), Qt::DisplayRole, start, 1, Qt::MatchStartsWith);
-        return found.isEmpty() ? QModelIndex() : found.first();
-    }
-    LogRowDelegate::Parts parts(const QString& start) { return list().parts(row(start)); }
-    /// Where a message is seen, from the top of the list.
-    int seenAt(const QString& start) { return parts(start).message.top(); }
-
-    void doubleClick(const QString& start)
-    {
-        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {},
-                           parts(start).message.topLeft() + QPoint(5, 5));
-    }
-    /// The one widget of a message; null when there is none.
-    LogMessageView* message() { return list().findChild<LogMessageView*>(); }
-    QString selected() { return message() == nullptr ? QString() : message()->textCursor().selectedText(); }
-    /// What has the keyboard.
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::keyClick(dialog->focusWidget(), key, modifiers);
-    }
-
-    SampleForm sample;
-    int total = 0;
-    QWidget window;
-    std::unique_ptr<LogDialog> dialog;
-};
+using LogDialogTest = LogDialogFixture;
 
 TEST_F(LogDialogTest, KeepsThePlaceOfAReader)
 {
@@ -114,116 +51,6 @@ TEST_F(LogDialogTest, KeepsThePlaceOfAReaderOfTheFirstRow)
     EXPECT_EQ(seenAt("entry 60"), seen);
 }
 
-TEST_F(LogDialogTest, KeepsASelection)
-{
-    add(20);
-    open();
-    doubleClick("entry 20");
-    EXPECT_EQ(selected(), "entry");
-    const auto seen = seenAt("entry 20");
-    add(3);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(selected(), "entry");
-    EXPECT_EQ(seenAt("entry 20"), seen);
-    EXPECT_EQ(message()->geometry(), parts("entry 20").message);
-    sample.rows.clear();
-    sample.logChanged.call();
-    runEvents();
-    EXPECT_EQ(message(), nullptr) << "the row has gone";
-}
-
-TEST_F(LogDialogTest, SelectsWhatTheMouseIsDraggedOverAndCopiesIt)
-{
-    add(3);
-    open();
-    const auto place = parts("entry 2").message;
-    auto* const surface = list().viewport();
-    QTest::mousePress(surface, Qt::LeftButton, {}, place.topLeft() + QPoint(0, 3));
-    QTest::mouseMove(surface, place.bottomRight() - QPoint(1, 3));
-    QTest::mouseRelease(surface, Qt::LeftButton, {}, place.bottomRight() - QPoint(1, 3));
-    EXPECT_EQ(selected(), list().rows().data(row("entry 2"), Qt::DisplayRole).toString());
-    QGuiApplication::clipboard()->clear();
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), selected());
-    QTest::mouseMove(surface, place.topLeft());
-    EXPECT_EQ(selected().size(), message()->toPlainText().size()) << "the button was released";
-}
-
-TEST_F(LogDialogTest, HasOneSelectionAtATime)
-{
-    add(3);
-    open();
-    doubleClick("entry 3");
-    doubleClick("entry 1");
-    runEvents();
-    EXPECT_EQ(list().findChildren<LogMessageView*>().size(), 1);
-    EXPECT_EQ(message()->geometry(), parts("entry 1").message);
-}
-
-TEST_F(LogDialogTest, IsReadAndCopiedByTheKeys)
-{
-    add(60);
-    open();
-    list().setFocus(Qt::TabFocusReason);
-    EXPECT_EQ(list().currentIndex(), row("entry 60"));
-    for (int i = 0; i < 30; ++i) press(Qt::Key_Down);
-    EXPECT_EQ(list().currentIndex(), row("entry 30"));
-    EXPECT_TRUE(list().viewport()->rect().contains(parts("entry 30").message));
-    QGuiApplication::clipboard()->clear();
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(),
-              list().rows().data(row("entry 30"), Qt::DisplayRole).toString());
-
-    press(Qt::Key_Return);
-    EXPECT_EQ(dialog->focusWidget(), message());
-    press(Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(selected(), "entry ");
-    press(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "entry ");
-    press(Qt::Key_Escape);
-    EXPECT_FALSE(dialog->isVisible());
-}
-
-TEST_F(LogDialogTest, TheArrowKeysLeaveAnOpenedMessageAndDoNotFallIntoIt)
-{
-    add(3);
-    open();
-    doubleClick("entry 2");
-    list().setFocus(Qt::BacktabFocusReason);
-    EXPECT_EQ(selected(), "entry");
-    press(Qt::Key_Down);
-    press(Qt::Key_Up);
-    runEvents();
-    EXPECT_EQ(list().currentIndex(), row("entry 2"));
-    EXPECT_EQ(dialog->focusWidget(), &list());
-    EXPECT_EQ(message(), nullptr);
-}
-
-TEST_F(LogDialogTest, TellsAScreenReaderEachEntry)
-{
-    add(2);
-    open();
-    auto* const reader = QAccessible::queryAccessibleInterface(&list());
-    EXPECT_EQ(reader->role(), QAccessible::List);
-    EXPECT_EQ(reader->text(QAccessible::Name), "Log");
-    ASSERT_EQ(reader->childCount(), 2);
-    for (int i = 0; i < 2; ++i) {
-        const auto& row = sample.rows[static_cast<std::size_t>(i)];
-        EXPECT_EQ(reader->child(i)->role(), QAccessible::ListItem);
-        EXPECT_EQ(reader->child(i)->text(QAccessible::Name).toStdString(),
-                  row.time.text + " " + row.message.text);
-        EXPECT_FALSE(reader->child(i)->state().editable);
-    }
-    doubleClick("entry 2");
-    auto* const opened = QAccessible::queryAccessibleInterface(message());
-    ASSERT_NE(opened->textInterface(), nullptr);
-    int start = 0;
-    int end = 0;
-    opened->textInterface()->selection(0, &start, &end);
-    EXPECT_EQ(opened->textInterface()->text(start, end), "entry");
-    EXPECT_TRUE(opened->state().readOnly);
-}
-
 TEST_F(LogDialogTest, WrapsALongMessageInItsRow)
 {
     sample.rows = {SampleForm::row("2", "short"), SampleForm::row("1", std::string(500, 'x'))};
@@ -247,20 +74,6 @@ TEST_F(LogDialogTest, KeepsTheSheetsSpacings)
     EXPECT_EQ(first.message.right(), list().viewport()->width() - 16 - 1);
     EXPECT_EQ(second.message.top() - first.message.bottom() - 1, 4);
     EXPECT_EQ(list().visualRect(row("entry 1")).bottom() - second.message.bottom(), 16);
-}
-
-// The widget that selects stands where the text was drawn, and draws the same.
-TEST_F(LogDialogTest, LooksTheSameWithAMessageOpened)
-{
-    sample.rows = {SampleForm::row("1", "A title (שיר) that is so long that it goes on in a second line of "
-                                        "its row,\nand has a line feed, and\ta tab")};
-    open();
-    const auto before = list().viewport()->grab().toImage();
-    const auto place = parts("A title").message;
-    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, place.center());
-    ASSERT_NE(message(), nullptr);
-    dialog->findChild<QPushButton*>()->setFocus(Qt::OtherFocusReason);  // takes the caret away
-    EXPECT_EQ(list().viewport()->grab().toImage(), before);
 }
 
 TEST_F(LogDialogTest, MakesNoWidgetForARow)
@@ -290,6 +103,31 @@ TEST_F(LogDialogTest, StaysQuickWithManyLongEntries)
         QCoreApplication::processEvents();
     }
     EXPECT_LT(milliseconds() - begin, 2500);
+}
+
+TEST_F(LogDialogTest, TellsAScreenReaderEachEntry)
+{
+    add(2);
+    open();
+    auto* const reader = QAccessible::queryAccessibleInterface(&list());
+    EXPECT_EQ(reader->role(), QAccessible::List);
+    EXPECT_EQ(reader->text(QAccessible::Name), "Log");
+    ASSERT_EQ(reader->childCount(), 2);
+    for (int i = 0; i < 2; ++i) {
+        const auto& row = sample.rows[static_cast<std::size_t>(i)];
+        EXPECT_EQ(reader->child(i)->role(), QAccessible::ListItem);
+        EXPECT_EQ(reader->child(i)->text(QAccessible::Name).toStdString(),
+                  row.time.text + " " + row.message.text);
+        EXPECT_FALSE(reader->child(i)->state().editable);
+    }
+    doubleClick("entry 2");
+    auto* const opened = QAccessible::queryAccessibleInterface(message());
+    ASSERT_NE(opened->textInterface(), nullptr);
+    int start = 0;
+    int end = 0;
+    opened->textInterface()->selection(0, &start, &end);
+    EXPECT_EQ(opened->textInterface()->text(start, end), "entry");
+    EXPECT_TRUE(opened->state().readOnly);
 }
 
 TEST_F(LogDialogTest, PressesNoButtonOnMereEnter)
