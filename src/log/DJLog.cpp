@@ -48,17 +48,16 @@ std::optional<DJLog::Level> DJLog::levelFromRawValue(std::string_view rawValue)
 void DJLog::setUp(MainQueue& mainQueue, Clock& clock)
 {
     std::unique_ptr<DJLog>(sharedLog.exchange(nullptr)).reset();
-    sharedMainQueue = &mainQueue;
     sharedClock = &clock;
+    sharedMainQueue = &mainQueue;
 }
 
 DJLog& DJLog::shared()
 {
     if (auto* log = sharedLog.load()) return *log;
     auto* mainQueue = sharedMainQueue.load();
-    auto* clock = sharedClock.load();
-    if (mainQueue == nullptr || clock == nullptr) std::abort();
-    std::unique_ptr<DJLog> made(new DJLog(*mainQueue, *clock));
+    if (mainQueue == nullptr) std::abort();  // with it comes the clock
+    std::unique_ptr<DJLog> made(new DJLog(*mainQueue, *sharedClock.load()));
     DJLog* first = nullptr;
     // Of several threads that come at once, one is first.
     return sharedLog.compare_exchange_strong(first, made.get()) ? *made.release() : *first;

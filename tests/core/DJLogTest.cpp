@@ -53,6 +53,12 @@ TEST(DJLogSharedTest, IsMadeByItsFirstUseOnWhateverThread)
     EXPECT_THAT(found, testing::Each(&DJLog::shared()));
 }
 
+TEST(DJLogSharedDeathTest, HasNothingToRunOnBeforeThatIsSaid)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nobody has said it
+    EXPECT_DEATH((void)DJLog::shared(), "");
+}
+
 TEST(DJLogSharedTest, RunsOnWhatWasSaidLastBeforeItsFirstUse)
 {
     const FakeDesktop other;
