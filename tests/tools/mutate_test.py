@@ -16,7 +16,9 @@ rule link
   command = : && c++ $in -o $out && :
 build code.o: cxx {tree}/src/log/Code.cpp
 build tests.o: cxx {tree}/tests/core/Tests.cpp
-build tests/core/core_tests: link code.o tests.o
+build CodeTest.cpp.o: cxx {tree}/tests/core/CodeTest.cpp
+build WideTest.cpp.o: cxx {tree}/tests/core/WideTest.cpp
+build tests/core/core_tests: link code.o tests.o CodeTest.cpp.o WideTest.cpp.o
 """
 CTEST = 'add_test(all "{tree}/build/tests/core/core_tests")\nset_tests_properties(all PROPERTIES LABELS unit)\n'
 HEADER = "#pragma once\ninline constexpr int most = 7;\nint twice(int number);\nbool isFull(int number);\nint other(int number);\n"
@@ -41,9 +43,10 @@ int main()
 class Tree:
     """A project with one room and its tests, built."""
 
-    def __init__(self, folder, code=CODE, tests=TESTS):
+    def __init__(self, folder, code=CODE, tests=TESTS, code_test="", wide_test=""):
         self.folder = Path(folder).resolve()
         for name, text in {"src/log/Code.h": HEADER, "src/log/Code.cpp": code, "tests/core/Tests.cpp": tests,
+                           "tests/core/CodeTest.cpp": code_test, "tests/core/WideTest.cpp": wide_test, "src/ports/Wide.h": "",
                            "tools/mutation/equivalent.txt": "", "build/build.ninja": NINJA.format(tree=self.folder),
                            "build/tests/core/CTestTestfile.cmake": CTEST.format(tree=self.folder)}.items():
             self.write(name, text)
@@ -106,6 +109,15 @@ class MutateTest(unittest.TestCase):
         status, output = tree.mutate("src/log/Code.h")
         self.assertEqual(status, 1)
         self.assertIn("+ inline constexpr int most = 8;", output)
+
+    def test_a_change_in_a_header_is_tried_first_by_the_tests_that_include_the_least(self):
+        tree = self.tree(tests="bool isRight = true;\nint main()\n{\n    return isRight ? 0 : 1;\n}\n",
+                         code_test='#include "log/Code.h"\nextern bool isRight;\n'
+                         "bool isNoticed = isRight = isFull(7) && !isFull(6);\n",
+                         wide_test='#include "log/Code.h"\n#include "ports/Wide.h"\nstatic_assert(most == 7);\n')
+        status, output = tree.mutate("src/log/Code.h")
+        # Of all tests together there is no program with this change.
+        self.assertEqual((status, output), (0, "log: 2 of 2 changes were noticed\n"))
 
     def test_tests_that_never_end_have_noticed(self):
         loop = "int other(int number)\n{\n    while (number < 3) {\n        ++number;\n    }\n    return number;\n}\n"

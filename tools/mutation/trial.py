@@ -1,17 +1,20 @@
 """Makes a change in a copy of one file, compiles what is made of it, links it, and runs the tests of its room."""
+import fnmatch
 import json
 import os
 import re
 import resource
 import shlex
+import shutil
 import signal
 import subprocess
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 from pathlib import Path
 
 SLOW = 500  # milliseconds
 LONGEST_WAIT = 120  # seconds for tests that wait for something that never comes
 MOST_MEMORY = 8 << 30
+QUICK_LINKER = ["-fuse-ld=mold"] if shutil.which("mold") else []
 
 
 def tests_of(room):
@@ -35,8 +38,23 @@ class Program:
     environment: dict # what its tests are run with, beside our own
     link: list        # the words of the command that links it, run in the build's folder
     objects: list     # all that is linked, with what the archives hold
-    slow: list        # its tests that take long
+    times: dict       # the milliseconds that each of its tests takes
     limit: int        # seconds of processor time after which it hangs
+
+    @property
+    def slow(self):
+        return [name for name, time in self.times.items() if time >= SLOW]
+
+    def limit_of(self, chosen):
+        """Of the tests that are chosen, as GoogleTest writes it."""
+        wanted, _, unwanted = chosen.partition("-")
+        time = sum(time for name, time in self.times.items()
+                   if fits(name, wanted or "*") and not fits(name, unwanted))
+        return min(self.limit, 3 + 3 * time // 1000)
+
+
+def fits(name, patterns):
+    return any(fnmatch.fnmatchcase(name, pattern) for pattern in patterns.split(":"))
 
 
 class Build:
@@ -93,16 +111,17 @@ class Build:
         return Program(path, runner, variables, link, objects, *self.measure(path, runner, variables))
 
     def measure(self, path, runner, variables):
-        """Its slow tests, and the limit for all; proves that they pass as they are."""
+        """The times of its tests, and the limit for all; proves that they pass as they are."""
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         run = subprocess.run([*runner, path], env=environment(variables), text=True, check=False, stdin=subprocess.DEVNULL,
                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         if run.returncode != 0:
             raise SystemExit(f"{os.path.relpath(path, self.folder)} fails without a change")
-        times = re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)$", run.stdout, re.MULTILINE)
+        found = re.findall(r"^\[       OK \] (\S+) \((\d+) ms\)$", run.stdout, re.MULTILINE)
         seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
-        return [name for name, time in times if int(time) >= SLOW], 5 + int(3 * seconds)
+        times = {name: int(time) for name, time in found}
+        return times, 5 + int(3 * seconds)
 
     def arguments_for_clang(self, file):
         """Of the first object that is made of it or includes it."""
@@ -121,44 +140,67 @@ class Build:
                 if each in self.commands and (self.commands[each][1] == path or path in self.includes.get(each, ()))]
 
 
+def is_test(path):
+    return path.endswith("Test.cpp.o")
+
+
 class Trial:
     """A folder for one change after the other."""
 
-    def __init__(self, build, folder, programs):
+    def __init__(self, build, folder, programs, narrow=()):
         self.build = build
         self.folder = Path(folder)
-        self.programs = programs
+        self.stages = [each for each in (narrow, programs) if each]
 
     def outcome(self, change, source):
-        """`source`: the whole changed file. "killed", "survived", or "no program" when it does not compile."""
-        paths = self.made_programs(change.file, source)
-        if paths is None:
-            return "no program"
-        for chosen in self.order(change.file):
-            if not all(self.passes(path, program, chosen) for program, path in paths):
-                return "killed"
+        """`source`: the whole changed file. "killed", "hung", "survived", or "no program" when it does not compile."""
+        for programs in self.stages:
+            paths = self.made_programs(change.file, source, programs)
+            if paths is None:
+                return "no program"
+            for chosen in self.order(change.file, programs):
+                for program, path in paths:
+                    outcome = self.outcome_of_tests(path, program, chosen)
+                    if outcome != "survived":
+                        return outcome
         return "survived"
 
-    def made_programs(self, name, source):
+    def made_programs(self, name, source, programs):
         """Pairs of a program and the path at which it is with this file; none when there is no such program."""
         file = self.folder / name
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_bytes(source)
         try:
-            everything = list(dict.fromkeys(each for program in self.programs for each in program.objects))
+            everything = list(dict.fromkeys(each for program in programs for each in program.objects))
             made = {each: str(self.folder / f"{number}.o") for number, each in enumerate(self.build.objects(name, everything))}
             if any(self.run(self.compile(name, each, output)) != 0 for each, output in made.items()):
                 return None
         finally:
             file.unlink()
-        paths = [(program, self.folder / f"program{number}") for number, program in enumerate(self.programs)
+        paths = [(program, self.folder / f"program{number}") for number, program in enumerate(programs)
                  if set(made) & set(program.objects)]
         return None if any(self.run(self.link(program, made, path)) != 0 for program, path in paths) else paths
 
-    def order(self, file):
+    def narrow(self, file):
+        """Of what many objects include: the program with the tests that include this file and the least else. Most changes
+        are noticed by it, which is made of a few objects."""
+        programs = self.stages[-1]
+        including = [(len(self.build.includes[test]), test, program) for program in programs
+                     for test in self.build.objects(file, program.objects) if is_test(test)]
+        if not including:
+            return []
+        _, chosen, program = min(including, key=lambda each: each[:2])
+        link = [word for word in program.link if word == chosen or not is_test(word)]
+        run = subprocess.run(self.link(replace(program, link=link), {}, self.folder / "narrow") + ["-Wl,--trace"],
+                             cwd=self.build.folder, check=False, text=True, capture_output=True)
+        linked = re.findall(r"\(([^()]+\.o)\)$", run.stdout, re.MULTILINE)
+        objects = [each for each in program.objects if each in link or Path(each).name in linked]
+        return [replace(program, link=link, objects=objects)] if run.returncode == 0 else []
+
+    def order(self, file, programs):
         """First the tests that are most likely to notice, last those that take long."""
         own = Path(file).stem + "*"
-        slow = ":".join(sorted({test for program in self.programs for test in program.slow}))
+        slow = ":".join(sorted({test for program in programs for test in program.slow}))
         return [own, f"-{own}:{slow}", f"{slow}:-{own}"] if slow else [own, f"-{own}"]
 
     def compile(self, file, name, output):
@@ -183,15 +225,16 @@ class Trial:
         inside = [made[each] for each in made if each in program.objects and each not in words]
         first = words.index("-o")
         return [*(made.get(word, word) for word in words[:first]), *inside,
-                *(made.get(word, word) for word in words[first:]), "-Wl,--strip-debug"]
+                *(made.get(word, word) for word in words[first:]), "-Wl,--strip-debug", *QUICK_LINKER]
 
     def run(self, command):
         return subprocess.run(command, cwd=self.build.folder, check=False, stdin=subprocess.DEVNULL,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode
 
-    def passes(self, path, program, chosen):
+    def outcome_of_tests(self, path, program, chosen):
         def limit():
-            resource.setrlimit(resource.RLIMIT_CPU, (program.limit, program.limit))
+            seconds = program.limit_of(chosen)
+            resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
             resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY, MOST_MEMORY))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
@@ -202,9 +245,9 @@ class Trial:
                                  start_new_session=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                  stderr=subprocess.DEVNULL)
         try:
-            return tests.wait(timeout=LONGEST_WAIT) == 0
+            return "killed" if tests.wait(timeout=LONGEST_WAIT) != 0 else "survived"
         except subprocess.TimeoutExpired:
-            return False
+            return "hung"
         finally:
             try:
                 os.killpg(tests.pid, signal.SIGKILL)
@@ -214,5 +257,5 @@ class Trial:
 
     def try_unchanged(self, file):
         """Without a change it can be compiled and linked, or nothing that follows means anything."""
-        if self.made_programs(file, (self.build.tree / file).read_bytes()) is None:
+        if self.made_programs(file, (self.build.tree / file).read_bytes(), self.stages[-1]) is None:
             raise SystemExit(f"{file} does not even compile without a change")
