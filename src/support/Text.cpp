@@ -87,8 +87,7 @@ bool equal(std::string_view a, std::string_view b)
 {
     if (a == b) return true;
     const auto left = normalized(a);
-    const auto right = normalized(b);
-    return left && right && *left == *right;
+    return left && left == normalized(b);
 }
 
 std::string_view trim(std::string_view s)

@@ -46,6 +46,7 @@ TEST(AtomicSharedPtrTest, LetsGoOfWhatItHasReplaced)
         shared.store(std::move(value));
     }
     EXPECT_FALSE(first.expired());
+    EXPECT_EQ(*shared.load(), first.lock()) << "who has read it does not keep it";
     shared.store(nullptr);
     EXPECT_TRUE(first.expired());
 }

@@ -3,8 +3,11 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sonvara::test {
@@ -147,6 +150,38 @@ TEST(ObservableTest, AHandleMayOutliveItsProperty)
     property.reset();
     handle.reset();
     EXPECT_THAT(recorder.heard, ElementsAre(0));
+}
+
+// A subscriber that holds something: whether it is still kept.
+std::pair<std::function<void(const int&)>, std::weak_ptr<int>> holder()
+{
+    auto held = std::make_shared<int>();
+    std::weak_ptr<int> weak = held;
+    return {[held = std::move(held)](const int&) {}, weak};
+}
+
+TEST(ObservableTest, LetsGoOfASubscriberWhoseHandleIsDropped)
+{
+    Observable<int> property(0);
+    auto [subscriber, weak] = holder();
+    auto handle = property.subscribe(std::move(subscriber));
+    property.set(1);
+    EXPECT_FALSE(weak.expired());
+    handle.reset();
+    EXPECT_TRUE(weak.expired());
+}
+
+TEST(ObservableTest, LetsGoOfASubscriberThatIsDroppedDuringADeliveryAfterIt)
+{
+    Observable<int> property(0);
+    auto [subscriber, weak] = holder();
+    std::optional<Subscription> dropped;
+    const auto handle = property.subscribe([&](const int& value) {
+        if (value == 1) dropped.reset();
+    });
+    dropped = property.subscribe(std::move(subscriber));
+    property.set(1);
+    EXPECT_TRUE(weak.expired());
 }
 
 TEST(ObservableTest, ModifyIsOneAssignment)

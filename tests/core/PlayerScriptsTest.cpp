@@ -80,6 +80,7 @@ TEST(PlayerScriptsTest, AnythingElseIsNoVolumeCommand)
     }
     EXPECT_EQ(parseVolumeScript(musicPollScript()), std::nullopt);
     EXPECT_EQ(parseVolumeScript("tell application \"Music\" to get sound volume\n"), std::nullopt);
+    EXPECT_EQ(parseVolumeScript("Tell application \"Music\" to get sound volume"), std::nullopt);
     EXPECT_EQ(parseVolumeScript("tell application \"Music"), std::nullopt);
     EXPECT_EQ(parseVolumeScript(""), std::nullopt);
 }

@@ -36,7 +36,8 @@ TEST(TextEqualTest, MoreMarksThanAnyWritingHasAreComparedByteByByte)
     const auto areEqual = [](const auto& texts) { return text::equal(texts.first, texts.second); };
     EXPECT_TRUE(areEqual(marks(50, 50)));
     EXPECT_FALSE(areEqual(marks(51, 50)));
-    EXPECT_FALSE(areEqual(marks(51, 50, "\u0338"))) << "which is a mark, too";
+    EXPECT_FALSE(areEqual(marks(50, 50, "\u0338"))) << "which is a mark, too";
+    EXPECT_TRUE(areEqual(marks(50, 49, "\u0338")));
     EXPECT_FALSE(areEqual(marks(250'000, 250'000))) << "brought into order, these would take minutes";
 }
 
@@ -116,6 +117,8 @@ TEST(TextLengthTest, CountsUserPerceivedCharacters)
     EXPECT_EQ(text::length("\xff\u0301"), 2U) << "a mark does not join what is no character";
     EXPECT_EQ(text::length("\u0600\xff"), 2U) << "nor does that join a sign that takes in the next one";
     EXPECT_EQ(text::length("\U0001F1E9\U0001F1EA\xff\U0001F1EB\U0001F1F7"), 3U);
+    EXPECT_EQ(text::length(std::string("ab\0\u0301", 5)), 4U) << "a mark does not join a NUL";
+    EXPECT_EQ(text::length(std::string("a\0e\u0301", 5)), 3U) << "but the letter after it";
 }
 
 TEST(TextIsValidUtf8Test, RefusesWhatIsNoText)
@@ -144,6 +147,7 @@ TEST(TextCharacterTest, APrefixEndsWithAWholeCharacter)
     EXPECT_EQ(text::prefix("añb", 2), "a");
     EXPECT_EQ(text::prefix("🎵", 3), "");
     EXPECT_EQ(text::prefix("añb", 0), "");
+    EXPECT_EQ(text::prefix(std::string_view("ñ").substr(0, 1), 1), "\xC3") << "what fits stays as it is";
     EXPECT_EQ(text::prefix("\x80\x80\x80", 2), "");
     EXPECT_EQ(text::prefix(std::string(10, '\x80'), 5).size(), 2U) << "no character has more than four bytes";
 }

@@ -48,5 +48,19 @@ TEST(UuidTest, EachPlaceTakesEachOfItsDigits)
     }
 }
 
+TEST(UuidTest, NoPlaceFollowsFromTheOneBefore)
+{
+    std::set<std::size_t> independent;
+    for (int i = 0; i < 100; ++i) {
+        const auto uuid = makeUuid();
+        const auto bit = [&uuid](std::size_t place, int which) {
+            return (std::stoi(uuid.substr(place, 1), nullptr, 16) >> which & 1) != 0;
+        };
+        for (const std::size_t place : {0, 1, 2, 3, 4, 5, 6, 9, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34})
+            if (bit(place, 3) != bit(place + 1, 0)) independent.insert(place);
+    }
+    EXPECT_EQ(independent.size(), 19U);
+}
+
 }  // namespace
 }  // namespace sonvara::test
