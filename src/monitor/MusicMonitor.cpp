@@ -18,8 +18,7 @@ template <typename T>
 T valueOr(const UserInfo& info, const char* key, T fallback)
 {
     const auto found = info.find(key);
-    if (found == info.end()) return fallback;
-    const auto* value = std::get_if<T>(&found->second);
+    const auto* value = found != info.end() ? std::get_if<T>(&found->second) : nullptr;
     return value ? *value : fallback;
 }
 
@@ -139,8 +138,7 @@ void MusicMonitor::apply(const std::optional<NowPlaying>& record)
 
 std::optional<NowPlaying> MusicMonitor::parseEvent(const Notification& notification)
 {
-    if (!notification.userInfo) return std::nullopt;
-    const auto& info = *notification.userInfo;
+    const auto info = notification.userInfo.value_or(UserInfo());
     NowPlaying record;
     record.source = notification.name == musicNotification ? musicSource : spotifySource;
     record.name = string(info, "Name");

@@ -1,5 +1,6 @@
 // What polls ask the players, and what the monitor makes of their answers.
 #include "MusicMonitorFixture.h"
+#include "support/PlayerScripts.h"
 
 #include <gmock/gmock.h>
 
@@ -57,6 +58,15 @@ TEST_F(MusicMonitorTest, MusicWinsWhenBothPlay)
     desktop.time.run();
     EXPECT_EQ(monitor->trackName.get(), "Music Song");
     EXPECT_EQ(monitor->source.get(), "Music");
+}
+
+TEST_F(MusicMonitorTest, WhatAPollFindsWinsOverTheLastNotification)
+{
+    desktop.players.spotify = paused("Spotify Song");
+    start();
+    desktop.notifications.deliver(event(musicNotification, "Playing", "Music Song"));
+    desktop.time.run();
+    EXPECT_EQ(monitor->trackName.get(), "Spotify Song");
 }
 
 TEST_F(MusicMonitorTest, ASpotifyPollNeverMarksATrackAsLoved)

@@ -49,6 +49,7 @@ TEST_F(MusicMonitorTest, WithNeitherPlayerRunningEveryPollAssignsTheEmptyState)
     desktop.time.advance(6s);
     EXPECT_THAT(names, ElementsAre("", "", ""));
     EXPECT_FALSE(monitor->isPlaying.get());
+    EXPECT_FALSE(monitor->isFavorited.get());
 }
 
 TEST_F(MusicMonitorTest, TheLastNotificationIsAppliedAgainByEveryPollThatFindsNothing)

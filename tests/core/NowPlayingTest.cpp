@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 namespace sonvara::test {
@@ -136,6 +137,14 @@ TEST(PickTest, TheFallbackIsTakenAsItIsWhenNeitherPollGaveAnything)
     EXPECT_EQ(MusicMonitor::pick(std::nullopt, std::nullopt, record("Music", true, "Last"))->name, "Last");
     EXPECT_EQ(MusicMonitor::pick(std::nullopt, std::nullopt, record("Spotify", false, ""))->name, "");
     EXPECT_FALSE(MusicMonitor::pick(std::nullopt, std::nullopt, std::nullopt));
+}
+
+TEST(PickTest, APlayerThatHasGoneNoLongerPlays)
+{
+    auto gone = std::optional(record("Music", true));
+    gone.reset();
+    EXPECT_EQ(MusicMonitor::pick(gone, record("Spotify", true), std::nullopt)->source, "Spotify");
+    EXPECT_EQ(MusicMonitor::pick(record("Music", false), gone, std::nullopt)->source, "Music");
 }
 
 TEST(ParsePollOutputTest, TakesThePartsByPositionAndTrimsThem)
