@@ -48,6 +48,14 @@ protected:
         return std::get<Toggle>(row).title;
     }
 
+    /// `part` of a form of which nothing else is left.
+    template <typename Part>
+    [[nodiscard]] Part alone(Part part)
+    {
+        form = SettingsView::create(desktop.platform)->form();
+        return part;
+    }
+
     std::string logTitle = "View log (0)";
 };
 
@@ -161,6 +169,25 @@ TEST_F(SettingsViewTest, AppearingReadsTheRegistrationAgain)
     EXPECT_FALSE(launchAtLogin().isOn.get());
     form->onAppear();
     EXPECT_TRUE(launchAtLogin().isOn.get());
+}
+
+TEST_F(SettingsViewTest, EachPartOfTheFormKeepsWhatItNeeds)
+{
+    alone(form->onAppear)();
+    EXPECT_FALSE(alone(launchAtLogin().isOn.get)());
+    alone(launchAtLogin().isOn.set)(true);
+    EXPECT_EQ(desktop.loginItem.state, LoginItemStatus::enabled);
+    alone(viewLog().action)();
+    alone(form->isSheetShown.set)(true);
+    EXPECT_FALSE(alone(form->isSheetShown.get)());
+    int changes = 0;
+    const auto handle = alone(form->onChange)([&changes] { ++changes; });
+    desktop.defaults.setBool("duckMusic", false);
+    desktop.time.run();
+    EXPECT_EQ(changes, 1);
+    const auto sheet = alone(form->sheet)();
+    form = nullptr;
+    sheet.buttons.at(2).action();
 }
 
 TEST_F(SettingsViewTest, TheButtonCountsTheEntriesAndOpensTheSheetAlsoWhenEmpty)

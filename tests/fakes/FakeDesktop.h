@@ -23,7 +23,7 @@ struct FakeDesktop {
     FakeEnvironment environment;
     FakeFileManager files{time};
     FakeLauncher launcher{time};
-    FakeStatusBar statusBar;
+    FakeStatusBar statusBar{time};
     FakeImageRenderer images{time};
     FakeWindows windows;
     FakePasteboard pasteboard;

@@ -45,8 +45,10 @@ private:
 
 class FakeStatusMenu final : public StatusMenu {
 public:
+    explicit FakeStatusMenu(VirtualTime& time) : time_(time) {}
     void setItems(std::vector<MenuItem> newItems) override
     {
+        EXPECT_TRUE(time_.isMainThread());
         items = std::move(newItems);
         ++rebuilds;
     }
@@ -73,13 +75,16 @@ public:
     int rebuilds = 0;
 
 private:
+    VirtualTime& time_;
     Callbacks<> willOpen_;
 };
 
 class FakeStatusButton final : public StatusButton {
 public:
+    explicit FakeStatusButton(VirtualTime& time) : time_(time) {}
     void setImage(std::shared_ptr<const Image> newImage) override
     {
+        EXPECT_TRUE(time_.isMainThread());
         EXPECT_NE(newImage, nullptr);
         image = std::dynamic_pointer_cast<const FakeImage>(newImage);
         symbol.reset();
@@ -87,6 +92,7 @@ public:
     }
     void setSymbol(const Symbol& newSymbol) override
     {
+        EXPECT_TRUE(time_.isMainThread());
         symbol = newSymbol;
         image.reset();
         ++changes;
@@ -95,12 +101,16 @@ public:
     std::shared_ptr<const FakeImage> image;
     std::optional<Symbol> symbol;
     int changes = 0;
+
+private:
+    VirtualTime& time_;
 };
 
 /// What the status bar was asked for; outlives the items, as the test does.
 struct StatusBarState {
+    VirtualTime& time;
+    FakeStatusButton button{time};
     bool givesButton = true;
-    FakeStatusButton button;
     FakeStatusMenu* menu = nullptr;          ///< the latest menu made
     FakeStatusMenu* attachedMenu = nullptr;  ///< the one that the item opens
     bool isVisible = false;
@@ -109,6 +119,7 @@ struct StatusBarState {
 
 class FakeStatusBar final : public StatusBar {
 public:
+    explicit FakeStatusBar(VirtualTime& time) : state{time} {}
     std::unique_ptr<StatusItem> makeSquareItem() override
     {
         ++state.itemsMade;
@@ -116,7 +127,7 @@ public:
     }
     std::unique_ptr<StatusMenu> makeMenu() override
     {
-        auto menu = std::make_unique<FakeStatusMenu>();
+        auto menu = std::make_unique<FakeStatusMenu>(state.time);
         state.menu = menu.get();
         return menu;
     }
