@@ -105,6 +105,24 @@ TEST_F(MprisPollsTest, APauseInTheMiddleOfAChangeOfTracksIsPutRightWithoutAnothe
     EXPECT_EQ(postsUntil(4), (Posts{one, two, "Music Paused Two/Artist/Album", two}));
 }
 
+TEST_F(MprisPollsTest, AnAnswerThatASignalHasOvertakenIsNotBelieved)
+{
+    auto player = makePlayer({"rhythmbox"});
+    playsTwo(player);
+    int answers = 0;
+    player.onQuestion = [&](const QDBusMessage&) {
+        if (++answers == 1)
+            player.signal(
+                {"org.mpris.MediaPlayer2.Player", QVariantMap{{"PlaybackStatus", "Paused"}}, QStringList()});
+        else
+            player.set({{"PlaybackStatus", "Paused"}});
+        return true;
+    };
+    pollUntilAsked(player);
+    EXPECT_EQ(postsUntil(3), (Posts{one, two, "Music Paused Two/Artist/Album"}));
+    EXPECT_GE(answers, 2);
+}
+
 TEST_F(MprisPollsTest, APlayerThatNeverSignalsIsToldBesideAPausedOne)
 {
     PlayerProcess paused(bus, {"rhythmbox"});

@@ -23,6 +23,7 @@ struct Player {
     std::optional<std::uint32_t> process;
     std::optional<Introduction> introduction;  ///< absent until it has answered
     bool isAsked = false;                      ///< a question to it is under way
+    bool isOvertaken = false;                  ///< it has signalled its state meanwhile
     bool isHeard = false;  ///< it has told its state since the last question that it left without an answer
     PlayerState said;
     Debounce debounce;

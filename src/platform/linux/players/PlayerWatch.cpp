@@ -117,6 +117,7 @@ void PlayerWatch::takeSignal(const std::string& owner, const QVariantList& argum
     if (change.track && change.track->title.empty()) change.track.reset();
     if (change.status || change.track) {
         player->isHeard = true;
+        player->isOvertaken = true;
         directory_.observe(*player, std::move(change), now());
     }
     // Some signal that they play again, and not what. Others signal what they play, and not that.
@@ -144,8 +145,7 @@ void PlayerWatch::takeLoss()
     update();
 }
 
-// An answer that is under way is sent after everything that has been heard of the player until now, so a second
-// question would bring nothing new.
+// What is signalled while a question is under way is asked about when its answer comes.
 void PlayerWatch::ask(Player& player)
 {
     if (std::exchange(player.isAsked, true)) return;
@@ -159,6 +159,7 @@ void PlayerWatch::ask(Player& player)
 
 void PlayerWatch::askState(Player& player)
 {
+    player.isOvertaken = false;
     bus_.askState(player.owner, answerOf(player, &PlayerWatch::takeState));
 }
 
@@ -192,10 +193,16 @@ void PlayerWatch::takeIntroduction(Player& player, const MprisBus::Reply& reply)
     update();
 }
 
+// Some players answer late with what was so when they were asked, and an answer that comes at once may be handed over a
+// turn of the event loop late. So what has been signalled meanwhile may be newer.
 void PlayerWatch::takeState(Player& player, const MprisBus::Reply& reply)
 {
-    player.isAsked = false;
     const auto properties = decodeMap(reply.value_or(QVariantList()).value(0)).value_or(QVariantMap());
+    if (player.isOvertaken && !properties.isEmpty()) {
+        askState(player);
+        return;
+    }
+    player.isAsked = false;
     const auto before = player.said;
     const bool wasHeard = std::exchange(player.isHeard, !properties.isEmpty());
     if (player.isHeard) directory_.observe(player, fullState(properties), now());
