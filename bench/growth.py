@@ -6,11 +6,11 @@ import time
 from desktop.processes import private_memory, rest
 from desktop.tray import TrayItem
 
-from at_rest import costs_at_rest, leave, start_players
+from at_rest import RUNS, costs_at_rest, leave, start_players
 from contenders import SONVARA, SPEECH_SERVER, Running
 from latency import REST, change_tracks
 from process_figures import processor_time
-from report import Row, duration, mebibytes, percent
+from report import Row, duration, mebibytes, percent, spread, two_digits
 from desktop.speech_server import SpeechServer
 
 PLAYERS = 1, 10, 50
@@ -22,27 +22,43 @@ RATES_TITLE = "More changes of tracks a second, by one player"
 
 def measure_players(desktop, scale):
     speech = SpeechServer(desktop, SPEECH_SERVER)
-    found = {}
-    for count in PLAYERS:
-        with Running(desktop, SONVARA, speech) as program:
-            TrayItem(desktop, program.pid)
-            players = start_players(desktop, speech, count)
-            private = private_memory(program.pid)
-            share, waits = costs_at_rest((program.pid,), round(60 * scale))[0]
-            latency = statistics.median(change_tracks(players[-1], speech, max(5, round(30 * scale))))
-            leave(players)
-        found[count] = latency, private, share, waits
-    latencies, memories, shares, waits = zip(*found.values())
+    runs = _in_turns(PLAYERS, lambda count: _with_players(count, desktop, speech, scale))
+    latencies, memories, shares, waits = _medians(runs)
     players = f"{_steps(PLAYERS)} players"
     each = _of_each_further(shares)
-    return [Row(f"signal to line, median: {players}", _series(latencies, duration), "", "constant",
-                _is_constant(latencies)),
-            Row(f"private memory: {players}", _series(memories, mebibytes), "", "constant", _is_constant(memories)),
-            Row(f"processor at rest, share of one core: {players}", _series(shares, lambda share: percent(share, 4)), "",
+    return [Row(f"signal to line, median: {players}", _series(runs, 0, duration), "", "constant", _is_constant(latencies)),
+            Row(f"private memory: {players}", _series(runs, 1, mebibytes), "", "constant", _is_constant(memories)),
+            Row(f"processor at rest, share of one core: {players}", _series(runs, 2, lambda share: percent(share, 4)), "",
                 "", None),
             Row(f"the same for each further player: from {_steps(PLAYERS, ' to ')}",
-                _series(each, lambda share: percent(share, 4)), "", "constant", _is_constant(each)),
-            Row(f"wake-ups a second at rest: {players}", _series(waits, lambda number: f"{number:.2f}"), "", "", None)]
+                ", ".join(percent(share, 4) for share in each), "", "constant", _is_constant(each)),
+            Row(f"wake-ups a second at rest: {players}", _series(runs, 3, two_digits), "", "", None)]
+
+
+def _with_players(count, desktop, speech, scale):
+    """(median latency, private memory, share of one core at rest, wake-ups a second)"""
+    with Running(desktop, SONVARA, speech) as program:
+        TrayItem(desktop, program.pid)
+        players = start_players(desktop, speech, count)
+        private = private_memory(program.pid)
+        share, waits = costs_at_rest((program.pid,), round(30 * scale))[0]
+        latency = statistics.median(change_tracks(players[-1], speech, max(5, round(10 * scale))))
+        leave(players)
+    return latency, private, share, waits
+
+
+def _in_turns(steps, run):
+    """The figures of each step's runs. The steps take turns, so that none has the machine's better hour."""
+    found = {step: [] for step in steps}
+    for _ in range(RUNS):
+        for step, runs in found.items():
+            runs.append(run(step))
+    return list(found.values())
+
+
+def _medians(runs):
+    """Of each figure, the series of the steps' medians."""
+    return zip(*([statistics.median(figure) for figure in zip(*step)] for step in runs))
 
 
 def _of_each_further(costs):
@@ -61,22 +77,23 @@ def _is_linear(values):
 
 def measure_rates(desktop, scale):
     speech = SpeechServer(desktop, SPEECH_SERVER)
-    found = {}
-    for rate in RATES:
-        with Running(desktop, SONVARA, speech) as program:
-            TrayItem(desktop, program.pid)
-            player, = start_players(desktop, speech, 1)
-            found[rate] = _change_at(rate, max(5, round(20 * scale)), program.pid, player, speech)
-            player.leave()
-    latencies, memories, costs, lines = zip(*found.values())
+    runs = _in_turns(RATES, lambda rate: _at_rate(rate, desktop, speech, max(5, round(10 * scale))))
+    latencies, memories, costs, _ = _medians(runs)
     rates = f"{_steps(RATES)} a second"
-    return [Row(f"signal to line, median: {rates}", _series(latencies, duration), "", "linear at most",
-                _is_linear(latencies)),
-            Row(f"private memory: {rates}", _series(memories, mebibytes), "", "constant", _is_constant(memories)),
+    return [Row(f"signal to line, median: {rates}", _series(runs, 0, duration), "", "linear at most", _is_linear(latencies)),
+            Row(f"private memory: {rates}", _series(runs, 1, mebibytes), "", "constant", _is_constant(memories)),
             # Linear in the rate means: no more for each change.
-            Row(f"processor time of each change: {rates}", _series(costs, duration), "", "constant",
-                _is_constant(costs)),
-            Row(f"lines of 100 changes: {rates}", _series(lines, lambda share: f"{100 * share:.0f}"), "", "", None)]
+            Row(f"processor time of each change: {rates}", _series(runs, 2, duration), "", "constant", _is_constant(costs)),
+            Row(f"lines of 100 changes: {rates}", _series(runs, 3, lambda share: f"{100 * share:.0f}"), "", "", None)]
+
+
+def _at_rate(rate, desktop, speech, seconds):
+    with Running(desktop, SONVARA, speech) as program:
+        TrayItem(desktop, program.pid)
+        player, = start_players(desktop, speech, 1)
+        figures = _change_at(rate, seconds, program.pid, player, speech)
+        player.leave()
+    return figures
 
 
 def _change_at(rate, seconds, pid, player, speech):
@@ -103,5 +120,6 @@ def _steps(numbers, between=", "):
     return between.join(str(number) for number in numbers)
 
 
-def _series(values, text):
-    return ", ".join(text(value) for value in values)
+def _series(runs, number, text):
+    """The spread of one figure at each step."""
+    return ", ".join(spread([figures[number] for figures in step], text) for step in runs)

@@ -15,6 +15,7 @@ from desktop.session import PrivateDesktop
 import at_rest
 import core_figures
 import growth
+import heard
 import latency
 import report
 import size
@@ -22,6 +23,7 @@ import startup
 
 MEASURES = {
     "latency": (latency.TITLE, latency.measure),
+    "heard": (heard.TITLE, heard.measure),
     "start": (startup.TITLE, startup.measure),
     "memory": (at_rest.MEMORY_TITLE, at_rest.measure_memory),
     "rest": (at_rest.REST_TITLE, at_rest.measure_rest),

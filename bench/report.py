@@ -3,6 +3,7 @@
 import os
 import platform
 import re
+import statistics
 import subprocess
 import time
 from dataclasses import dataclass
@@ -76,12 +77,21 @@ def duration(seconds):
     return f"{value:.{0 if value >= 100 else 1 if value >= 10 else 2}f} {unit}"
 
 
+def spread(values, text):
+    """The median of several runs, and what the least and the greatest came to."""
+    return f"{text(statistics.median(values))} ({text(min(values))} to {text(max(values))})"
+
+
 def mebibytes(kibibytes):
     return f"{kibibytes / 1024:.1f} MiB"
 
 
 def percent(share, digits=3):
     return f"{100 * share:.{digits}f} %"
+
+
+def two_digits(number):
+    return f"{number:.2f}"
 
 
 def times(ratio):

@@ -1,0 +1,98 @@
+"""(7) From a player's signal to the voice's first sound, and whether the music is low by then; judged by what is heard."""
+
+import os
+import time
+
+from gi.repository import GLib
+
+from desktop.players import Player
+from desktop.processes import wait_until
+from desktop.sound import MUSIC, SPEECH, STEP, Recorder
+from desktop.tracks import Track, make_tracks
+
+from contenders import PIPELINE, SONVARA, Running
+from report import Row, duration, spread
+
+TRACKS = {SONVARA: 100, PIPELINE: 30}
+LENGTH = 30  # seconds: no track ends by itself
+PAUSE = 1.5  # seconds of silence after a line: by then the music is loud again
+
+TITLE = "From a player's signal to the first sound of the voice"
+
+
+def measure(desktop, scale):
+    """With cmus, a real player, and the voice of a fresh desktop."""
+    files = make_tracks([Track(f"Song {number:03}", f"Artist {number}", f"Album {number}", 300 + 5 * number, LENGTH)
+                         for number in range(2 + max(TRACKS.values()))], os.path.join(desktop.folder, "tracks"))
+    recorder = Recorder(desktop)
+    found = {command: _Listener(desktop, recorder).run(command, files, max(3, round(scale * count)))
+             for command, count in TRACKS.items()}
+    delays = {command: [delay for delay, _ in tracks] for command, tracks in found.items()}
+    low = sum(is_low for _, is_low in found[SONVARA])
+    count = len(found[SONVARA])
+    return [Row(f"{count} tracks, beside it {len(found[PIPELINE])}", spread(delays[SONVARA], duration),
+                f"{spread(delays[PIPELINE], duration)} pipeline", "", None),
+            Row("tracks whose music is low at that sound", f"{low} of {count}", "", "at least 99 of 100", low >= 0.99 * count)]
+
+
+class _Listener:
+    """Changes the tracks of a player, and hears what comes of it."""
+
+    def __init__(self, desktop, recorder):
+        self._desktop, self._recorder = desktop, recorder
+        self._lead = min(self._lead_now() for _ in range(500))
+
+    def _lead_now(self):
+        """By how much the clock is ahead of the recording, which grows by some milliseconds at once."""
+        time.sleep(0.001)
+        return time.monotonic() - self._recorder.seconds()
+
+    def run(self, command, files, count):
+        """(seconds to the first sound, whether the music was low then) of each track."""
+        with Running(self._desktop, (*command,)):
+            player = Player(self._desktop, "cmus", files[:count + 2])
+            signals = _Signals(self._desktop.bus)
+            self._hear_line()
+            tracks = [self._change_track(player, signals) for _ in range(count + 1)][1:]  # the first one warms up
+            player.quit()
+        return tracks
+
+    def _change_track(self, player, signals):
+        told = signals.next_track(player) - self._lead
+        line = self._hear_line()
+        levels = self._recorder.levels(MUSIC)
+        loud = max(levels[round(told / STEP) - 50:round(told / STEP)])
+        middle = (loud + min(levels[round(line.start / STEP):round(line.end / STEP)])) / 2
+        return line.start - told, levels[round(line.start / STEP)] < middle
+
+    def _hear_line(self):
+        self._recorder.next_sound(SPEECH, 10)
+        self._recorder.next_silence(SPEECH, 20, PAUSE)
+        return self._recorder.sounds(SPEECH)[-1]
+
+
+class _Signals:
+    """When a player has told its tracks."""
+
+    def __init__(self, bus):
+        self._told = None
+        bus.signal_subscribe(None, "org.freedesktop.DBus.Properties", "PropertiesChanged", "/org/mpris/MediaPlayer2", None, 0,
+                             lambda *signal: self._take(signal[5].unpack()[1]))
+
+    def _take(self, changed):
+        if "Metadata" in changed and self._told is None:
+            self._told = time.monotonic()
+
+    def next_track(self, player):
+        """Goes on to the next track, and returns when the player has told it (monotonic clock)."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+        self._told = None
+        player.call("Next")
+        return wait_until("the next track's signal", self._has_come, 5, pause=0)
+
+    def _has_come(self):
+        GLib.MainContext.default().iteration(False)
+        if not self._told:
+            time.sleep(0.0002)
+        return self._told
