@@ -108,7 +108,8 @@ class Voice(Trial):
     def test_a_daemon_without_a_sound_server(self):
         end_processes(DAEMON)
         self.addCleanup(end_processes, DAEMON)
-        self.start(QT_QPA_PLATFORM="offscreen", PULSE_SERVER="unix:/nonexistent")
+        stock = os.path.join(self.desktop.folder, "stock")  # no settings: a daemon as users have it
+        self.start(QT_QPA_PLATFORM="offscreen", PULSE_SERVER="unix:/nonexistent", XDG_CONFIG_HOME=stock)
         self.player.play("A", "B", "C")
         self.player.wait_for_volume(LOWERED)
         self.player.wait_for_volume(VOLUME, limit=20)

@@ -42,6 +42,11 @@ class PrivateSession:
     def _start_parts(self):
         self._start_bus()
         self.sound = soundserver.start(self)
+        self._choose_voice()
+
+    def _choose_voice(self):
+        """Before a speech daemon starts."""
+        soundserver.write_speech_settings(self)
 
     def __exit__(self, kind, error, trace):
         if isinstance(error, Timeout):
@@ -160,11 +165,13 @@ class PrivateDesktop(PrivateSession):
             raise Timeout("the display did not start: " + self.log("display"))
         self.env["DISPLAY"] = ":" + number
 
-    def _start_speech(self):
+    def _choose_voice(self):
         if self._has_natural_voice:
             self.run(os.path.join(os.path.dirname(_HERE), "voice"))
+        super()._choose_voice()
+
+    def _start_speech(self):
         socket = os.path.join(self._make_folder("run", "speech-dispatcher"), "speechd.sock")
-        soundserver.write_speech_settings(self)
         self.start("speech", ["speech-dispatcher", "--run-single", "--communication-method", "unix_socket",
                               "--socket-path", socket, "--timeout", "0"],
                    {"PULSE_SINK": "speech", "PIPEWIRE_NODE": "speech"})

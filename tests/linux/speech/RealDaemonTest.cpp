@@ -1,11 +1,12 @@
 // The voice with the real speech-dispatcher, on a sound server whose sink is silent.
 #include "SpeechFixture.h"
-#include "helpers/TemporaryFolder.h"
 
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <poll.h>
+#include <stdexcept>
+#include <string>
 #include <sys/syscall.h>
 
 namespace sonvara::test {
@@ -32,27 +33,28 @@ void end(pid_t process, int signal)
     ::poll(&watched, 1, 10000);
 }
 
-/// Runtime folder and settings of its own, in a session with a sound server. The library starts the daemon.
+/// A session of the tests' own, with a sound server. The library starts the daemon.
 class Session : public ::testing::Environment {
 public:
     void SetUp() override
     {
-        folder_ = std::make_unique<TemporaryFolder>();
         for (const char* name : {"SPEECHD_ADDRESS", "SPEECHD_CMD", "LC_ALL", "LANG"}) ::unsetenv(name);
-        for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "HOME"})
-            ::setenv(name, folder_->file("").c_str(), 1);
-        ASSERT_NE(::getenv("PULSE_SERVER"), nullptr) << "run it by tools/private-desktop --session";
+        const char* const folder = ::getenv("XDG_RUNTIME_DIR");
+        // The daemon that is killed must not be the user's.
+        if (folder == nullptr || std::string(folder).find("/sonvara-desktop.") == std::string::npos)
+            throw std::runtime_error("run it by tools/private-desktop --session");
+        folder_ = folder;
     }
 
     void TearDown() override { killDaemon(SIGTERM); }
 
     void killDaemon(int signal) const
     {
-        end(readPid(folder_->file("speech-dispatcher/pid/speech-dispatcher.pid")), signal);
+        end(readPid(folder_ + "/speech-dispatcher/pid/speech-dispatcher.pid"), signal);
     }
 
 private:
-    std::unique_ptr<TemporaryFolder> folder_;
+    std::string folder_;
 };
 
 Session* session = nullptr;
