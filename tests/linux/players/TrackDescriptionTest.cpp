@@ -86,6 +86,14 @@ TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
               (Words{"holiday 2019", "", ""}));
 }
 
+// Sayonara
+TEST(TrackDescriptionTest, AFileNameThatKeptTheDotOfItsSuffixLosesItToo)
+{
+    EXPECT_EQ(wordsOf(file({"holiday_2019.", "Unknown artist", "Unknown album"}, "")), (Words{"holiday 2019", "", ""}));
+    EXPECT_EQ(wordsOf(file({"HUMBLE.", "", ""}, "")), (Words{"HUMBLE.", "", ""}));
+    EXPECT_EQ(wordsOf(file({"A_B.", "Artist", "Album"}, "")), (Words{"A_B.", "Artist", "Album"}));
+}
+
 TEST(TrackDescriptionTest, ADotInATitleIsNoSuffix)
 {
     const Words dotted{"Mr. Blue", "", ""};

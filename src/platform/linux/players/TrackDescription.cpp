@@ -73,9 +73,15 @@ bool hasMediaSuffix(std::string_view name)
     return std::ranges::find(mediaSuffixes, suffix) != mediaSuffixes.end();
 }
 
+// "holiday_2019.": Sayonara cuts off the suffix and leaves its dot.
+bool endsWhereSuffixWas(std::string_view name)
+{
+    return name.ends_with('.') && name.find('_') != std::string_view::npos;
+}
+
 std::string_view withoutSuffix(std::string_view name)
 {
-    return hasMediaSuffix(name) ? name.substr(0, name.rfind('.')) : name;
+    return hasMediaSuffix(name) || endsWhereSuffixWas(name) ? name.substr(0, name.rfind('.')) : name;
 }
 
 std::string sayable(std::string_view fileName)
@@ -124,7 +130,8 @@ bool beginsWithFileName(const Track& track)
 
 bool showsFileName(const Track& track)
 {
-    return isNamedAfterFile(track) || (track.artist.empty() && hasMediaSuffix(track.title)) ||
+    return isNamedAfterFile(track) ||
+           (track.artist.empty() && (hasMediaSuffix(track.title) || endsWhereSuffixWas(track.title))) ||
            (!track.url.empty() && track.title == withoutSuffix(fileNameOf(track)));
 }
 
