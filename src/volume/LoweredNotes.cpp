@@ -102,7 +102,7 @@ std::optional<LoweredNotes> parseLoweredNotes(std::string_view text, int today)
         const auto note = isOld ? parseOldNote(line, today) : parseNote(line);
         if (!note || notes.size() == mostNotes) return std::nullopt;
         notes.push_back(*note);
-        text.remove_prefix(line.size() + 1);
+        text = text.substr(line.size() + 1);
     }
     return notes;
 }

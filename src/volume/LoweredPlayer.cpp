@@ -106,7 +106,6 @@ void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std:
         playsSince_ = now;
         trackSince_ = now;
         toldWhilePlaying_ = false;
-        toldWhileReady_ = false;
         repeats_ = 0;
     }
     isPlaying_ = isPlaying.value_or(isPlaying_);

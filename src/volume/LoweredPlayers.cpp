@@ -131,7 +131,7 @@ void LoweredPlayers::duck(const std::string& player, const Reading& reading, int
     auto& lowered = known->second.player;
     const VolumeLevels levels = lowered.levels().value_or(VolumeLevels{reading.volume, percent / 100.0});
     ducked_ = {player, reading.run, levels};
-    if (lines_ > 0 && (reading.wasPlaying || !lowered.isFree())) lowered.lower(levels, surroundings_.now());
+    if (lines_ > 0 && reading.wasPlaying) lowered.lower(levels, surroundings_.now());
     apply();
 }
 
