@@ -257,5 +257,5 @@ class Trial:
 
     def try_unchanged(self, file):
         """Without a change it can be compiled and linked, or nothing that follows means anything."""
-        if self.made_programs(file, (self.build.tree / file).read_bytes(), self.stages[-1]) is None:
+        if self.made_programs(file, (self.build.tree / file).read_bytes(), self.stages[0]) is None:
             raise SystemExit(f"{file} does not even compile without a change")
