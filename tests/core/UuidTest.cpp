@@ -56,7 +56,8 @@ TEST(UuidTest, NoPlaceFollowsFromTheOneBefore)
         const auto bit = [&uuid](std::size_t place, int which) {
             return (std::stoi(uuid.substr(place, 1), nullptr, 16) >> which & 1) != 0;
         };
-        for (const std::size_t place : {0, 1, 2, 3, 4, 5, 6, 9, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34})
+        for (const std::size_t place :
+             {0U, 1U, 2U, 3U, 4U, 5U, 6U, 9U, 24U, 25U, 26U, 27U, 28U, 29U, 30U, 31U, 32U, 33U, 34U})
             if (bit(place, 3) != bit(place + 1, 0)) independent.insert(place);
     }
     EXPECT_EQ(independent.size(), 19U);

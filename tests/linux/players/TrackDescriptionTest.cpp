@@ -89,7 +89,8 @@ TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
 // Sayonara
 TEST(TrackDescriptionTest, AFileNameThatKeptTheDotOfItsSuffixLosesItToo)
 {
-    EXPECT_EQ(wordsOf(file({"holiday_2019.", "Unknown artist", "Unknown album"}, "")), (Words{"holiday 2019", "", ""}));
+    EXPECT_EQ(wordsOf(file({"holiday_2019.", "Unknown artist", "Unknown album"}, "")),
+              (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"HUMBLE.", "", ""}, "")), (Words{"HUMBLE.", "", ""}));
     EXPECT_EQ(wordsOf(file({"A_B.", "Artist", "Album"}, "")), (Words{"A_B.", "Artist", "Album"}));
 }
