@@ -47,7 +47,7 @@ def memory_with_players(desktop, program, speech, count):
 
 def measure_rest(desktop, scale):
     speech = SpeechServer(desktop, SPEECH_SERVER)
-    seconds = round(100 * scale)
+    seconds = round(60 * scale)
     with Running(desktop, SONVARA, speech) as sonvara, Running(desktop, PLAYERCTL) as playerctl:
         TrayItem(desktop, sonvara.pid)
         players = start_players(desktop, speech, 2)

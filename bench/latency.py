@@ -11,7 +11,7 @@ from desktop.speech_server import SpeechServer
 
 REST = 1.2  # seconds after each line: by then it is over and the volume is back, as between most tracks
 TURNS = 6  # the contenders take turns, so that none has the machine's better hour
-TRACKS = 40  # of a turn
+TRACKS = 30  # of a turn
 
 TITLE = "From a player's signal to the line in speech-dispatcher's hands"
 

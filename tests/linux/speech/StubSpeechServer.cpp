@@ -184,6 +184,7 @@ void StubSpeechServer::handle(Client& client, const std::string& line)
     } else if (line.starts_with("CANCEL")) {
         cancel(client);
     } else {
+        client.hearsEvents = client.hearsEvents || line.starts_with("SET SELF NOTIFICATION");
         send(client, answerTo(line));
     }
 }
@@ -235,6 +236,7 @@ void StubSpeechServer::tell(const std::string& event)
 
 void StubSpeechServer::sendEvent(const std::string& event)
 {
+    if (!speaker_->hearsEvents) return;
     const std::string code = event.substr(0, 3);
     send(*speaker_, code + "-" + std::to_string(spoken_) + "\r\n" + code + "-1\r\n" + event);
 }

@@ -64,6 +64,7 @@ private:
         std::string input;
         std::thread thread;
         bool receivingText = false;
+        bool hearsEvents = false;
         bool hangs = false;
     };
 
