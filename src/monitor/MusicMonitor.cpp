@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::seconds pollInterval{3};
 
 template <typename T>
-T valueOr(const UserInfo& info, const char* key, T fallback)
+T valueOr(const UserInfo& info, const char* key, const T& fallback)
 {
     const auto found = info.find(key);
     const auto* value = found != info.end() ? std::get_if<T>(&found->second) : nullptr;
