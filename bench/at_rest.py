@@ -12,8 +12,8 @@ from process_figures import WakeUps, processor_time, proportional_memory
 from report import Row, mebibytes, percent, spread, times, two_digits
 from desktop.speech_server import SpeechServer
 
-SETTLING = 15  # seconds after the last track: lines end, volumes come back, idle workers leave
 RUNS = 3
+SETTLING = 15  # seconds after the last track: lines end, volumes come back, idle workers leave
 CLOSING = 25  # seconds more: 30 after a line the connection to the speech daemon is closed, which is no rest yet
 
 MEMORY_TITLE = "Memory while a player plays"

@@ -3,15 +3,13 @@
 import os
 import time
 
-from gi.repository import GLib
-
 from desktop.players import Player
-from desktop.processes import wait_until
 from desktop.sound import MUSIC, SPEECH, STEP, Recorder
 from desktop.tracks import Track, make_tracks
 
 from contenders import PIPELINE, SONVARA, Running
 from report import Row, duration, spread
+from signals import SignalTimes
 
 TRACKS = {SONVARA: 100, PIPELINE: 30}
 LENGTH = 30  # seconds: no track ends by itself
@@ -49,16 +47,17 @@ class _Listener:
 
     def run(self, command, files, count):
         """(seconds to the first sound, whether the music was low then) of each track."""
-        with Running(self._desktop, (*command,)):
+        with Running(self._desktop, command):
             player = Player(self._desktop, "cmus", files[:count + 2])
-            signals = _Signals(self._desktop.bus)
+            signals = SignalTimes(self._desktop.bus, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                                  "/org/mpris/MediaPlayer2", lambda parameters: "Metadata" in parameters[1])
             self._hear_line()
             tracks = [self._change_track(player, signals) for _ in range(count + 1)][1:]  # the first one warms up
             player.quit()
         return tracks
 
     def _change_track(self, player, signals):
-        told = signals.next_track(player) - self._lead
+        told = signals.next(lambda: player.call("Next")) - self._lead
         line = self._hear_line()
         levels = self._recorder.levels(MUSIC)
         loud = max(levels[round(told / STEP) - 50:round(told / STEP)])
@@ -69,30 +68,3 @@ class _Listener:
         self._recorder.next_sound(SPEECH, 10)
         self._recorder.next_silence(SPEECH, 20, PAUSE)
         return self._recorder.sounds(SPEECH)[-1]
-
-
-class _Signals:
-    """When a player has told its tracks."""
-
-    def __init__(self, bus):
-        self._told = None
-        bus.signal_subscribe(None, "org.freedesktop.DBus.Properties", "PropertiesChanged", "/org/mpris/MediaPlayer2", None, 0,
-                             lambda *signal: self._take(signal[5].unpack()[1]))
-
-    def _take(self, changed):
-        if "Metadata" in changed and self._told is None:
-            self._told = time.monotonic()
-
-    def next_track(self, player):
-        """Goes on to the next track, and returns when the player has told it (monotonic clock)."""
-        while GLib.MainContext.default().iteration(False):
-            pass
-        self._told = None
-        player.call("Next")
-        return wait_until("the next track's signal", self._has_come, 5, pause=0)
-
-    def _has_come(self):
-        GLib.MainContext.default().iteration(False)
-        if not self._told:
-            time.sleep(0.0002)
-        return self._told
