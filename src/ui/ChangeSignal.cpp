@@ -29,10 +29,8 @@ void ChangeSignal::raise()
 
 Subscription ChangeSignal::handle()
 {
-    return Subscription([signal = shared_from_this()]() mutable {
-        signal->sources_.clear();
-        signal.reset();
-    });
+    return Subscription(
+        [signal = shared_from_this()] {});  // the handle holds the signal, and that its sources
 }
 
 }  // namespace sonvara

@@ -232,10 +232,22 @@ TEST_F(SettingsViewTest, AChangeMadeElsewhereIsSignalled)
     viewLog().action();
     desktop.time.run();
     EXPECT_EQ(changes, 4);
+}
+
+TEST_F(SettingsViewTest, AFormThatIsGoneIsToldOfNoChange)
+{
+    int changes = 0;
+    auto handle = form->onChange([&changes] { ++changes; });
     handle.reset();
-    desktop.defaults.setBool("announcementsEnabled", true);
+    desktop.defaults.setBool("announcementsEnabled", false);
     desktop.time.run();
-    EXPECT_EQ(changes, 4);
+    log->log("entry", DJLog::Level::info);
+    logTitle = "View log (1)";
+    desktop.time.run();
+    viewLog().action();
+    form->onAppear();
+    desktop.time.run();
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(SettingsViewTest, SeveralChangesInOneTurnAreSignalledOnceAfterAllOfThem)
