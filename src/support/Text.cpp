@@ -32,14 +32,6 @@ std::size_t beginOfCharacter(std::string_view s, std::size_t position)
     return begin;
 }
 
-Character decodeLast(std::string_view s)
-{
-    const auto start = beginOfCharacter(s, s.size() - 1);
-    const auto character = decodeFirst(s.substr(start));
-    if (start + character.size != s.size()) return {-1, 1};
-    return character;
-}
-
 bool isWhitespaceOrNewline(utf8proc_int32_t codepoint)
 {
     constexpr utf8proc_int32_t zeroWidthSpace = 0x200B;  // no category of its own tells that it is a space
@@ -98,8 +90,10 @@ std::string_view trim(std::string_view s)
         s.remove_prefix(first.size);
     }
     while (!s.empty()) {
-        const auto last = decodeLast(s);
-        if (!isWhitespaceOrNewline(last.codepoint)) break;
+        const auto begin = beginOfCharacter(s, s.size() - 1);
+        const auto last = decodeFirst(s.substr(begin));
+        const bool isAtEnd = begin + last.size == s.size();
+        if (!isAtEnd || !isWhitespaceOrNewline(last.codepoint)) break;
         s.remove_suffix(last.size);
     }
     return s;
