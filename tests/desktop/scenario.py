@@ -148,3 +148,11 @@ class Trial(unittest.TestCase):
 
     def end(self):
         self.assertEqual(self.program.end(), 0)
+
+
+class KillingTrial(Trial):
+    """For tests that end the program in the middle of a line: the daemon says it to its end, and the next one's would wait."""
+
+    def tearDown(self):
+        super().tearDown()
+        self.desktop.run("spd-say", "--cancel")

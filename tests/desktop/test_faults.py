@@ -10,7 +10,7 @@ import subprocess
 import time
 import unittest
 
-from scenario import LONG, LOWERED, VOLUME, Trial
+from scenario import LONG, LOWERED, VOLUME, KillingTrial, Trial
 from desktop.dbus import names, process_of
 from desktop.processes import descendants, private_memory, wait_until
 from desktop.screen import Screen
@@ -125,7 +125,7 @@ class Voice(Trial):
         return self.desktop.run("pactl", "list", "short", "sink-inputs").splitlines()
 
 
-class Players(Trial):
+class Players(KillingTrial):
 
     def test_a_player_that_hangs_while_it_is_lowered(self):
         self.start_quickly()

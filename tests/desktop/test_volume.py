@@ -7,19 +7,14 @@ import signal
 import time
 import unittest
 
-from scenario import LONG, LOWERED, ROOT, VOLUME, Trial
+from scenario import LONG, LOWERED, ROOT, VOLUME, KillingTrial
 from desktop.processes import wait_until
 
 KILLS = 100
 SLOW_DISK = os.environ.get("SONVARA_SLOW_DISK", os.path.join(ROOT, "build", "test", "tests", "desktop", "libslow_disk.so"))
 
 
-class Volume(Trial):
-
-    def tearDown(self):
-        super().tearDown()
-        # The daemon says the line of a program that was killed to its end, and the next one's line would wait.
-        self.desktop.run("spd-say", "--cancel")
+class Volume(KillingTrial):
 
     def wait_for_end_of_note(self):
         wait_until("the end of the note", lambda: not os.path.exists(self.notes), limit=40)  # what plays is announced once more
