@@ -1,5 +1,6 @@
 #include "FakePlayer.h"
 
+#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -34,6 +35,9 @@ FakePlayer::FakePlayer(QDBusConnection connection, const QStringList& names)
 
 FakePlayer::~FakePlayer()
 {
+    // Questions that nobody will answer now refuse themselves over the connection, which must be there then.
+    connection_.unregisterObject(playerPath);
+    QCoreApplication::removePostedEvents(this);
     QDBusConnection::disconnectFromBus(connection_.name());
 }
 
