@@ -76,11 +76,12 @@ void MprisBus::askIntroduction(const std::string& owner, const Answer& answer)
     askProperties(owner, rootInterface, answer);
 }
 
-void MprisBus::askState(const std::string& owner, const Answer& answer)
+void MprisBus::askState(const std::string& owner, const StateAnswer& answer)
 {
     askProperties(owner, playerInterface, [this, owner, answer](const Reply& reply) {
-        Q_EMIT stateAnswered(owner, reply.value_or(QVariantList()));
-        answer(reply);
+        const auto state = decodeMessage(reply.value_or(QVariantList()).value(0)).value_or(StateMessage());
+        Q_EMIT stateAnswered(owner, state);
+        answer(state);
     });
 }
 
@@ -117,7 +118,9 @@ void MprisBus::takeOwnerChange(const QString& name, const QString& before, const
 
 void MprisBus::takePropertiesChanged(const QDBusMessage& message)
 {
-    Q_EMIT stateSignalled(message.service().toStdString(), message.arguments());
+    const auto arguments = message.arguments();
+    Q_EMIT stateSignalled(message.service().toStdString(), decodeMessage(arguments.value(1)),
+                          arguments.value(2).toStringList());
 }
 
 void MprisBus::takeDisconnected()

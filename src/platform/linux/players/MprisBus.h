@@ -1,9 +1,12 @@
 // The questions that are asked over the session bus, and the signals that are heard on it.
 #pragma once
 
+#include "platform/linux/players/MprisDecoder.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 #include <QVariantList>
 
@@ -25,6 +28,8 @@ public:
     /// The reply's arguments, empty if it is an error; absent if there is none within the limit.
     using Reply = std::optional<QVariantList>;
     using Answer = std::function<void(const Reply&)>;
+    /// What a player has answered; empty if that is an error, no answer within the limit, or no properties.
+    using StateAnswer = std::function<void(const StateMessage&)>;
 
     /// The limit for every question. It is over before the next poll, which asks again.
     static constexpr std::chrono::milliseconds limit{2000};
@@ -41,7 +46,7 @@ public:
     void askOwner(const std::string& name, const Answer& answer);
     void askProcess(const std::string& owner, const Answer& answer);
     void askIntroduction(const std::string& owner, const Answer& answer);
-    void askState(const std::string& owner, const Answer& answer);
+    void askState(const std::string& owner, const StateAnswer& answer);
 
     /// Sends a volume (1.0 is full) behind the questions of before, and ahead of those that follow. Nobody
     /// hears whether it was accepted: players accept what they do not do.
@@ -51,11 +56,12 @@ Q_SIGNALS:
     /// A player's name has another owner; an empty owner is none. A name without an owner is told after
     /// `Debounce::delay`: if the same connection takes it again until then, nothing has happened.
     void ownerChanged(const std::string& name, const std::string& before, const std::string& now);
-    /// The connection `owner` says that a player's properties have changed. The arguments are as
-    /// they came.
-    void stateSignalled(const std::string& owner, const QVariantList& arguments);
-    /// The same, but somebody has asked: ahead of the answer itself. Empty without one.
-    void stateAnswered(const std::string& owner, const QVariantList& arguments);
+    /// The connection `owner` says what of a player has changed, absent if that cannot be read, and which properties
+    /// have values that it does not tell.
+    void stateSignalled(const std::string& owner, const std::optional<StateMessage>& changed,
+                        const QStringList& invalidated);
+    /// Somebody has asked: ahead of the answer itself, and the same.
+    void stateAnswered(const std::string& owner, const StateMessage& answer);
     /// The bus has gone, for good.
     void lost();
 

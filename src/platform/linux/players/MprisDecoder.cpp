@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace sonvara {
 namespace {
@@ -113,6 +114,14 @@ StateChange decodeState(const QVariantMap& properties)
     if (const auto metadata = decodeMap(properties.value(QStringLiteral("Metadata"))))
         change.track = decodeTrack(*metadata);
     return change;
+}
+
+std::optional<StateMessage> decodeMessage(const QVariant& wrapped)
+{
+    auto properties = decodeMap(wrapped);
+    if (!properties) return std::nullopt;
+    auto change = decodeState(*properties);
+    return StateMessage{std::move(*properties), std::move(change)};
 }
 
 std::optional<double> decodeVolume(const QVariant& value)

@@ -25,6 +25,15 @@ namespace sonvara {
 /// What `properties`, some properties of a player, say of its state.
 [[nodiscard]] StateChange decodeState(const QVariantMap& properties);
 
+/// Some properties of a player, and what they say of its state.
+struct StateMessage {
+    QVariantMap properties;
+    StateChange change;
+};
+
+/// The properties in `wrapped`, as they come over the bus; absent if it is something else.
+[[nodiscard]] std::optional<StateMessage> decodeMessage(const QVariant& wrapped);
+
 /// A volume, 1.0 for full, exactly as it was told; a negative one as 0.0. Absent if `value` is no finite number,
 /// or a whole number on another scale.
 [[nodiscard]] std::optional<double> decodeVolume(const QVariant& value);

@@ -25,13 +25,14 @@ std::string keyOf(const Track& track)
     return track.id + '\n' + track.title + '\n' + track.url;
 }
 
-std::optional<VolumeLook> lookOf(const QVariantMap& properties)
+std::optional<VolumeLook> lookOf(const StateMessage& answer)
 {
-    const auto volume = decodeVolume(properties.value(QStringLiteral("Volume")));
+    const auto volume = decodeVolume(answer.properties.value(QStringLiteral("Volume")));
     if (!volume) return std::nullopt;
-    const auto state = decodeState(properties);
-    const std::chrono::microseconds position(properties.value(QStringLiteral("Position")).toLongLong());
-    return VolumeLook{state.status == PlaybackStatus::playing, *volume, keyOf(state.track.value_or(Track{})),
+    const auto& [status, track] = answer.change;
+    const std::chrono::microseconds position(
+        answer.properties.value(QStringLiteral("Position")).toLongLong());
+    return VolumeLook{status == PlaybackStatus::playing, *volume, keyOf(track.value_or(Track{})),
                       std::chrono::floor<std::chrono::milliseconds>(position)};
 }
 
@@ -42,13 +43,12 @@ MprisVolume::MprisVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_
     connect(&bus, &MprisBus::ownerChanged, this,
             [this](const std::string&, const std::string&, const std::string& now) { takeOwnerChange(now); });
     connect(&bus, &MprisBus::stateSignalled, this,
-            [this](const std::string& owner, const QVariantList& arguments) {
-                takeState(owner, decodeMap(arguments.value(1)));
+            [this](const std::string& owner, const std::optional<StateMessage>& changed) {
+                takeState(owner, changed.value_or(StateMessage()).change);
             });
-    connect(&bus, &MprisBus::stateAnswered, this,
-            [this](const std::string& owner, const QVariantList& arguments) {
-                takeState(owner, decodeMap(arguments.value(0)));
-            });
+    connect(
+        &bus, &MprisBus::stateAnswered, this,
+        [this](const std::string& owner, const StateMessage& answer) { takeState(owner, answer.change); });
 }
 
 PlayerRun MprisVolume::meant(const std::string& player)
@@ -77,9 +77,7 @@ void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
 
 void MprisVolume::look(PlayerRun run, const Answer& answer)
 {
-    bus_.askState(owners_[run], [answer](const MprisBus::Reply& reply) {
-        answer(lookOf(decodeMap(reply.value_or(QVariantList()).value(0)).value_or(QVariantMap())));
-    });
+    bus_.askState(owners_[run], [answer](const StateMessage& state) { answer(lookOf(state)); });
 }
 
 void MprisVolume::tell(PlayerRun run, double volume)
@@ -109,12 +107,11 @@ void MprisVolume::takeOwnerChange(const std::string& now)
     if (const auto* player = directory_.find(now)) report(*player);
 }
 
-void MprisVolume::takeState(const std::string& owner, const std::optional<QVariantMap>& properties)
+void MprisVolume::takeState(const std::string& owner, const StateChange& state)
 {
     const auto* player = directory_.find(owner);
     if (player == nullptr || loweredPlayers_ == nullptr) return;
     const auto run = report(*player);
-    const auto state = decodeState(properties.value_or(QVariantMap()));
     const auto isPlaying =
         state.status ? std::optional(*state.status == PlaybackStatus::playing) : std::nullopt;
     const auto track = state.track ? std::optional(keyOf(*state.track)) : std::nullopt;

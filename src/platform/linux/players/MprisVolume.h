@@ -6,7 +6,6 @@
 #include "volume/VolumePlayers.h"
 
 #include <QObject>
-#include <QVariantList>
 
 #include <map>
 #include <optional>
@@ -39,7 +38,7 @@ private:
     void read(PlayerRun run, const Answer& answer, int repeats);
     PlayerRun report(const Player& player);
     void takeOwnerChange(const std::string& now);
-    void takeState(const std::string& owner, const std::optional<QVariantMap>& properties);
+    void takeState(const std::string& owner, const StateChange& state);
 
     MprisBus& bus_;
     const PlayerDirectory& directory_;

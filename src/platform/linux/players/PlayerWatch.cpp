@@ -19,17 +19,17 @@ const QString statusProperty = QStringLiteral("PlaybackStatus");
 const QString metadataProperty = QStringLiteral("Metadata");
 
 // What a full answer leaves out is not so.
-StateChange fullState(const QVariantMap& properties)
+StateChange fullState(StateChange change)
 {
-    auto change = decodeState(properties);
     if (!change.status) change.status = PlaybackStatus::stopped;
     if (!change.track) change.track = Track{};
     return change;
 }
 
 // Whether a signal tells of changes whose new values it does not hold, or not in a form to read, or not whole.
-bool leavesOpen(const QVariantMap& changed, const QStringList& invalidated, const StateChange& change)
+bool leavesOpen(const StateMessage& signalled, const QStringList& invalidated)
 {
+    const auto& [changed, change] = signalled;
     if (invalidated.contains(statusProperty) || invalidated.contains(metadataProperty)) return true;
     if (changed.contains(statusProperty) && !change.status) return true;
     return changed.contains(metadataProperty) && !(change.track && isComplete(*change.track));
@@ -102,17 +102,17 @@ void PlayerWatch::takeOwnerChange(const std::string& name, const std::string& be
     update();
 }
 
-void PlayerWatch::takeSignal(const std::string& owner, const QVariantList& arguments)
+void PlayerWatch::takeSignal(const std::string& owner, const std::optional<StateMessage>& changed,
+                             const QStringList& invalidated)
 {
     auto* player = directory_.find(owner);
     if (player == nullptr) return;
-    const auto changed = decodeMap(arguments.value(1));
     if (!changed) {
         ask(*player);
         return;
     }
-    auto change = decodeState(*changed);
-    bool isOpen = leavesOpen(*changed, arguments.value(2).toStringList(), change);
+    auto change = changed->change;
+    bool isOpen = leavesOpen(*changed, invalidated);
     // Some players signal a part of a track's description. That it has no title only an answer can say.
     if (change.track && change.track->title.empty()) change.track.reset();
     if (change.status || change.track) {
@@ -145,6 +145,16 @@ void PlayerWatch::takeLoss()
     update();
 }
 
+// Another player may own the connection when the answer comes, or nobody.
+template <typename Message>
+std::function<void(const Message&)> PlayerWatch::answerOf(const Player& player, Take<Message> take)
+{
+    return [this, take, owner = player.owner, serial = player.serial](const Message& message) {
+        auto* found = directory_.find(owner);
+        if (found != nullptr && found->serial == serial) (this->*take)(*found, message);
+    };
+}
+
 // What is signalled while a question is under way is asked about when its answer comes.
 void PlayerWatch::ask(Player& player)
 {
@@ -161,15 +171,6 @@ void PlayerWatch::askState(Player& player)
 {
     player.isOvertaken = false;
     bus_.askState(player.owner, answerOf(player, &PlayerWatch::takeState));
-}
-
-// Another player may own the connection when the answer comes, or nobody.
-MprisBus::Answer PlayerWatch::answerOf(const Player& player, Take take)
-{
-    return [this, take, owner = player.owner, serial = player.serial](const MprisBus::Reply& reply) {
-        auto* found = directory_.find(owner);
-        if (found != nullptr && found->serial == serial) (this->*take)(*found, reply);
-    };
 }
 
 void PlayerWatch::takeProcess(Player& player, const MprisBus::Reply& reply)
@@ -195,17 +196,16 @@ void PlayerWatch::takeIntroduction(Player& player, const MprisBus::Reply& reply)
 
 // Some players answer late with what was so when they were asked, and an answer that comes at once may be handed over a
 // turn of the event loop late. So what has been signalled meanwhile may be newer.
-void PlayerWatch::takeState(Player& player, const MprisBus::Reply& reply)
+void PlayerWatch::takeState(Player& player, const StateMessage& answer)
 {
-    const auto properties = decodeMap(reply.value_or(QVariantList()).value(0)).value_or(QVariantMap());
-    if (player.isOvertaken && !properties.isEmpty()) {
+    if (player.isOvertaken && !answer.properties.isEmpty()) {
         askState(player);
         return;
     }
     player.isAsked = false;
     const auto before = player.said;
-    const bool wasHeard = std::exchange(player.isHeard, !properties.isEmpty());
-    if (player.isHeard) directory_.observe(player, fullState(properties), now());
+    const bool wasHeard = std::exchange(player.isHeard, !answer.properties.isEmpty());
+    if (player.isHeard) directory_.observe(player, fullState(answer.change), now());
     // Most answers change nothing; all players would be looked at for each.
     if (player.isHeard != wasHeard || player.said != before) update();
 }

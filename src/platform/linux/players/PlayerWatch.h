@@ -8,11 +8,13 @@
 #include "ports/SystemLog.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace sonvara {
@@ -38,22 +40,25 @@ public:
     [[nodiscard]] const PlayerDirectory& directory() const { return directory_; }
 
 private:
-    using Take = void (PlayerWatch::*)(Player&, const MprisBus::Reply&);
+    template <typename Message>
+    using Take = void (PlayerWatch::*)(Player&, const Message&);
 
     void start();
     void askNextOwner();
     void add(const std::string& name, const std::string& owner);
     void takeOwnerChange(const std::string& name, const std::string& before, const std::string& now);
-    void takeSignal(const std::string& owner, const QVariantList& arguments);
+    void takeSignal(const std::string& owner, const std::optional<StateMessage>& changed,
+                    const QStringList& invalidated);
     void takeTimeout();
     void takeLoss();
 
     void ask(Player& player);
     void askState(Player& player);
-    [[nodiscard]] MprisBus::Answer answerOf(const Player& player, Take take);
+    template <typename Message>
+    [[nodiscard]] std::function<void(const Message&)> answerOf(const Player& player, Take<Message> take);
     void takeProcess(Player& player, const MprisBus::Reply& reply);
     void takeIntroduction(Player& player, const MprisBus::Reply& reply);
-    void takeState(Player& player, const MprisBus::Reply& reply);
+    void takeState(Player& player, const StateMessage& answer);
 
     void update();
     [[nodiscard]] std::string answer(PlayerKind kind) const;
