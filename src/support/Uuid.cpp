@@ -9,7 +9,8 @@ std::string makeUuid()
 {
     static constexpr std::string_view digits = "0123456789ABCDEF";
     std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
-    std::random_device source;
+    // Made once: that asks the processor what it has, which takes long on a virtual one.
+    thread_local std::random_device source;
     std::random_device::result_type drawn = 0;
     int nibblesLeft = 0;
     for (auto& c : uuid) {
