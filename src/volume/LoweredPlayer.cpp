@@ -118,8 +118,8 @@ void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
     hear(look.isPlaying, look.track, now);
     sawItBegin_ = sawItBegin_ || (wasDoubtful_ && !isSame(look.volume, 1));  // it was not its user's
     hasComeFar_ = hasComeFar(look);
-    if (look.isPlaying && !firstPosition_) firstPosition_ = look.position;
-    goesOn_ = goesOn_ || (look.isPlaying && look.position > *firstPosition_);
+    if (!firstPosition_) firstPosition_ = look.position;
+    goesOn_ = goesOn_ || look.position > *firstPosition_;
     wasDoubtful_ = isDoubtful(look, now);
     nextLook_.reset();
     if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);

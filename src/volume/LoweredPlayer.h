@@ -158,9 +158,9 @@ private:
     bool hasOpened_ = false;    ///< has been ready before
     bool sawItBegin_ = false;   ///< to play: so `playsSince_` is the truth
     bool hasComeFar_ = false;   ///< in its track, when it was first seen: its stream has been open for long
-    bool goesOn_ = false;       ///< in its track since it was first seen to play
+    bool goesOn_ = false;       ///< in its track since it was first seen
     bool wasDoubtful_ = false;  ///< when it was last seen
-    std::optional<std::chrono::milliseconds> firstPosition_;  ///< when it was
+    std::optional<std::chrono::milliseconds> firstPosition_;  ///< when it was first seen
     VolumeTime playsSince_{};
     std::string track_;
     VolumeTime trackSince_{};

@@ -52,7 +52,6 @@ void LoweredPlayers::gone(PlayerRun run)
 {
     const auto known = known_.extract(run);
     if (!known) return;
-    if (isDucked(run)) ducked_.reset();
     if (const auto levels = known.mapped().player.levels()) {
         if (away_.size() == mostAway) away_.erase(away_.begin());
         away_.push_back({known.mapped().name, *levels, surroundings_.today()});
@@ -137,7 +136,7 @@ void LoweredPlayers::duck(const std::string& player, const Reading& reading, int
 
 void LoweredPlayers::restore(const std::string& player)
 {
-    if (ducked_ && ducked_->player == player) ducked_.reset();
+    if (ducked_.player == player) ducked_ = {};
     apply();
 }
 
@@ -165,7 +164,7 @@ void LoweredPlayers::lineEnded()
 void LoweredPlayers::end()
 {
     isEnding_ = true;
-    ducked_.reset();
+    ducked_ = {};
     apply();
 }
 
@@ -202,7 +201,7 @@ void LoweredPlayers::see(PlayerRun run, Known& known, const VolumeLook& look)
     known.player.see(look, surroundings_.now());
     if (isDucked(run)) {
         if (wasLowered && known.player.isFree())
-            ducked_.reset();  // the user's hand: the core's way back has nothing to undo
+            ducked_ = {};  // the user's hand: the core's way back has nothing to undo
         else if (lines_ > 0 && known.player.isFree() && look.isPlaying)
             lowerIfUnmoved(known, look.volume);
     }
@@ -212,10 +211,10 @@ void LoweredPlayers::see(PlayerRun run, Known& known, const VolumeLook& look)
 void LoweredPlayers::lowerIfUnmoved(Known& known, double volume)
 {
     if (known.player.isOpening(volume, surroundings_.now())) return;
-    if (std::abs(volume - ducked_->levels.home) < sameWithin)
-        known.player.lower(ducked_->levels, surroundings_.now());
+    if (std::abs(volume - ducked_.levels.home) < sameWithin)
+        known.player.lower(ducked_.levels, surroundings_.now());
     else
-        ducked_.reset();
+        ducked_ = {};
 }
 
 /// The rule.
@@ -230,7 +229,7 @@ void LoweredPlayers::act()
 {
     keepNotes();
     const auto now = surroundings_.now();
-    std::optional<VolumeTime> next;
+    auto next = VolumeTime::max();
     for (auto& [run, known] : known_) {
         while (const auto volume = known.player.takeCommand()) {
             ++known.commands;
@@ -240,10 +239,10 @@ void LoweredPlayers::act()
         if (!due || known.isLooking) continue;
         if (*due <= now)
             look(run, known);
-        else if (!next || *due < *next)
-            next = due;
+        else
+            next = std::min(next, *due);
     }
-    if (next) surroundings_.wakeAt(*next);
+    if (next != VolumeTime::max()) surroundings_.wakeAt(next);
 }
 
 void LoweredPlayers::keepNotes()
@@ -253,7 +252,7 @@ void LoweredPlayers::keepNotes()
     auto notes = away_;
     for (const auto& [run, known] : known_)
         if (const auto levels = known.player.levels()) notes.push_back({known.name, *levels, today});
-    if (notes == kept_ || !hasNotes_) return;
+    if (notes == kept_) return;
     owesAnything_ = !notes.empty();
     kept_ = std::move(notes);
     surroundings_.keep(kept_);

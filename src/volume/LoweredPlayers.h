@@ -102,7 +102,7 @@ private:
     };
     struct Duck {
         std::string player;
-        PlayerRun run;
+        PlayerRun run{};
         VolumeLevels levels;
     };
 
@@ -111,7 +111,7 @@ private:
     void take(PlayerRun run, const std::optional<VolumeLook>& answer);
     void see(PlayerRun run, Known& known, const VolumeLook& look);
     void look(PlayerRun run, Known& known);
-    [[nodiscard]] bool isDucked(PlayerRun run) const { return ducked_ && ducked_->run == run; }
+    [[nodiscard]] bool isDucked(PlayerRun run) const { return ducked_.run == run; }
     void considerDuck(PlayerRun run, Known& known);
     void lowerIfUnmoved(Known& known, double volume);
     void apply();
@@ -123,8 +123,8 @@ private:
     std::map<PlayerRun, Known> known_;
     LoweredNotes away_;  ///< of players that are not there
     LoweredNotes kept_;
-    std::optional<Duck> ducked_;  ///< the core's last word, if it was a duck
-    int lines_ = 0;               ///< handed over and not ended
+    Duck ducked_;    ///< the core's last word, if it was a duck
+    int lines_ = 0;  ///< handed over and not ended
     bool hasBegun_ = false;
     bool hasNotes_ = false;
     std::vector<std::function<void()>> untilNotes_;  ///< reads that wait for them

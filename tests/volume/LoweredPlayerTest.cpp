@@ -97,6 +97,17 @@ TEST_F(LoweredPlayerTest, AtTheCubeOfEitherVolumeANewStreamIsToldAgain)
         EXPECT_EQ(answerAfter(100ms, std::pow(root, 3)), Commands{0.3}) << root;
 }
 
+TEST_F(LoweredPlayerTest, TheCubeOfAVolumeIsTheUsersHandOnceTheStreamIsOpen)
+{
+    haveLow();
+    EXPECT_EQ(answerAfter(100ms, std::pow(0.8, 3)), nothing);
+    EXPECT_TRUE(player.isFree());
+    player = {};
+    haveOwed();
+    EXPECT_EQ(answerAfter(100ms, std::pow(0.8, 3)), nothing);
+    EXPECT_TRUE(player.isFree());
+}
+
 TEST_F(LoweredPlayerTest, WhileItDoesNotPlayNothingIsBelieved)
 {
     haveLow();
@@ -124,6 +135,13 @@ TEST_F(LoweredPlayerTest, OneThatStaysLowWithoutAStreamIsToldThreeTimesAndThenSe
     EXPECT_EQ(answerAfter(100ms, 0.3), nothing) << "the stream had three tries of its own";
 }
 
+TEST_F(LoweredPlayerTest, OneThatIsOwedItsVolumeFromBeforeHasAsManyTries)
+{
+    player.owe(levels);
+    expectThreeTries(0.3, 0.8);
+    EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
+}
+
 TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithinTwoSecondsOfATrackIsToldOnceMore)
 {
     haveObeyed();
@@ -141,6 +159,16 @@ TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithinTwoSecondsOfATrackIsTol
 
 TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithAStreamIsToldOnceMore)
 {
+    haveObeyed();
+    play(false);
+    pass(10s);
+    play();
+    EXPECT_EQ(answerAfter(500ms, 0.8), Commands{0.3});
+}
+
+TEST_F(LoweredPlayerTest, SoIsOneThatTellsNoTitles)
+{
+    track = "";
     haveObeyed();
     play(false);
     pass(10s);

@@ -48,6 +48,14 @@ TEST_F(LoweredPlayersBookTest, FiftyPlayersThatWentAreRemembered)
     EXPECT_EQ(notes.back().player, "player 51");
 }
 
+TEST_F(LoweredPlayersBookTest, ANoteOfMoreThanThirtyDaysIsGivenToNobody)
+{
+    have(1, "one");
+    begin({{"one", {0.8, 0.28}, 7 - 31}});
+    EXPECT_TRUE(players.questions.empty());
+    EXPECT_FALSE(book.owesAnything());
+}
+
 TEST_F(LoweredPlayersBookTest, APlayerKeepsItsFirstName)
 {
     begin();
@@ -65,6 +73,7 @@ TEST_F(LoweredPlayersBookTest, WhatNobodyKnowsChangesNothing)
     book.heard(2, false, "2");
     book.gone(2);
     EXPECT_FALSE(book.mayMislead(2, at(1)));
+    book.duck("Music", {2, 0.5, true}, 17);
     EXPECT_EQ(players.told, (std::vector<Told>{{1, 0.28}}));
     EXPECT_EQ(names(), std::vector<std::string>{"one"});
 }

@@ -41,6 +41,31 @@ TEST_F(LoweredPlayersLooksTest, ADuckThatIsToBeMadeUpForAsksOnce)
     EXPECT_TRUE(book.isSettled()) << "it was told nothing";
 }
 
+TEST_F(LoweredPlayersLooksTest, ADuckWithoutALineAsksNothing)
+{
+    begin();
+    have(1, "one");
+    book.duck("Music", {1, 0.8, true}, 28);
+    book.heard(1);
+    EXPECT_TRUE(players.questions.empty());
+}
+
+TEST_F(LoweredPlayersLooksTest, ADuckThatIsToBeMadeUpForWaitsForTheStream)
+{
+    begin();
+    book.appeared(1, "one");
+    book.heard(1, false, "1");
+    book.lineBegan();
+    book.duck("Music", {1, 0.8, false}, 28);
+    book.heard(1, true, {});
+    players.answer(at(0));
+    EXPECT_TRUE(players.told.empty());
+    now += 4s;
+    book.heard(1);
+    players.answer(at(0.8));
+    EXPECT_EQ(players.told, (std::vector<Told>{{1, 0.28}}));
+}
+
 TEST_F(LoweredPlayersLooksTest, ALineThatIsOverLowersNothingWhateverIsSeen)
 {
     begin();
@@ -71,6 +96,46 @@ TEST_F(LoweredPlayersLooksTest, OneThatHasObeyedIsSettled)
     players.answer(at(0.28));
     EXPECT_TRUE(book.isSettled());
     EXPECT_TRUE(book.owesAnything());
+}
+
+TEST_F(LoweredPlayersLooksTest, OneThatHasObeyedStaysLowThroughAnotherLine)
+{
+    begin();
+    have(1, "one");
+    lower(1);
+    players.answer(at(0.28));
+    book.lineBegan();
+    book.lineEnded();
+    EXPECT_EQ(players.told, (std::vector<Told>{{1, 0.28}}));
+}
+
+TEST_F(LoweredPlayersLooksTest, OneThatIsLoweredAgainIsLookedAtAfterIt)
+{
+    begin();
+    have(1, "one");
+    lower(1);
+    players.answer(at(0.28));
+    book.lineEnded();
+    players.answer(at(0.28));
+    EXPECT_TRUE(players.questions.empty());
+    book.lineBegan();
+    EXPECT_EQ(players.told.back(), (Told{1, 0.28}));
+    now += 200ms;
+    players.answer(at(0.5));
+    EXPECT_TRUE(notes.empty()) << "its user's hand";
+}
+
+TEST_F(LoweredPlayersLooksTest, WhatAPlayerTellsThatHasGoneIsNoHand)
+{
+    begin();
+    have(1, "one");
+    lower(1);
+    book.gone(1);
+    now += 200ms;
+    players.answer(at(0.5));
+    EXPECT_TRUE(players.questions.empty());
+    EXPECT_EQ(players.told, (std::vector<Told>{{1, 0.28}}));
+    EXPECT_EQ(names(), std::vector<std::string>{"one"});
 }
 
 TEST_F(LoweredPlayersLooksTest, WakesWhenTheFirstPlayerIsDue)
