@@ -143,7 +143,9 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         repeats_ = mostRepeats;  // if it does so again, it has its way
         tell(levels_.low, now);
     } else if (!isOpening(volume, now) && hasSettled(now)) {
-        state_ = State::free;
+        // One that went home by itself may go low by itself, too, where its tracks change quickly.
+        state_ = isSame(volume, levels_.home) ? State::owed : State::free;
+        repeats_ = 0;
     }
 }
 

@@ -45,6 +45,7 @@ struct VolumeLevels {
 /// |         |                                      | swallow a command in the first 30 ms of a stream
 /// | lowered | seen at home, had obeyed, a track or | tell low once more for this track: Strawberry takes its
 /// |         | stream has just begun                | volume back when it opens a stream
+/// | lowered | seen at home, had obeyed             | the user's hand: owed; free at once, if that is for certain
 /// | lowered | seen anywhere else                   | the user's hand: free
 /// | owed    | seen at home, for certain            | free
 /// | owed    | seen a hundredth below home          | tell home, and a little: players cut off

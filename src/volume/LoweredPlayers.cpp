@@ -200,7 +200,7 @@ void LoweredPlayers::see(PlayerRun run, Known& known, const VolumeLook& look)
     const bool wasLowered = known.player.isLowered();
     known.player.see(look, surroundings_.now());
     if (isDucked(run)) {
-        if (wasLowered && known.player.isFree())
+        if (wasLowered && !known.player.isLowered())
             ducked_ = {};  // the user's hand: the core's way back has nothing to undo
         else if (lines_ > 0 && known.player.isFree() && look.isPlaying)
             lowerIfUnmoved(known, look.volume);

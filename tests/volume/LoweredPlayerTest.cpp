@@ -157,6 +157,21 @@ TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithinTwoSecondsOfATrackIsTol
     EXPECT_TRUE(player.isFree());
 }
 
+TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackTwiceAndThenGoesLowIsBroughtHome)
+{
+    haveObeyed();
+    next("2");
+    EXPECT_EQ(answerAfter(10ms, 0.8), Commands{0.3});
+    EXPECT_EQ(answerAfter(50ms, 0.3), nothing);
+    EXPECT_EQ(answerAfter(100ms, 0.8), nothing) << "it has its way";
+    EXPECT_FALSE(player.isLowered());
+    EXPECT_EQ(answerAfter(50ms, 0.3), Commands{0.8}) << "as of the track before";
+    EXPECT_EQ(answerAfter(100ms, 0.8), nothing);
+    EXPECT_FALSE(player.isFree());
+    EXPECT_EQ(answerAfter(2000ms, 0.8), nothing);
+    EXPECT_TRUE(player.isFree());
+}
+
 TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithAStreamIsToldOnceMore)
 {
     haveObeyed();
