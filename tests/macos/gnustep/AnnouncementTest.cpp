@@ -34,6 +34,19 @@ protected:
         ASSERT_TRUE(eventually([&] { return players_.polls() >= before + 2; }));
     }
 
+    /// The volumes that players have been told, as soon as there are so many, or after all patience. One that was not
+    /// seen to obey, as on a busy machine, is told the same again.
+    Volumes volumes(std::size_t count)
+    {
+        Volumes told;
+        (void)eventually([&] {
+            told = players_.volumesSet();
+            told.erase(std::unique(told.begin(), told.end()), told.end());
+            return told.size() >= count;
+        });
+        return told;
+    }
+
     /// Failures that were logged, but for the icon that is asked for before it is drawn.
     static std::size_t countErrors()
     {
@@ -56,13 +69,13 @@ TEST_F(AnnouncementTest, IsSpokenOverALoweredPlayerAndShown)
     EXPECT_NE(spoken.line.find("An Artist"), std::string::npos) << spoken.line;
     EXPECT_EQ(spoken.voice, "voice.en-GB");
     EXPECT_EQ(spoken.rate, 0.5F);
-    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    ASSERT_EQ(volumes(1), Volumes{28});
     EXPECT_TRUE(eventually([] { return !probe::statusImage()->isTemplate; }));
     EXPECT_TRUE(eventually([] { return probe::statusMenu().at(1).title == "A Song - An Artist"; }));
     EXPECT_TRUE(onMain(probe::statusMenu).at(3).isStyled);
     letTheDuckBeRecorded("A Song");
     standins::finishLine();
-    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+    EXPECT_EQ(volumes(2), (Volumes{28, 80}));
 }
 
 TEST_F(AnnouncementTest, OfASlowPlayerIsSpokenAtOnce)
@@ -74,7 +87,7 @@ TEST_F(AnnouncementTest, OfASlowPlayerIsSpokenAtOnce)
     EXPECT_EQ(lines(1).size(), 1U);
     EXPECT_TRUE(players_.volumesSet().empty());
     players_.release();
-    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    EXPECT_EQ(volumes(1), Volumes{28});
 }
 
 TEST_F(AnnouncementTest, WithoutConsentIsSpokenWithoutLoweringAndNothingIsLogged)
@@ -97,7 +110,7 @@ TEST_F(AnnouncementTest, WithoutSpotifyOnTheMacAsksNobodyWhereItIs)
     start();
     players_.set("Music", {true, true, "A Song", "An Artist", "An Album"});
     EXPECT_NE(lines(1).at(0).line.find("A Song"), std::string::npos);
-    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    ASSERT_EQ(volumes(1), Volumes{28});
 }
 
 // Its poll always ends as an error in the terms of the old one.
@@ -116,11 +129,11 @@ TEST_F(AnnouncementTest, IsSpokenWhileTheUserIsBeingAskedForConsent)
     start();
     spotifyPlays("A Song");
     EXPECT_EQ(lines(1).size(), 1U);
-    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }))
+    ASSERT_EQ(volumes(1), Volumes{28})
         << "Spotify's consent is there";
     letTheDuckBeRecorded("A Song");
     standins::finishLine();
-    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+    EXPECT_EQ(volumes(2), (Volumes{28, 80}));
     standins::answerConsentQuestion();
 }
 
@@ -148,10 +161,10 @@ TEST_F(AnnouncementTest, IsCutByAPauseAndTheVolumeReturns)
     launch();
     spotifyPlays("A Song");
     (void)lines(1);
-    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    ASSERT_EQ(volumes(1), Volumes{28});
     letTheDuckBeRecorded("A Song");
     spotifyPauses("A Song");
-    EXPECT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28, 80}; }));
+    EXPECT_EQ(volumes(2), (Volumes{28, 80}));
 }
 
 // Before the core has recorded that the player is lowered.
@@ -174,7 +187,7 @@ TEST_F(AnnouncementTest, ThatTheUserTurnsUpMeanwhileStaysThere)
     standins::setVoices({.finishesAtOnce = false});
     launch();
     spotifyPlays("A Song");
-    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    ASSERT_EQ(volumes(1), Volumes{28});
     const int before = players_.polls();
     players_.set("Spotify", {true, true, "A Song", "An Artist", "An Album of A Song", 60});
     ASSERT_TRUE(eventually([&] { return players_.polls() >= before + 6; }));
@@ -189,7 +202,7 @@ TEST_F(AnnouncementTest, ThatAQuitCutsLeavesNoPlayerLowered)
     standins::setVoices({.finishesAtOnce = false});
     launch();
     spotifyPlays("A Song");
-    ASSERT_TRUE(eventually([this] { return players_.volumesSet() == Volumes{28}; }));
+    ASSERT_EQ(volumes(1), Volumes{28});
     letTheDuckBeRecorded("A Song");
     quit([this] { EXPECT_EQ(players_.volumesSet(), (Volumes{28, 80})); });
 }
