@@ -20,7 +20,8 @@ inline Quirks chooseQuirks(Dice& dice)
     if (quirks.opensAtMemory && dice.chance()) {
         quirks.tellsFirst = std::array{0.0, 0.01, 1.0}.at(static_cast<std::size_t>(dice.number(0, 2)));
         quirks.tellsFirstFor = Milliseconds(dice.number(10, quirks.tellsFirst == 1.0 ? 250 : 2000));
-        if (quirks.tellsFirst == 1.0 && dice.chance())
+        // One that stands at the cube and far in its track is where its user may have put it.
+        if (quirks.tellsFirst == 1.0 && !quirks.opensAtCube && dice.chance())
             quirks.resumesAt = Milliseconds(dice.number(3000, 9000));
     }
     quirks.believesItself = quirks.closesStream && quirks.opensAtMemory && !quirks.truncates &&
