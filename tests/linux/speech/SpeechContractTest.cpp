@@ -84,9 +84,9 @@ TEST_F(SpeechContractTest, neverSendsALineThatWasStoppedWhileItWasConnectedTo)
 TEST_F(SpeechContractTest, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
 {
     start();
-    server.hangAt("speak");
+    server.hangAt("SPEAK");
     speak("stopped");
-    ASSERT_TRUE(server.waitForCommand("speak"));
+    ASSERT_TRUE(server.waitForCommand("SPEAK"));
     voice->stopSpeaking();
     EXPECT_EQ(ears->waitForEnds(1), "C");
     speak("later");
@@ -94,8 +94,8 @@ TEST_F(SpeechContractTest, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
     ASSERT_TRUE(server.waitForLines(2));
     const auto commands = server.commands();
     const auto cancel = std::ranges::find(commands, "CANCEL SELF");
-    EXPECT_EQ(std::count(commands.begin(), cancel, "speak"), 2) << "the line, held and resumed";
-    EXPECT_EQ(std::count(cancel, commands.end(), "speak"), 1);
+    EXPECT_EQ(std::count(commands.begin(), cancel, "SPEAK"), 2) << "the line, held and resumed";
+    EXPECT_EQ(std::count(cancel, commands.end(), "SPEAK"), 1);
     server.tell("702 END");
     EXPECT_EQ(ears->waitForEnds(2), "CF");
 }

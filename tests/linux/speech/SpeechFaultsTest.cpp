@@ -74,7 +74,7 @@ TEST_F(SpeechFaultsTest, noLineIsLostWhenTheDaemonLeavesAtIt)
     start();
     speak("one");
     EXPECT_EQ(ears->waitForEnds(1), "F");
-    server.hangUpAt("SET SELF PRIORITY");
+    server.hangUpAt("SPEAK");
     speak("two");
     EXPECT_EQ(ears->waitForEnds(2), "FF");
     EXPECT_EQ(server.lines(), (std::vector<std::string>{"one", "two"}));
@@ -124,7 +124,7 @@ TEST_F(SpeechFaultsTest, aRefusedLineEnds)
 TEST_F(SpeechFaultsTest, noLineIsLostWhenTheDaemonLeavesWhileItIsConnectedTo)
 {
     server.setEndings(Endings::atOnce);
-    for (const char* command : {"SET SELF CLIENT_NAME", "SET SELF NOTIFICATION", "speak"}) {
+    for (const char* command : {"SET SELF CLIENT_NAME", "SET SELF NOTIFICATION", "SPEAK"}) {
         SCOPED_TRACE(command);
         const std::size_t before = server.lines().size();
         server.hangUpAt(command);
@@ -139,7 +139,7 @@ TEST_F(SpeechFaultsTest, noLineIsLostWhenTheDaemonLeavesWhileItIsConnectedTo)
 TEST_F(SpeechFaultsTest, aHangingDaemonCostsOneLine)
 {
     for (const char* command :
-         {"SET SELF CLIENT_NAME", "SET SELF NOTIFICATION", "SET SELF PRIORITY", "speak"}) {
+         {"SET SELF CLIENT_NAME", "SET SELF NOTIFICATION", "SET SELF PRIORITY", "SPEAK"}) {
         SCOPED_TRACE(command);
         const std::size_t before = server.lines().size();
         server.setEndings(Endings::atOnce);
@@ -157,7 +157,7 @@ TEST_F(SpeechFaultsTest, aHangingDaemonCostsOneLine)
 
 TEST_F(SpeechFaultsTest, aStopIsReportedAtOnceWhileTheDaemonHangs)
 {
-    for (const char* command : {"SET SELF CLIENT_NAME", "speak", "CANCEL SELF"}) {
+    for (const char* command : {"SET SELF CLIENT_NAME", "SPEAK", "CANCEL SELF"}) {
         SCOPED_TRACE(command);
         start();
         server.hangAt(command);
@@ -258,7 +258,7 @@ protected:
         }
         if (kind == 1) server.hangAt("SET");
         if (kind == 2) server.hangAt("CANCEL");
-        if (kind == 3) server.hangUpAt("speak");
+        if (kind == 3) server.hangUpAt("SPEAK");
         if (kind == 4) server.setEndings(Endings::beginsOnly);
         if (kind == 5) server.setEndings(Endings::atNextLine);
         if (kind >= 6) server.setEndings(Endings::atOnce);

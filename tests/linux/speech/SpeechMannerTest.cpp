@@ -34,10 +34,23 @@ TEST_F(SpeechMannerTest, theUsualRateAndVoiceSetNothing)
     say({"line", std::nullopt, 0.5});
     for (const std::string& command : commandsWith("SET"))
         EXPECT_TRUE(command.starts_with("SET SELF CLIENT_NAME") ||
-                    command.starts_with("SET SELF NOTIFICATION") || command == "SET SELF PRIORITY MESSAGE")
+                    command.starts_with("SET SELF NOTIFICATION") || command == "SET SELF PRIORITY message")
             << command;
     EXPECT_EQ(commandsWith("CLIENT_NAME").size(), 1U);
     EXPECT_NE(commandsWith("CLIENT_NAME").at(0).find(":sonvara:"), std::string::npos);
+}
+
+TEST_F(SpeechMannerTest, linesQueueByAPriorityThatIsSetOncePerConnection)
+{
+    say({"one", std::nullopt, 0.5});
+    say({"two", std::nullopt, 0.5});
+    EXPECT_EQ(commandsWith("PRIORITY"), std::vector<std::string>{"SET SELF PRIORITY message"});
+    const auto commands = server.commands();
+    const auto first = [&](const char* command) {
+        return std::find(commands.begin(), commands.end(), command);
+    };
+    EXPECT_LT(first("SET SELF PRIORITY message"), first("SPEAK"));
+    EXPECT_EQ(commandsWith("SPEAK").size(), 2U);
 }
 
 TEST_F(SpeechMannerTest, aVoiceSetsTheLanguageOnce)

@@ -20,8 +20,11 @@ sockaddr_un addressOf(const std::string& path)
     return address;
 }
 
-// The library writes this one in small letters; the protocol does not care.
-constexpr const char* speakCommand = "speak";
+/// The protocol does not care for capitals, and the library's own call writes small ones.
+bool isSpeak(const std::string& command)
+{
+    return command == "SPEAK" || command == "speak";
+}
 
 /// What the daemon answers to a command that sets something.
 std::string answerTo(const std::string& command)
@@ -178,7 +181,7 @@ void StubSpeechServer::handle(Client& client, const std::string& line)
     } else if (!hangUpAt_.empty() && line.starts_with(hangUpAt_)) {
         hangUpAt_.clear();
         ::shutdown(client.socket.get(), SHUT_RDWR);
-    } else if (line == speakCommand) {
+    } else if (isSpeak(line)) {
         client.receivingText = !refuses_;
         send(client, refuses_ ? "400 ERR INTERNAL" : "230 OK RECEIVING DATA");
     } else if (line.starts_with("CANCEL")) {

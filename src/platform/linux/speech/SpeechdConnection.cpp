@@ -4,9 +4,11 @@
 
 #include <array>
 #include <atomic>
+#include <charconv>
 #include <cstdlib>
 #include <fcntl.h>
 #include <pthread.h>
+#include <string_view>
 #include <sys/socket.h>
 #include <utility>
 
@@ -63,6 +65,16 @@ constexpr auto callbacks = makeCallbacks(std::make_index_sequence<slotCount>());
 /// A text that the library allocated, and its release.
 using LibraryText = std::unique_ptr<char, decltype(&std::free)>;
 
+/// "225-<number>" is the first line of the answer to a text that was accepted.
+int messageNumber(std::string_view answer)
+{
+    constexpr std::string_view accepted = "225-";
+    int number = -1;
+    if (answer.starts_with(accepted))
+        std::from_chars(answer.data() + accepted.size(), answer.data() + answer.size(), number);
+    return number;
+}
+
 }  // namespace
 
 std::unique_ptr<SpeechdConnection> SpeechdConnection::open(Listener listener, std::string& error)
@@ -103,6 +115,8 @@ bool SpeechdConnection::setUp(const SpeechdManner& manner)
     connection_->callback_begin = connection_->callback_end = connection_->callback_cancel = callback;
     for (const char* event : {"BEGIN", "END", "CANCEL"})
         if (!execute(std::string("SET SELF NOTIFICATION ") + event + " on")) return false;
+    // Lines of this priority queue behind each other; those of the usual one, "text", drop each other.
+    if (!execute("SET SELF PRIORITY message")) return false;
     // A refusal of the two wishes is no failure: the line is then spoken in the default manner.
     if (manner.language && isLanguageTag(*manner.language)) execute("SET SELF LANGUAGE " + *manner.language);
     if (manner.rate) execute("SET SELF RATE " + std::to_string(*manner.rate));
@@ -125,10 +139,14 @@ SpeechdConnection::~SpeechdConnection()
     if (slot_) listeners[*slot_] = nullptr;
 }
 
+/// `spd_say` sets the priority anew for each line, and waits for the answer first.
 int SpeechdConnection::say(const std::string& text)
 {
-    // Lines of this priority queue behind each other; those of the usual one, "text", drop each other.
-    return spd_say(connection_, SPD_MESSAGE, text.c_str());
+    if (!execute("SPEAK")) return -1;
+    const bool looksLikeTheEnd = text.starts_with('.');
+    const std::string data = (looksLikeTheEnd ? "." : "") + text + "\r\n.\r\n";
+    const LibraryText answer(spd_send_data(connection_, data.c_str(), SPD_WAIT_REPLY), &std::free);
+    return answer ? messageNumber(answer.get()) : -1;
 }
 
 void SpeechdConnection::cancel()

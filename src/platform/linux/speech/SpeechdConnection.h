@@ -37,7 +37,7 @@ public:
     /// To be called once, before the first line. Whether the daemon accepted it.
     [[nodiscard]] bool setUp(const SpeechdManner& manner);
 
-    /// Hands over a text; the daemon's number of the message, or -1 on failure.
+    /// Hands over a text of one line; the daemon's number of the message, or -1 on failure.
     [[nodiscard]] int say(const std::string& text);
 
     /// Silences and forgets all that was said on this connection.
