@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -51,6 +52,19 @@ TEST(NoteWriterTest, NobodyWaitsForTheDiskAndOnlyTheLatestTextIsWritten)
     writer.write("");
     EXPECT_TRUE(writer.finish(10s));
     EXPECT_EQ(store.written, (std::vector<std::string>{"one", "four", "(removed)"}));
+}
+
+TEST(NoteWriterTest, IsFinishedAsSoonAsNothingIsLeftToWrite)
+{
+    SlowStore store;
+    NoteWriter writer(store);
+    writer.write("one");
+    while (!store.isBusy) std::this_thread::yield();
+    EXPECT_FALSE(writer.finish(0ms)) << "nothing waits, but one is under way";
+    store.isReleased = true;
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_TRUE(writer.finish(60s));
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 30s) << "it was told of the end";
 }
 
 TEST(NoteWriterTest, WhatWasGivenLastIsWrittenBeforeItEnds)

@@ -102,6 +102,25 @@ TEST_F(PosixChildProcessEndTest, TerminateReachesWhatTheProgramStarted)
     EXPECT_EQ(child->waitUntilExit(), 128 + SIGTERM);
 }
 
+TEST_F(PosixChildProcessEndTest, AChildThatOthersHaveReapedHasEndedWithStatus255)
+{
+    const auto child = launched({"exit", "3"});
+    EXPECT_EQ(child->readOutputToEnd(), "");
+    ASSERT_GT(::waitpid(-1, nullptr, 0), 0);
+    EXPECT_FALSE(child->isRunning());
+    EXPECT_EQ(child->waitUntilExit(), 255);
+}
+
+TEST_F(PosixChildProcessEndTest, BeforeItsLaunchThereIsNothingToEnd)
+{
+    const auto child = launcher_.make(setup({"exit", "3"}));
+    EXPECT_FALSE(child->isRunning());
+    child->terminate();
+    EXPECT_EQ(child->launch(), std::nullopt);
+    EXPECT_EQ(child->readOutputToEnd(), "");
+    EXPECT_EQ(child->waitUntilExit(), 3);
+}
+
 TEST_F(PosixChildProcessEndTest, ADroppedChildLeavesNoZombie)
 {
     launched({"exit", "0"}).reset();

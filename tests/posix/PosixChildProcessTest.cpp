@@ -127,6 +127,11 @@ TEST_F(PosixChildProcessTest, OutputWithoutEndIsCutAndTheProgramAskedToEnd)
     EXPECT_EQ(child->waitUntilExit(), 128 + SIGTERM);
 }
 
+TEST_F(PosixChildProcessTest, OutputOfJustTheMostIsReadWhole)
+{
+    EXPECT_EQ(outputOf({"much", "64"}).size(), std::size_t{64} << 20);
+}
+
 }  // namespace
 
 }  // namespace sonvara::test

@@ -5,8 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <sys/resource.h>
 
 namespace sonvara::test {
 namespace {
@@ -66,6 +69,35 @@ TEST_F(PosixNoteStoreTest, WhatCannotTakeTheFilesPlaceIsRemoved)
 {
     std::filesystem::create_directories(path + "/in the way");
     store.save("one");
+    EXPECT_FALSE(std::filesystem::exists(path + ".new"));
+}
+
+TEST_F(PosixNoteStoreTest, WhatAnEndBeforeOursLeftBesideItIsReplaced)
+{
+    store.save("one");
+    std::ofstream(path + ".new") << "half of something that was longer";
+    store.save("two");
+    EXPECT_EQ(store.load(), "two");
+}
+
+TEST_F(PosixNoteStoreTest, ATextOfOneLetterIsSaved)
+{
+    store.save("x");
+    EXPECT_EQ(store.load(), "x");
+}
+
+TEST_F(PosixNoteStoreTest, OnAFullDiskTheTextBeforeStays)
+{
+    store.save("one");
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit few{4, before.rlim_max};
+    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &few), 0);
+    store.save("a longer one");
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, signalBefore);
+    EXPECT_EQ(store.load(), "one");
     EXPECT_FALSE(std::filesystem::exists(path + ".new"));
 }
 

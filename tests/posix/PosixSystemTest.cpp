@@ -3,9 +3,13 @@
 #include "helpers/ScopedVariable.h"
 #include "helpers/TemporaryFolder.h"
 
+#include <array>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <string>
 #include <unistd.h>
+
+extern char** environ;  // not declared by every system's headers
 
 namespace sonvara::test {
 
@@ -83,6 +87,26 @@ TEST(PosixEnvironmentTest, HoldsEveryVariable)
     EXPECT_EQ(variables.at("SONVARA_TEST_EMPTY"), "");
     EXPECT_EQ(variables.at("SONVARA_TEST_TEXT"), "a=b\n\xFF");
     EXPECT_FALSE(variables.contains("SONVARA_TEST_ABSENT"));
+}
+
+[[noreturn]] void exitAfterReading(char** environment, const Variables& expected)
+{
+    environ = environment;
+    ::_exit(PosixEnvironment().variables() == expected ? 0 : 1);
+}
+
+TEST(PosixEnvironmentDeathTest, OfTwoEntriesTheFirstCountsAndOneWithoutAValueIsNone)
+{
+    std::string first("A=1");
+    std::string nothing("NOTHING");
+    std::string second("A=2");
+    std::array<char*, 4> list{first.data(), nothing.data(), second.data(), nullptr};
+    EXPECT_EXIT(exitAfterReading(list.data(), Variables({{"A", "1"}})), testing::ExitedWithCode(0), "");
+}
+
+TEST(PosixEnvironmentDeathTest, MayBeGone)
+{
+    EXPECT_EXIT(exitAfterReading(nullptr, {}), testing::ExitedWithCode(0), "");
 }
 
 TEST(PosixClockTest, GivesTheTimeOfDayInTheCurrentZone)
