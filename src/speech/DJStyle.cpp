@@ -8,8 +8,7 @@ namespace {
 
 std::string_view randomOpener()
 {
-    // Made once: that asks the processor what it has, which takes long on a virtual one.
-    thread_local std::random_device source;
+    std::random_device source;
     std::uniform_int_distribution<std::size_t> position(0, DJ::openers.size() - 1);
     return DJ::openers[position(source)];
 }

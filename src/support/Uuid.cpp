@@ -9,8 +9,7 @@ std::string makeUuid()
 {
     static constexpr std::string_view digits = "0123456789ABCDEF";
     std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
-    // Made once: that asks the processor what it has, which takes long on a virtual one.
-    thread_local std::random_device source;
+    std::random_device source;
     std::random_device::result_type drawn = 0;
     int nibblesLeft = 0;
     for (auto& c : uuid) {
