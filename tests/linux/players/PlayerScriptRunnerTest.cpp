@@ -3,6 +3,7 @@
 #include "platform/linux/players/PlayerScriptRunner.h"
 #include "support/PlayerScripts.h"
 
+#include <string>
 #include <vector>
 
 namespace sonvara::test {
@@ -33,6 +34,17 @@ TEST(PlayerScriptRunnerTest, TheMainThreadIsToldOfEachPoll)
     });
     EXPECT_TRUE(eventually([&] { return polls.size() == 2; }));
     EXPECT_EQ(polls, (std::vector{PlayerKind::music, PlayerKind::spotify}));
+}
+
+TEST(PlayerScriptRunnerTest, APollIsBehindWhatTheMainThreadHasToDo)
+{
+    std::vector<std::string> order;
+    PlayerScriptRunner runner([&](PlayerKind) { order.emplace_back("a poll"); });
+    QObject main;
+    (void)runner.run(musicPollScript());
+    QMetaObject::invokeMethod(&main, [&] { order.emplace_back("a line"); }, Qt::QueuedConnection);
+    EXPECT_TRUE(eventually([&] { return order.size() == 2; }));
+    EXPECT_EQ(order, (std::vector<std::string>{"a line", "a poll"}));
 }
 
 TEST(PlayerScriptRunnerTest, AnyOtherTextIsAnError)

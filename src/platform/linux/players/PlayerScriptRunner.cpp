@@ -15,8 +15,9 @@ ScriptResult PlayerScriptRunner::run(const std::string& source)
 
     const std::lock_guard lock(mutex_);
     polls_.push_back(*player);
-    // The event only wakes: the poll crosses under the mutex.
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    // The event only wakes: the poll crosses under the mutex. It is behind the line that a change of tracks brings:
+    // all players are asked, and when they answer there is less processor left for the line.
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
     const auto known = answers_.find(*player);
     return ScriptResult::ofText(known == answers_.end() ? poll::notRunning : known->second);
 }
