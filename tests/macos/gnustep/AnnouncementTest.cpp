@@ -129,8 +129,7 @@ TEST_F(AnnouncementTest, IsSpokenWhileTheUserIsBeingAskedForConsent)
     start();
     spotifyPlays("A Song");
     EXPECT_EQ(lines(1).size(), 1U);
-    ASSERT_EQ(volumes(1), Volumes{28})
-        << "Spotify's consent is there";
+    ASSERT_EQ(volumes(1), Volumes{28}) << "Spotify's consent is there";
     letTheDuckBeRecorded("A Song");
     standins::finishLine();
     EXPECT_EQ(volumes(2), (Volumes{28, 80}));
