@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <numeric>
 #include <optional>
 
 namespace sonvara::text {
@@ -73,6 +74,26 @@ std::optional<std::string> normalized(std::string_view s)
     return std::string(reinterpret_cast<const char*>(result), static_cast<std::size_t>(size));
 }
 
+/// One user-perceived character of a text.
+struct Cluster {
+    std::size_t begin;    // of its first byte
+    std::size_t columns;  // one at least: what is new to the library may be as wide
+};
+
+std::vector<Cluster> clustersOf(std::string_view s)
+{
+    std::vector<Cluster> clusters;
+    Clusters counter;
+    for (std::size_t at = 0; at < s.size();) {
+        const auto character = decodeFirst(s.substr(at));
+        counter.add(s.substr(at, character.size));
+        if (counter.count() > clusters.size()) clusters.push_back({at, 1});
+        if (utf8proc_charwidth(character.codepoint) > 1) clusters.back().columns = 2;
+        at += character.size;
+    }
+    return clusters;
+}
+
 }  // namespace
 
 bool equal(std::string_view a, std::string_view b)
@@ -128,6 +149,24 @@ std::size_t length(std::string_view s)
     Clusters clusters;
     clusters.add(s);
     return clusters.count();
+}
+
+std::string cutInTheMiddle(std::string_view s, std::size_t columns)
+{
+    const auto clusters = clustersOf(s);
+    const auto add = [](std::size_t sum, const Cluster& cluster) { return sum + cluster.columns; };
+    if (std::accumulate(clusters.begin(), clusters.end(), std::size_t{0}, add) <= columns)
+        return std::string(s);
+    auto room = columns - 1;  // beside the ellipsis
+    auto first = clusters.begin();
+    for (auto half = columns / 2; first->columns <= half; ++first) {
+        half -= first->columns;
+        room -= first->columns;
+    }
+    auto last = clusters.end();
+    while ((last - 1)->columns <= room) room -= (--last)->columns;
+    const auto end = last == clusters.end() ? s.size() : last->begin;
+    return std::string(s.substr(0, first->begin)).append("…").append(s.substr(end));
 }
 
 std::string_view firstCharacter(std::string_view s)

@@ -38,6 +38,10 @@ private:
     std::int32_t previous_ = -1;  // the last code point
 };
 
+/// `s` cut in its middle, with an ellipsis there, to at most `columns` (at least one): a character takes one, or two when it
+/// is a wide one of East Asia or an emoji. User-perceived characters stay whole. Says how wide a text is wherever no font can.
+[[nodiscard]] std::string cutInTheMiddle(std::string_view s, std::size_t columns);
+
 /// The first character of `s`, or its first byte if no character begins with it. `s` must not be empty.
 [[nodiscard]] std::string_view firstCharacter(std::string_view s);
 

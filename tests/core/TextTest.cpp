@@ -121,6 +121,35 @@ TEST(TextLengthTest, CountsUserPerceivedCharacters)
     EXPECT_EQ(text::length(std::string("a\0e\u0301", 5)), 3U) << "but the letter after it";
 }
 
+TEST(TextCutTest, LeavesWhatIsNotTooWide)
+{
+    for (const auto* text :
+         {"", "x", "12345678", "漢字漢字", "e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301"})
+        EXPECT_EQ(text::cutInTheMiddle(text, 8), text);
+}
+
+TEST(TextCutTest, KeepsBothEnds)
+{
+    EXPECT_EQ(text::cutInTheMiddle("123456789", 8), "1234…789");
+    EXPECT_EQ(text::cutInTheMiddle("1234567890", 7), "123…890");
+    EXPECT_EQ(text::cutInTheMiddle("12", 1), "…");
+}
+
+TEST(TextCutTest, AWideCharacterTakesTwoColumns)
+{
+    EXPECT_EQ(text::cutInTheMiddle("漢字漢字漢", 8), "漢字…漢");
+    EXPECT_EQ(text::cutInTheMiddle("🎵🎶🎵🎶🎵", 9), "🎵🎶…🎶🎵");
+    EXPECT_EQ(text::cutInTheMiddle("漢漢", 3), "…漢");
+}
+
+TEST(TextCutTest, CutsNoCharacterInTwo)
+{
+    EXPECT_EQ(text::cutInTheMiddle("e\u0301e\u0301e\u0301e\u0301", 3), "e\u0301…e\u0301");
+    EXPECT_EQ(text::cutInTheMiddle("👨‍👩‍👧👨‍👩‍👧👨‍👩‍👧", 5),
+              "👨‍👩‍👧…👨‍👩‍👧");
+    EXPECT_EQ(text::cutInTheMiddle("\xFFx\xFFx", 3), "\xFF…x");
+}
+
 TEST(TextIsValidUtf8Test, RefusesWhatIsNoText)
 {
     EXPECT_TRUE(text::isValidUtf8(""));

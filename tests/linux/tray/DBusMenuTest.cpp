@@ -120,14 +120,12 @@ TEST_F(DBusMenuTest, KeepsLineBreaks)
 
 TEST_F(DBusMenuTest, CutsInTheMiddleWhatIsWiderThanAMenuBears)
 {
-    const QFontMetrics metrics(QApplication::font("QMenu"));
-    for (const auto& letter : {"x", "漢", "ש", "🎵"}) {
+    for (const auto& [letter, kept] : {std::pair{"x", 54}, {"漢", 27}, {"ש", 54}, {"🎵", 27}}) {
         const auto title = "first" + QString(letter).repeated(297) + "last";
         menu.setItems(
             {text(title.toStdString()), chat("one\n" + title.toStdString()), action("Quit", [] {})});
         const auto label = shown(0, "label").toString();
-        EXPECT_LE(metrics.horizontalAdvance(label), 480) << letter;
-        EXPECT_GT(metrics.horizontalAdvance(label), 380) << letter;
+        EXPECT_EQ(label.count(letter), kept);
         EXPECT_TRUE(label.startsWith("first") && label.endsWith("last")) << label.toStdString();
         EXPECT_EQ(shown(1, "label"), "one\n" + label);
         EXPECT_EQ(menu.entries()[0].item.title, title.toStdString()) << "what is shown is cut, not the value";

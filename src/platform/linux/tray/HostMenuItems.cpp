@@ -1,31 +1,37 @@
 #include "platform/linux/tray/HostMenuItems.h"
 
-#include <QApplication>
-#include <QFontMetrics>
+#include "support/Text.h"
+
+#include <QGuiApplication>
+
+#include <cstddef>
+#include <string>
 
 namespace sonvara {
 
 namespace {
 
-constexpr int widestLine = 480;  // pixels, in the font of our menus: hosts tell nothing of theirs
-constexpr qsizetype mostLines = 10;
+// About 480 pixels in the usual font. Hosts tell nothing of theirs, and to measure by ours would load it, which nothing else
+// does before a window is shown.
+constexpr std::size_t widestLine = 64;  // columns
+constexpr std::size_t mostLines = 10;
 constexpr int lineIdStep = 1 << 24;  // the items' own ids never come that far
 
-QString textOf(const MenuItem& item)
+const std::string& textOf(const MenuItem& item)
 {
-    return QString::fromStdString(item.attributedTitle ? item.attributedTitle->text : item.title);
+    return item.attributedTitle ? item.attributedTitle->text : item.title;
 }
 
-QStringList cutLines(const QString& text)
+QStringList cutLines(const std::string& text)
 {
-    const QFontMetrics metrics(QApplication::font("QMenu"));
-    auto lines = text.split(QLatin1Char('\n'));
+    auto lines = text::split(text, "\n");
     if (lines.size() > mostLines) {
         lines.resize(mostLines);
-        lines.last() = QStringLiteral("…");
+        lines.back() = "…";
     }
-    for (auto& line : lines) line = metrics.elidedText(line, Qt::ElideMiddle, widestLine);
-    return lines;
+    QStringList cut;
+    for (const auto line : lines) cut.append(QString::fromStdString(text::cutInTheMiddle(line, widestLine)));
+    return cut;
 }
 
 /// A line that begins from right to left would turn the whole item around: its side, its check mark.
@@ -85,8 +91,9 @@ QString cutTexts(const QtStatusMenu& menu)
 {
     QStringList texts;
     for (const auto& entry : menu.entries()) {
-        const auto text = textOf(entry.item);
-        if (cutLines(text).join(QLatin1Char('\n')) != text) texts.append(text);
+        const auto& text = textOf(entry.item);
+        const auto whole = QString::fromStdString(text);
+        if (cutLines(text).join(QLatin1Char('\n')) != whole) texts.append(whole);
     }
     return texts.join(QLatin1Char('\n'));
 }
