@@ -136,8 +136,8 @@ TEST_F(StatusItemTest, HasAPictureForEveryScale)
         EXPECT_EQ(middle(picture), RoleColors::of(QApplication::palette()).systemGreen);
         sizes.append(picture.width);
     }
-    for (const int side : {18, 27, 36, 54, 22, 33, 44, 66, 24, 48, 72})
-        EXPECT_TRUE(sizes.contains(side)) << side;
+    for (const int side : {16, 24, 32, 22, 33, 44, 36, 48}) EXPECT_TRUE(sizes.contains(side)) << side;
+    EXPECT_EQ(sizes.last(), 96) << "what is larger than 48 pixels is scaled down from this";
 }
 
 TEST_F(StatusItemTest, TintsATemplateByTheTheme)

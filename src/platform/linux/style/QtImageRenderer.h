@@ -18,8 +18,9 @@ namespace sonvara {
 /// A picture drawn at all sizes that a tray may ask for, ready for the colours, which may change.
 class QtImage final : public Image {
 public:
-    /// In pixels: the usual sizes of panels (16, 18, 22, 24 and 32) at one, one and a half, two and three times.
-    static constexpr std::array sides{16, 18, 22, 24, 27, 32, 33, 36, 44, 48, 54, 64, 66, 72, 96};
+    /// In pixels: the usual sizes of panels (16, 22, 24 and 32) at one, one and a half, two and three times. Those between 48 and
+    /// 96 are left out: most of the memory, asked for least, and hardly to be told from the largest scaled down.
+    static constexpr std::array sides{16, 22, 24, 32, 33, 36, 44, 48, 96};
 
     /// Draws it now. Any thread.
     explicit QtImage(const Drawing& drawing);

@@ -43,7 +43,8 @@ public:
 
 private:
     using Entry = std::pair<IconContent, Made>;
-    static constexpr std::size_t kept = 3;  // a player that plays, one that does not, and a symbol
+    // A player that plays and one that does not; the symbol of the first moment does not come again.
+    static constexpr std::size_t kept = 2;
 
     Make make_;
     RoleColors colors_;
