@@ -47,6 +47,21 @@ TEST_F(AppDelegateTest, ANameThatIsDeliveredWithoutAMonitorInItsFieldIsAnnounced
     EXPECT_EQ(desktop.voice.lines.size(), 1U);
 }
 
+TEST_F(AppDelegateTest, AMonitorThatIsReleasedOnceItHasGivenANameIsStillRead)
+{
+    launch();
+    desktop.time.run();
+    delegate->statusBarController.reset();
+    desktop.time.post([this] {
+        delegate->musicMonitor->isPlaying.set(true);
+        delegate->musicMonitor->trackName.set("Song 1");
+        delegate->musicMonitor.reset();
+    });
+    desktop.time.run();
+    ASSERT_EQ(desktop.voice.lines.size(), 1U);
+    EXPECT_THAT(desktop.voice.current(), EndsWith(" Song 1."));
+}
+
 TEST_F(AppDelegateTest, TheWiringDoesNotKeepTheMonitorAlive)
 {
     launch();
@@ -113,12 +128,16 @@ int runMain()
     FakeDesktop desktop;
     desktop.application.whileRunning = [&desktop] {
         EXPECT_EQ(desktop.statusBar.state.itemsMade, 1);
+        DJLog::shared().log("entry", DJLog::Level::info);
         desktop.time.advance(3s);
+        EXPECT_EQ(DJLog::shared().entries.get().size(), 1U);
     };
     const int status = SonvaraApp::main(desktop.platform);
     EXPECT_TRUE(desktop.application.delegate.expired());
-    desktop.application.whileRunning = nullptr;
-    EXPECT_EQ(SonvaraApp::main(desktop.platform), 0) << "a second run has an activity log of its own";
+    desktop.application.whileRunning = [] {
+        EXPECT_TRUE(DJLog::shared().entries.get().empty()) << "a second run has an activity log of its own";
+    };
+    EXPECT_EQ(SonvaraApp::main(desktop.platform), 0);
     return testing::Test::HasFailure() ? 1 : status;
 }
 
