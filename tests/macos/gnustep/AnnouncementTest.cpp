@@ -34,8 +34,9 @@ protected:
         ASSERT_TRUE(eventually([&] { return players_.polls() >= before + 2; }));
     }
 
-    /// The volumes that players have been told, as soon as there are so many, or after all patience. One that was not
-    /// seen to obey, as on a busy machine, is told the same again.
+    /// The first so many volumes that players have been told, or those there are after all patience. One that was not
+    /// seen to obey, as on a busy machine, is told the same again; and one that is home may be told so once more, past
+    /// its neighbour.
     Volumes volumes(std::size_t count)
     {
         Volumes told;
@@ -44,6 +45,7 @@ protected:
             told.erase(std::unique(told.begin(), told.end()), told.end());
             return told.size() >= count;
         });
+        told.resize(std::min(told.size(), count));
         return told;
     }
 
