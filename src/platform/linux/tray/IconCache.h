@@ -26,7 +26,7 @@ using IconContent = std::variant<std::monostate, std::shared_ptr<const QtImage>,
 template <typename Made>
 class IconCache {
 public:
-    using Make = std::function<Made(const QList<QImage>&)>;
+    using Make = std::function<Made(QList<QImage>)>;
 
     explicit IconCache(Make make) : make_(std::move(make)) {}
 

@@ -13,10 +13,11 @@ namespace sonvara {
 
 namespace {
 
-NotifierImageList notifierImages(const QList<QImage>& pictures)
+NotifierImageList notifierImages(QList<QImage> pictures)
 {
     NotifierImageList images;
-    for (const auto& picture : pictures) images.append(NotifierImage::of(picture));
+    images.reserve(pictures.size());
+    for (auto& picture : pictures) images.append(NotifierImage::of(std::move(picture)));
     return images;
 }
 

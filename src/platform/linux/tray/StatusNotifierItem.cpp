@@ -37,9 +37,9 @@ QString serviceName()
 
 }  // namespace
 
-NotifierImage NotifierImage::of(const QImage& image)
+NotifierImage NotifierImage::of(QImage image)
 {
-    const auto argb = image.convertToFormat(QImage::Format_ARGB32);
+    const auto argb = std::move(image).convertToFormat(QImage::Format_ARGB32);
     NotifierImage result{argb.width(), argb.height(), QByteArray(argb.sizeInBytes(), Qt::Uninitialized)};
     // The lines have no padding: a pixel has the size of the alignment.
     qToBigEndian<quint32>(argb.constBits(), argb.sizeInBytes() / 4, result.pixels.data());

@@ -29,7 +29,7 @@ struct NotifierImage {
     int height = 0;
     QByteArray pixels;
 
-    [[nodiscard]] static NotifierImage of(const QImage& image);
+    [[nodiscard]] static NotifierImage of(QImage image);
 };
 using NotifierImageList = QList<NotifierImage>;
 
