@@ -122,6 +122,19 @@ TEST_F(DebounceTest, ATitleThatScrollsIsToldAfterASecond)
     EXPECT_EQ(told(), Told{"plays title 9/"});
 }
 
+TEST_F(DebounceTest, ATitleThatScrollsIsNotToldBefore)
+{
+    says(playing, song("title 0", ""));
+    for (int i = 1; i <= 9; ++i) {
+        passes(100ms);
+        says(std::nullopt, song("title " + std::to_string(i), ""));
+    }
+    passes(99ms);
+    EXPECT_EQ(told(), Told{});
+    passes(1ms);
+    EXPECT_EQ(told(), Told{"plays title 9/"});
+}
+
 TEST_F(DebounceTest, AStopBetweenTwoTracksIsNoStop)
 {
     says(playing, song("One"));

@@ -144,12 +144,17 @@ TEST(MprisDecoderTest, AVolumeIsTheVeryNumberThatWasTold)
     for (const double volume : {0.0, 1.0, 0.300003, 0.295, 1.25}) EXPECT_EQ(decodeVolume(volume), volume);
     EXPECT_EQ(decodeVolume(-0.5), 0.0);
     EXPECT_EQ(decodeVolume(1), 1.0);
+    EXPECT_EQ(decodeVolume(0), 0.0);
+    EXPECT_EQ(decodeVolume(1.25F), 1.25);
+    EXPECT_EQ(decodeVolume(100.0), 100.0);
     EXPECT_EQ(decodeVolume(QVariant::fromValue(QDBusVariant(0.5))), 0.5);
 }
 
 TEST(MprisDecoderTest, WhatIsNoFiniteNumberIsNoVolume)
 {
     EXPECT_EQ(decodeVolume(1e300), std::nullopt);
+    EXPECT_EQ(decodeVolume(100.05), std::nullopt);
+    EXPECT_EQ(decodeVolume(2), std::nullopt) << "on a scale that nobody knows";
     EXPECT_EQ(decodeVolume(std::nan("")), std::nullopt);
     EXPECT_EQ(decodeVolume(std::numeric_limits<double>::infinity()), std::nullopt);
     EXPECT_EQ(decodeVolume(-std::numeric_limits<double>::infinity()), std::nullopt);

@@ -46,6 +46,20 @@ TEST(NotificationThrottleTest, AFewQuickChangesAreAllTold)
         EXPECT_TRUE(throttle.admits(playing(std::to_string(i)), Time{}));
 }
 
+TEST(NotificationThrottleTest, TenAreToldAtOnceAndThenOneEachFiftyMilliseconds)
+{
+    NotificationThrottle throttle;
+    Time now{};
+    for (int i = 0; i < 10; ++i) EXPECT_TRUE(throttle.admits(playing(std::to_string(i)), now)) << i;
+    for (int i = 10; i < 13; ++i) {
+        EXPECT_FALSE(throttle.admits(playing(std::to_string(i)), now)) << i;
+        EXPECT_EQ(throttle.deadline(), now + 50ms);
+        EXPECT_FALSE(throttle.admits(playing(std::to_string(i)), now + 49ms)) << i;
+        now += 50ms;
+        EXPECT_TRUE(throttle.admits(playing(std::to_string(i)), now)) << i;
+    }
+}
+
 TEST(NotificationThrottleTest, AChangeUndoneBeforeItsTurnIsNone)
 {
     NotificationThrottle throttle;

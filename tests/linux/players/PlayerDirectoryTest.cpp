@@ -104,6 +104,64 @@ TEST_F(PlayerDirectoryTest, TwoNamesOfOneConnectionAreOnePlayer)
     EXPECT_EQ(music(), "none");
 }
 
+TEST_F(PlayerDirectoryTest, ANameThatIsToldTwiceIsLostAtOnce)
+{
+    add("vlc", ":1.2");
+    EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.vlc", ":1.2"), nullptr);
+    remove("vlc", ":1.2");
+    EXPECT_EQ(music(), "none");
+}
+
+TEST_F(PlayerDirectoryTest, AConnectionIsSpotifyAsLongAsItHasThatName)
+{
+    says(add("vlc", ":1.2"), playing, "One");
+    EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.spotify", ":1.2"), nullptr);
+    EXPECT_EQ(music(), "none");
+    remove("spotify", ":1.2");
+    EXPECT_EQ(music(), ":1.2");
+}
+
+TEST_F(PlayerDirectoryTest, ANameOrAnOwnerThatNobodyKnowsChangesNothing)
+{
+    says(add("vlc", ":1.2"), playing, "One");
+    remove("vlc", ":1.3");
+    remove("mpv", ":1.2");
+    EXPECT_EQ(music(), ":1.2");
+    EXPECT_EQ(directory_.find(":1.3"), nullptr);
+    EXPECT_EQ(directory_.find(":1.2")->owner, ":1.2");
+}
+
+TEST_F(PlayerDirectoryTest, AConnectionThatLeavesAndComesBackIsAnotherPlayer)
+{
+    const auto serial = add("vlc", ":1.2").serial;
+    EXPECT_NE(add("mpv", ":1.3").serial, serial);
+    remove("vlc", ":1.2");
+    EXPECT_NE(add("vlc", ":1.2").serial, serial);
+}
+
+TEST_F(PlayerDirectoryTest, AConnectionThatHasNotIntroducedItselfHidesNone)
+{
+    add("vlc", ":1.2", 77).introduction.reset();
+    says(add("vlc.instance77", ":1.3", 77), playing, "One");
+    EXPECT_EQ(music(), ":1.3");
+}
+
+TEST_F(PlayerDirectoryTest, TheEarliestDeadlineCounts)
+{
+    Track half;
+    half.title = "one";
+    auto& first = add("mpv", ":1.2");
+    auto& second = add("vlc", ":1.3");
+    directory_.observe(second, {playing, half}, now_);
+    directory_.observe(first, {playing, half}, now_ + std::chrono::milliseconds(10));
+    EXPECT_EQ(directory_.deadline(), now_ + Debounce::delay);
+    directory_.expire(now_ + Debounce::delay);
+    EXPECT_EQ(directory_.deadline(), now_ + Debounce::delay + std::chrono::milliseconds(10));
+    half.title = "two";
+    directory_.observe(second, {playing, half}, now_ + std::chrono::milliseconds(20));
+    EXPECT_EQ(directory_.deadline(), now_ + Debounce::delay + std::chrono::milliseconds(10));
+}
+
 TEST_F(PlayerDirectoryTest, TwoConnectionsOfOneProcessAreOnePlayer)
 {
     auto& first = add("vlc", ":1.2", 77);
@@ -181,8 +239,8 @@ TEST_F(PlayerDirectoryTest, KeepsAFewNamesOfEachConnectionAndAHundredPlayers)
     auto& player = add("name0", ":1.1");
     for (int i = 1; i < 100; ++i)
         EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.name" + std::to_string(i), ":1.1"), nullptr);
-    EXPECT_EQ(player.names.size(), PlayerDirectory::maxNames);
-    for (std::size_t i = 1; i < PlayerDirectory::maxPlayers; ++i) add("vlc", ":2." + std::to_string(i));
+    EXPECT_EQ(player.names.size(), 8U);
+    for (int i = 1; i < 100; ++i) add("vlc", ":2." + std::to_string(i));
     EXPECT_EQ(directory_.add("org.mpris.MediaPlayer2.vlc", ":3.1"), nullptr);
     remove("vlc", ":2.1");
     EXPECT_NE(directory_.add("org.mpris.MediaPlayer2.vlc", ":3.1"), nullptr);

@@ -57,6 +57,17 @@ TEST(PlayerIdentityTest, BrowsersAreKnownByWhatTheySayOfThemselves)
     EXPECT_TRUE(isBrowserNamed("anything", "", "org.mozilla.firefox"));
 }
 
+TEST(PlayerIdentityTest, EachBrowserIsKnownByItsWordAloneAndInAnyCase)
+{
+    for (const auto* word :
+         {"firefox", "mozilla", "librewolf",   "waterfox", "floorp",   "chromium", "chrome",
+          "brave",   "edge",    "vivaldi",     "opera",    "epiphany", "falkon",   "konqueror",
+          "thorium", "browser", "qutebrowser", "MOZILLA",  "BRAVE",    "Opera2",   "the edge"})
+        EXPECT_TRUE(isBrowserNamed("anything", word, "")) << word;
+    for (const auto* word : {"browse", "edges", "édge", "oper@"})
+        EXPECT_FALSE(isBrowserNamed("anything", word, "")) << word;
+}
+
 TEST(PlayerIdentityTest, AMusicClientOnABrowsersEngineCounts)
 {
     EXPECT_FALSE(isBrowserNamed("chromium.instance7", "Cider", "cider"));

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <thread>
 
 namespace sonvara::test {
@@ -28,6 +29,17 @@ TEST(PlayerNotificationCenterTest, ADroppedObserverIsNotCalledByTheDeliveryUnder
     second = center.addObserver("a", [&](const Notification&) { ++calls; });
     center.post({"a", UserInfo{}});
     EXPECT_EQ(calls, 0);
+}
+
+TEST(PlayerNotificationCenterTest, WhatADroppedObserverHeldIsFreeAfterTheNextDelivery)
+{
+    PlayerNotificationCenter center;
+    auto held = std::make_shared<int>(0);
+    const std::weak_ptr<int> seen = held;
+    auto observer = center.addObserver("a", [held = std::move(held)](const Notification&) {});
+    observer.reset();
+    center.post({"b", UserInfo{}});
+    EXPECT_TRUE(seen.expired());
 }
 
 TEST(PlayerNotificationCenterTest, AnObserverMayAddAnotherAndDropItself)

@@ -75,6 +75,22 @@ TEST(PlayerStateTest, AFileNameIsNoCompleteTitle)
     EXPECT_FALSE(isComplete(song));
 }
 
+TEST(PlayerStateTest, ATrackIsTheSameByItsTitleItsIdAndItsAddress)
+{
+    auto song = track("Song");
+    song.id = "/track/1";
+    song.url = "file:///song.mp3";
+    auto tagged = song;
+    tagged.artist = "Another";
+    tagged.album = "Album";
+    EXPECT_TRUE(isSameTrack({PlaybackStatus::playing, song}, {PlaybackStatus::paused, tagged}));
+    for (const auto field : {&Track::title, &Track::id, &Track::url}) {
+        auto other = song;
+        other.*field += "x";
+        EXPECT_FALSE(isSameTrack({PlaybackStatus::playing, song}, {PlaybackStatus::playing, other}));
+    }
+}
+
 TEST(PlayerStateTest, AMessageChangesOnlyWhatItNames)
 {
     PlayerState state;

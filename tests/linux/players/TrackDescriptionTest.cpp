@@ -55,7 +55,8 @@ TEST(TrackDescriptionTest, ATaggedTrackStaysAsItIs)
 
 TEST(TrackDescriptionTest, WordsForSomethingUnknownCountAsEmpty)
 {
-    for (const auto* const word : {"Unknown", "unknown artist", "Unknown Album", "<Unknown>", "[unknown]"})
+    for (const auto* const word :
+         {"Unknown", "unknown artist", "Unknown Album", "<Unknown>", "[unknown]", "(unknown)"})
         EXPECT_EQ(wordsOf(file({"Song", word, word})), (Words{"Song", "", ""})) << word;
 }
 
@@ -84,6 +85,28 @@ TEST(TrackDescriptionTest, AFileNameLosesItsSuffixAndItsUnderscores)
               (Words{"holiday 2019", "", ""}));
     EXPECT_EQ(wordsOf(file({"/video/holiday_2019.mp4", "", ""}, "/video/holiday_2019.mp4")),
               (Words{"holiday 2019", "", ""}));
+}
+
+TEST(TrackDescriptionTest, EachSuffixOfAMediaFileIsTakenOff)
+{
+    for (const auto* const suffix : {"aac", "aif", "aiff", "ape", "avi", "flac", "m4a", "m4v", "mka", "mkv",
+                                     "mov", "mp3", "mp4", "oga", "ogg", "opus", "wav", "webm", "wma"})
+        EXPECT_EQ(wordsOf(file({std::string("take_1.") + suffix, "", ""}, "")), (Words{"take 1", "", ""}))
+            << suffix;
+    EXPECT_EQ(wordsOf(file({"take_1.txt", "", ""}, "")), (Words{"take_1.txt", "", ""}));
+    EXPECT_EQ(wordsOf(file({".mp3", "", ""}, "")), (Words{".mp3", "", ""})) << "is a name, and no suffix";
+}
+
+TEST(TrackDescriptionTest, ATitleThatOnlyResemblesItsFilesNameStays)
+{
+    const Words tagged{"take.flac live", "Artist", "Album"};
+    EXPECT_EQ(wordsOf(file(tagged)), tagged);
+    EXPECT_EQ(wordsOf(file({"take two", "", ""}, "file:///music/take")), (Words{"take two", "", ""}));
+}
+
+TEST(TrackDescriptionTest, APathIsNoAddressWithEscapes)
+{
+    EXPECT_EQ(wordsOf(file({"a_b#1", "", ""}, "/music/a_b#1.flac")), (Words{"a b#1", "", ""}));
 }
 
 // Sayonara
@@ -117,6 +140,8 @@ TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
     EXPECT_EQ(wordsOf(file({"radio.mp3", "", ""}, "http://127.0.0.1:8000/radio.mp3")), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")),
               (Words{"a b", "", ""}));
+    for (const auto* const sentence : {"See http://example.org", "See\thttp://example.org"})
+        EXPECT_EQ(wordsOf(file({sentence, "", ""}, "")), (Words{sentence, "", ""}));
 }
 
 // Sayonara tells neither the address of a station nor a length.
@@ -135,6 +160,8 @@ TEST(TrackDescriptionTest, AStreamHasNoAlbumAndAStationIsNoArtist)
     EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "127.0.0.1", "Unknown album"})), song);
     EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "", "Radio Nine"})), song);
     EXPECT_EQ(wordsOf(stream({"Song", "127.0.0.1", ""})), (Words{"Song", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"Song", "Radio Nine", "Radio Nine"})), (Words{"Song", "", ""}));
+    EXPECT_EQ(wordsOf(stream({"Artist One - Song One", "Radio Nine", "The best of today"})), song);
     EXPECT_EQ(wordsOf(stream({"Song", "Artist", "Radio Nine"})), (Words{"Song", "Artist", ""}));
 }
 
@@ -156,6 +183,7 @@ TEST(TrackDescriptionTest, TheFolderOfAFileWithoutTagsIsNoAlbum)
 {
     EXPECT_EQ(wordsOf(file({"Song", "", "Box"})), (Words{"Song", "", ""}));
     EXPECT_EQ(wordsOf(file({"take.flac", "Unknown Artist", "Box"})), (Words{"take", "", ""}));
+    EXPECT_EQ(wordsOf(file({"take.flac", "Artist", "Box"})), (Words{"take", "Artist", ""}));
     EXPECT_EQ(wordsOf(file({"Song", "Artist", "Box"})), (Words{"Song", "Artist", "Box"}));
 }
 
