@@ -38,6 +38,7 @@ TEST(ProcessSetupDeathTest, StandardInputIsEmpty)
 {
     EXPECT_EXIT(
         {
+            ::dup2(::open("/etc/hosts", O_RDONLY), STDIN_FILENO);  // where there is something to read
             setUpProcess();
             char byte = 0;
             exitWith({isNullDevice(STDIN_FILENO), ::read(STDIN_FILENO, &byte, 1) == 0,
@@ -64,6 +65,17 @@ TEST(ProcessSetupDeathTest, SignalsThatConcernOthersAreSettled)
             std::signal(SIGCHLD, SIG_IGN);
             setUpProcess();
             exitWith({std::signal(SIGCHLD, SIG_DFL) == SIG_DFL, std::signal(SIGPIPE, SIG_DFL) == SIG_IGN});
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(ProcessSetupDeathTest, WhatIsMissingInTheEnvironmentIsSet)
+{
+    EXPECT_EXIT(
+        {
+            ::unsetenv("GEMINI_CLI_NO_RELAUNCH");
+            setUpProcess();
+            exitWith({is("GEMINI_CLI_NO_RELAUNCH", "true")});
         },
         testing::ExitedWithCode(0), "");
 }

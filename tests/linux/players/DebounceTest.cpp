@@ -239,5 +239,16 @@ TEST_F(DebounceTest, AnAdvertisementEndsTheTrack)
     EXPECT_EQ(told(), (Told{"plays One/Artist", "stopped /", "plays Two/Artist"}));
 }
 
+TEST_F(DebounceTest, AnAdvertisementThatIsOverAtOnceIsNoStop)
+{
+    says(playing, song("One"));
+    auto advertisement = song("Buy this");
+    advertisement.id = "/com/spotify/ad/1";
+    says(std::nullopt, advertisement);
+    passes(299ms);
+    says(std::nullopt, song("Two"));
+    EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
+}
+
 }  // namespace
 }  // namespace sonvara::test

@@ -86,6 +86,13 @@ TEST_F(PlayerDirectoryTest, APlayerThatStartsIdleDoesNotTakeThePlaceOfAPausedOne
     EXPECT_EQ(music(), ":1.1");
 }
 
+TEST_F(PlayerDirectoryTest, APlayerThatHasBeenIdleFromTheStartGivesPlaceToAPausedOne)
+{
+    says(add("vlc", ":1.2"), stopped, "");
+    says(add("rhythmbox", ":1.1"), paused, "One");
+    EXPECT_EQ(music(), ":1.1");
+}
+
 TEST_F(PlayerDirectoryTest, SpotifyIsNotTheDesktopsOwnPlayer)
 {
     says(add("spotify", ":1.1"), playing, "One");

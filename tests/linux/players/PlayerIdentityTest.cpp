@@ -60,11 +60,11 @@ TEST(PlayerIdentityTest, BrowsersAreKnownByWhatTheySayOfThemselves)
 TEST(PlayerIdentityTest, EachBrowserIsKnownByItsWordAloneAndInAnyCase)
 {
     for (const auto* word :
-         {"firefox", "mozilla", "librewolf",   "waterfox", "floorp",   "chromium", "chrome",
-          "brave",   "edge",    "vivaldi",     "opera",    "epiphany", "falkon",   "konqueror",
-          "thorium", "browser", "qutebrowser", "MOZILLA",  "BRAVE",    "Opera2",   "the edge"})
+         {"firefox",     "mozilla", "librewolf", "waterfox", "floorp",   "chromium",  "chrome",  "brave",
+          "edge",        "vivaldi", "opera",     "epiphany", "falkon",   "konqueror", "thorium", "browser",
+          "qutebrowser", "MOZILLA", "BRAVE",     "Opera2",   "the edge", "edge{"})
         EXPECT_TRUE(isBrowserNamed("anything", word, "")) << word;
-    for (const auto* word : {"browse", "edges", "édge", "oper@"})
+    for (const auto* word : {"browse", "edges", "édge", "Àedge", "oper@"})
         EXPECT_FALSE(isBrowserNamed("anything", word, "")) << word;
 }
 

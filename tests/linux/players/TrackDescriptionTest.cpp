@@ -97,6 +97,11 @@ TEST(TrackDescriptionTest, EachSuffixOfAMediaFileIsTakenOff)
     EXPECT_EQ(wordsOf(file({".mp3", "", ""}, "")), (Words{".mp3", "", ""})) << "is a name, and no suffix";
 }
 
+TEST(TrackDescriptionTest, NoTitleIsMadeWhereNoneIsTold)
+{
+    EXPECT_EQ(wordsOf(file({"", "", ""})), (Words{"", "", ""}));
+}
+
 TEST(TrackDescriptionTest, ATitleThatOnlyResemblesItsFilesNameStays)
 {
     const Words tagged{"take.flac live", "Artist", "Album"};
@@ -137,6 +142,7 @@ TEST(TrackDescriptionTest, AnAddressIsNeverSaid)
     EXPECT_EQ(wordsOf(file({"take.mp3", "", ""}, "file://localhost/music/take.mp3")),
               (Words{"take", "", ""}));
     // mpv, with the length of what it has fetched so far
+    EXPECT_EQ(wordsOf(file({"radio", "", ""}, "http://127.0.0.1:8000/radio.mp3")), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(file({"radio.mp3", "", ""}, "http://127.0.0.1:8000/radio.mp3")), (Words{"", "", ""}));
     EXPECT_EQ(wordsOf(file({"file:///music/a_b.mp3", "", ""}, "file:///music/a_b.mp3")),
               (Words{"a b", "", ""}));

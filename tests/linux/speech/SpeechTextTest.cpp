@@ -32,6 +32,12 @@ TEST(LineTextTest, makesBlanksOfWhatIsNoText)
     EXPECT_EQ(spokenText("\xf5\x80 \r\n"), "");
 }
 
+TEST(LineTextTest, knowsWhereControlCharactersBeginAndEnd)
+{
+    EXPECT_EQ(spokenText("a\x1f\x7f\xc2\x80\xc2\x9f|"), "a    |");
+    for (const char* text : {"!~", "\xc2\xa0|", "\xc3\x80"}) EXPECT_EQ(spokenText(text), text);
+}
+
 TEST(LineTextTest, cutsBetweenCharacters)
 {
     std::string line;
@@ -69,8 +75,9 @@ TEST(LanguageTagTest, isAmericanEnglishWithoutALanguage)
 
 TEST(LanguageTagTest, isTold)
 {
-    EXPECT_TRUE(isLanguageTag("zh-Hant-TW"));
-    for (const char* tag : {"", "-", "de-", "-de", "de--DE", "de DE", "d\xc3\xa9"})
+    for (const char* tag : {"zh-Hant-TW", "az-AZ-09"}) EXPECT_TRUE(isLanguageTag(tag)) << tag;
+    for (const char* tag :
+         {"", "-", "de-", "-de", "de--DE", "de DE", "d\xc3\xa9", "`", "{", "@", "[", "/", ":"})
         EXPECT_FALSE(isLanguageTag(tag)) << tag;
 }
 

@@ -53,6 +53,13 @@ TEST_F(JournalSocketTest, SendsFieldsToTheJournalAlone)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST_F(JournalSocketTest, SaysWhatIsMerelyForDebugging)
+{
+    log.write({LogLevel::debug, "Two\nlines", {{"detail"}}});
+    EXPECT_EQ(receive(), "MESSAGE=detail\nPRIORITY=7\nSYSLOG_IDENTIFIER=sonvara\n"
+                         "SONVARA_SUBSYSTEM=" SONVARA_IDENTIFIER "\nSONVARA_CATEGORY=Two\\nlines\n");
+}
+
 TEST_F(JournalSocketTest, WritesToATerminalAsWell)
 {
     const Terminal terminal;

@@ -29,6 +29,13 @@ TEST(LogTextTest, EscapesWhatForgesLinesOrCommandsTerminals)
               "abc");
 }
 
+TEST(LogTextTest, OfWhatHasNoWidthOnlyJoinersStay)
+{
+    EXPECT_EQ(escapedForLog("a\xE2\x80\x8C|\xE2\x80\x8D|"), "a\xE2\x80\x8C|\xE2\x80\x8D|");
+    EXPECT_EQ(escapedForLog("a\xE2\x80\x8B|\xE2\x80\x8E|"), "a\\u200b|\\u200e|");
+    EXPECT_EQ(escapedForLog("\xC2\x80|"), "\\u0080|");
+}
+
 TEST(LogTextTest, ReplacesWhatIsNotUtf8)
 {
     EXPECT_EQ(escapedForLog("a\xFFz"), "a\xEF\xBF\xBDz");
