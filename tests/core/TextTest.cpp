@@ -140,6 +140,7 @@ TEST(TextCutTest, AWideCharacterTakesTwoColumns)
     EXPECT_EQ(text::cutInTheMiddle("漢字漢字漢", 8), "漢字…漢");
     EXPECT_EQ(text::cutInTheMiddle("🎵🎶🎵🎶🎵", 9), "🎵🎶…🎶🎵");
     EXPECT_EQ(text::cutInTheMiddle("漢漢", 3), "…漢");
+    EXPECT_EQ(text::cutInTheMiddle("abcde漢f", 6), "abc…f") << "the wide one has no room";
 }
 
 TEST(TextCutTest, CutsNoCharacterInTwo)

@@ -172,6 +172,17 @@ TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackTwiceAndThenGoesLowIsBroughtH
     EXPECT_TRUE(player.isFree());
 }
 
+TEST_F(LoweredPlayerTest, OneThatGoesLowByItselfHasItsThreeTriesToo)
+{
+    haveObeyed();
+    next("2");
+    EXPECT_EQ(answerAfter(10ms, 0.8), Commands{0.3});
+    EXPECT_EQ(answerAfter(50ms, 0.3), nothing);
+    EXPECT_EQ(answerAfter(100ms, 0.8), nothing);
+    expectThreeTries(0.3, 0.8);
+    EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
+}
+
 TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithAStreamIsToldOnceMore)
 {
     haveObeyed();
