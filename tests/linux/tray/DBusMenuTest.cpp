@@ -202,6 +202,17 @@ TEST_F(DBusMenuTest, IsUpToDateWhenItOpens)
     EXPECT_EQ(openings, 2);
 }
 
+TEST_F(DBusMenuTest, OpensInAGroupOfWhichItKnowsItselfAndItsItems)
+{
+    menu.setItems({text("before")});
+    const int item = layout().children[0].id;
+    const auto handle = menu.onWillOpen([&] { menu.setItems({text("after")}); });
+    const auto answer = call("AboutToShowGroup", {QVariant::fromValue(QList<int>{item, 4711, 0})});
+    EXPECT_EQ(qdbus_cast<QList<int>>(answer.arguments().value(0)), QList<int>{0});
+    EXPECT_EQ(qdbus_cast<QList<int>>(answer.arguments().value(1)), QList<int>{4711});
+    EXPECT_EQ(shown(0, "label"), "after");
+}
+
 TEST_F(DBusMenuTest, AsksForNoUpdateWhenNothingChanged)
 {
     const auto handle = menu.onWillOpen([&] { menu.setItems({text("the same")}); });
