@@ -6,10 +6,14 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <future>
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace sonvara::test {
@@ -35,6 +39,23 @@ TEST_F(IniUserDefaultsDiskTest, ADamagedFileKeepsItsReadableValues)
     EXPECT_TRUE(later->boolForKey("aiIntros"));
     EXPECT_TRUE(later->hasObject("duckMusic"));
     EXPECT_TRUE(content(*defaults).contains("duckMusic=false"));
+}
+
+TEST_F(IniUserDefaultsDiskTest, AStoreThatNobodyHasAskedHasNothingToWriteAndNoThread)
+{
+    const auto threads = [] {
+        return std::ranges::count_if(std::filesystem::directory_iterator("/proc/self/task"),
+                                     [](const auto& task) {
+                                         std::ifstream file(task.path() / "comm");
+                                         std::string name;
+                                         return std::getline(file, name) && name == "settings";
+                                     });
+    };
+    const auto defaults = open();
+    EXPECT_TRUE(defaults->flush(0ms));
+    EXPECT_EQ(threads(), 0);
+    EXPECT_FALSE(defaults->hasObject("aiIntros"));
+    EXPECT_EQ(threads(), 1);
 }
 
 TEST_F(IniUserDefaultsDiskTest, AStoreThatCannotBeWrittenKeepsValuesAndSaysSoOnce)
