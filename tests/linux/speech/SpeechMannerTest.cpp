@@ -46,9 +46,7 @@ TEST_F(SpeechMannerTest, linesQueueByAPriorityThatIsSetOncePerConnection)
     say({"two", std::nullopt, 0.5});
     EXPECT_EQ(commandsWith("PRIORITY"), std::vector<std::string>{"SET SELF PRIORITY message"});
     const auto commands = server.commands();
-    const auto first = [&](const char* command) {
-        return std::find(commands.begin(), commands.end(), command);
-    };
+    const auto first = [&](const std::string& command) { return std::ranges::find(commands, command); };
     EXPECT_LT(first("SET SELF PRIORITY message"), first("SPEAK"));
     EXPECT_EQ(commandsWith("SPEAK").size(), 2U);
 }
