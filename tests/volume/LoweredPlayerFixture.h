@@ -84,6 +84,15 @@ protected:
         haveObeyed();
         wantHome();
     }
+    /// By itself, at a track's begin, and has obeyed in between.
+    void haveTakenItsVolumeBackTwice()
+    {
+        haveObeyed();
+        next("2");
+        EXPECT_EQ(answerAfter(10ms, levels.home), Commands{levels.low});
+        EXPECT_EQ(answerAfter(50ms, levels.low), nothing);
+        EXPECT_EQ(answerAfter(100ms, levels.home), nothing) << "it has its way";
+    }
     /// It is told `volume` each time, three times, whatever comes of it.
     void expectThreeTries(double seen, double told)
     {

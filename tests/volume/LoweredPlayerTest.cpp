@@ -159,11 +159,7 @@ TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithinTwoSecondsOfATrackIsTol
 
 TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackTwiceAndThenGoesLowIsBroughtHome)
 {
-    haveObeyed();
-    next("2");
-    EXPECT_EQ(answerAfter(10ms, 0.8), Commands{0.3});
-    EXPECT_EQ(answerAfter(50ms, 0.3), nothing);
-    EXPECT_EQ(answerAfter(100ms, 0.8), nothing) << "it has its way";
+    haveTakenItsVolumeBackTwice();
     EXPECT_FALSE(player.isLowered());
     EXPECT_EQ(answerAfter(50ms, 0.3), Commands{0.8}) << "as of the track before";
     EXPECT_EQ(answerAfter(100ms, 0.8), nothing);
@@ -174,11 +170,7 @@ TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackTwiceAndThenGoesLowIsBroughtH
 
 TEST_F(LoweredPlayerTest, OneThatGoesLowByItselfHasItsThreeTriesToo)
 {
-    haveObeyed();
-    next("2");
-    EXPECT_EQ(answerAfter(10ms, 0.8), Commands{0.3});
-    EXPECT_EQ(answerAfter(50ms, 0.3), nothing);
-    EXPECT_EQ(answerAfter(100ms, 0.8), nothing);
+    haveTakenItsVolumeBackTwice();
     expectThreeTries(0.3, 0.8);
     EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
 }

@@ -34,6 +34,12 @@ protected:
         track.artist = artist;
         return track;
     }
+    static Track advertisement()
+    {
+        auto track = song("Buy this");
+        track.id = "/com/spotify/ad/1";
+        return track;
+    }
     [[nodiscard]] std::vector<std::string> told() const { return told_; }
 
     static constexpr auto playing = PlaybackStatus::playing;
@@ -231,9 +237,7 @@ TEST_F(DebounceTest, AnEmptyPlayerIsToldAtOnce)
 TEST_F(DebounceTest, AnAdvertisementEndsTheTrack)
 {
     says(playing, song("One"));
-    auto advertisement = song("Buy this");
-    advertisement.id = "/com/spotify/ad/1";
-    says(std::nullopt, advertisement);
+    says(std::nullopt, advertisement());
     passes(300ms);
     says(std::nullopt, song("Two"));
     EXPECT_EQ(told(), (Told{"plays One/Artist", "stopped /", "plays Two/Artist"}));
@@ -242,9 +246,7 @@ TEST_F(DebounceTest, AnAdvertisementEndsTheTrack)
 TEST_F(DebounceTest, AnAdvertisementThatIsOverAtOnceIsNoStop)
 {
     says(playing, song("One"));
-    auto advertisement = song("Buy this");
-    advertisement.id = "/com/spotify/ad/1";
-    says(std::nullopt, advertisement);
+    says(std::nullopt, advertisement());
     passes(299ms);
     says(std::nullopt, song("Two"));
     EXPECT_EQ(told(), (Told{"plays One/Artist", "plays Two/Artist"}));
