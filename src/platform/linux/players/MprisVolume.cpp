@@ -44,7 +44,10 @@ MprisVolume::MprisVolume(MprisBus& bus, const PlayerDirectory& directory) : bus_
             [this](const std::string&, const std::string&, const std::string& now) { takeOwnerChange(now); });
     connect(&bus, &MprisBus::stateSignalled, this,
             [this](const std::string& owner, const std::optional<StateMessage>& changed) {
-                takeState(owner, changed.value_or(StateMessage()).change);
+                if (changed)
+                    takeState(owner, changed->change);
+                else
+                    takeState(owner, StateChange());
             });
     connect(
         &bus, &MprisBus::stateAnswered, this,
