@@ -79,6 +79,7 @@ TEST_F(SpeechContractTest, neverSendsALineThatWasStoppedWhileItWasConnectedTo)
     ASSERT_TRUE(server.waitForLines(1));
     EXPECT_EQ(server.lines(), std::vector<std::string>{"later"});
     EXPECT_EQ(ears->ends(), "C");
+    EXPECT_EQ(std::ranges::count(server.commands(), "CANCEL SELF"), 0) << "there was nothing to silence";
 }
 
 TEST_F(SpeechContractTest, aLineSentIntoAPauseOfTheDaemonIsCancelledThere)
@@ -174,6 +175,18 @@ TEST_F(SpeechContractTest, silencesTheLineWhenItGoes)
     EXPECT_EQ(ears->ends(), "CC");
     EXPECT_TRUE(server.waitForCommand("CANCEL SELF"));
     EXPECT_TRUE(server.waitForConnections(0));
+}
+
+TEST_F(SpeechContractTest, goesAsSoonAsTheLineIsSilent)
+{
+    SpeechTimes times;
+    times.quitLimit = std::chrono::minutes(1);
+    start(times);
+    speak("one");
+    ASSERT_TRUE(server.waitForLines(1));
+    const auto before = std::chrono::steady_clock::now();
+    voice.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(20));
 }
 
 TEST_F(SpeechContractTest, speaksOnWhenItsDelegateHasGone)

@@ -50,6 +50,27 @@ public:
     Variables values;
 };
 
+/// The main queue, which counts the tasks that it has run.
+class CountingQueue final : public MainQueue {
+public:
+    void post(Task task) override
+    {
+        queue_.post([this, task = std::move(task)] {
+            task();
+            ++ran;
+        });
+    }
+    [[nodiscard]] std::shared_ptr<RepeatingTimer> scheduleTimer(std::chrono::milliseconds interval,
+                                                                Task action) override
+    {
+        return queue_.scheduleTimer(interval, std::move(action));
+    }
+    int ran = 0;
+
+private:
+    QtMainQueue queue_;
+};
+
 class SpeechFixture : public ::testing::Test {
 protected:
     void start(SpeechTimes times = {})
@@ -65,7 +86,13 @@ protected:
         voice->speak(std::move(utterance));
     }
 
-    QtMainQueue mainQueue;
+    /// Waits until the voice has heard so much in all of its connections: that one is open, and a line's ways.
+    [[nodiscard]] bool hasHeard(int count) const
+    {
+        return eventually([&] { return mainQueue.ran >= count; });
+    }
+
+    CountingQueue mainQueue;
     RecordingLog log;
     FixedEnvironment environment;
     std::shared_ptr<Ears> ears = std::make_shared<Ears>();

@@ -2,6 +2,7 @@
 #include "StubFixture.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace sonvara::test {
 
@@ -32,12 +33,14 @@ protected:
 TEST_F(SpeechMannerTest, theUsualRateAndVoiceSetNothing)
 {
     say({"line", std::nullopt, 0.5});
-    for (const std::string& command : commandsWith("SET"))
-        EXPECT_TRUE(command.starts_with("SET SELF CLIENT_NAME") ||
-                    command.starts_with("SET SELF NOTIFICATION") || command == "SET SELF PRIORITY message")
-            << command;
-    EXPECT_EQ(commandsWith("CLIENT_NAME").size(), 1U);
-    EXPECT_NE(commandsWith("CLIENT_NAME").at(0).find(":sonvara:"), std::string::npos);
+    auto commands = server.commands();
+    ASSERT_FALSE(commands.empty());
+    EXPECT_TRUE(commands[0].starts_with("SET SELF CLIENT_NAME"));
+    EXPECT_TRUE(commands[0].ends_with(":sonvara:main\"")) << commands[0];
+    commands.erase(commands.begin());
+    EXPECT_EQ(commands, (std::vector<std::string>{
+                            "SET SELF NOTIFICATION BEGIN on", "SET SELF NOTIFICATION END on",
+                            "SET SELF NOTIFICATION CANCEL on", "SET SELF PRIORITY message", "SPEAK"}));
 }
 
 TEST_F(SpeechMannerTest, linesQueueByAPriorityThatIsSetOncePerConnection)
@@ -61,9 +64,16 @@ TEST_F(SpeechMannerTest, aVoiceSetsTheLanguageOnce)
 
 TEST_F(SpeechMannerTest, ratesMapOntoTheDaemonsScale)
 {
-    for (const double rate : {0.0, 0.25, 0.75, 1.0, 7.0}) say({"line", std::nullopt, rate});
+    for (const double rate : {0.0, 0.25, 0.75, 0.998, 7.0}) say({"line", std::nullopt, rate});
     EXPECT_EQ(commandsWith("RATE"), (std::vector<std::string>{"SET SELF RATE -100", "SET SELF RATE -50",
                                                               "SET SELF RATE 50", "SET SELF RATE 100"}));
+}
+
+TEST_F(SpeechMannerTest, whatIsNoRateSetsNone)
+{
+    say({"line", std::nullopt, std::nan("")});
+    EXPECT_TRUE(commandsWith("RATE").empty());
+    EXPECT_EQ(server.lines().size(), 1U);
 }
 
 TEST_F(SpeechMannerTest, theUserSettingsAreBackOnANewConnection)

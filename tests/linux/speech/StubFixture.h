@@ -6,6 +6,10 @@
 
 #include "helpers/TemporaryFolder.h"
 
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+
 namespace sonvara::test {
 
 /// The server's socket is the only one the library knows, and it cannot start a real daemon.
@@ -18,6 +22,14 @@ protected:
         ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + folder.file("speechd.sock")).c_str(), 1);
         ::setenv("SPEECHD_CMD", "/bin/false", 1);
     }
+    /// Waits for the threads of connections that hung, too: when the daemon leaves, the library now and then closes a
+    /// descriptor twice, which may be another test's by then.
+    ~StubFixture() override
+    {
+        voice.reset();
+        server.die();
+        EXPECT_TRUE(eventually([this] { return threads() <= threadsBefore; }));
+    }
 
     /// Times that a test can wait for; calls of the library get no limit that a slow machine exceeds.
     static SpeechTimes shortTimes()
@@ -27,6 +39,12 @@ protected:
         return times;
     }
 
+    static std::ptrdiff_t threads()
+    {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    }
+
+    const std::ptrdiff_t threadsBefore = threads();
     TemporaryFolder folder;
     StubSpeechServer server{folder.file("speechd.sock")};
 };

@@ -62,10 +62,11 @@ void StubSpeechServer::hangAt(const std::string& prefix)
     hangAt_ = prefix;
 }
 
-void StubSpeechServer::hangUpAt(const std::string& prefix)
+void StubSpeechServer::hangUpAt(const std::string& prefix, int times)
 {
     const std::lock_guard lock(mutex_);
     hangUpAt_ = prefix;
+    hangUps_ = times;
 }
 
 void StubSpeechServer::refuseLines(bool refuse)
@@ -109,6 +110,12 @@ void StubSpeechServer::die()
     for (Client& client : clients_) client.thread.join();
     clients_.clear();
     speaking_ = false;
+}
+
+void StubSpeechServer::endSending()
+{
+    const std::lock_guard lock(mutex_);
+    for (const Client& client : clients_) ::shutdown(client.socket.get(), SHUT_WR);
 }
 
 void StubSpeechServer::stopAccepting()
@@ -178,8 +185,8 @@ void StubSpeechServer::handle(Client& client, const std::string& line)
         hangAt_.clear();
         client.hangs = true;
         client.input.insert(0, line + "\r\n");
-    } else if (!hangUpAt_.empty() && line.starts_with(hangUpAt_)) {
-        hangUpAt_.clear();
+    } else if (hangUps_ > 0 && line.starts_with(hangUpAt_)) {
+        --hangUps_;
         ::shutdown(client.socket.get(), SHUT_RDWR);
     } else if (isSpeak(line)) {
         client.receivingText = !refuses_;
@@ -210,8 +217,8 @@ void StubSpeechServer::takeText(Client& client, const std::string& line)
         speaking_ = false;
     }
     send(client, "225-" + std::to_string(number) + "\r\n225 OK MESSAGE QUEUED");
-    if (endings_ != Endings::atOnce) sendEvent("701 BEGIN");
-    if (const int late = std::exchange(cancelledLate_, 0); late > 0) {
+    if (endings_ != Endings::atOnce && endings_ != Endings::waits) sendEvent("701 BEGIN");
+    if (const int late = std::exchange(cancelledLate_, -1); late >= 0) {
         spoken_ = late;
         sendEvent("703 CANCELED");
         spoken_ = number;

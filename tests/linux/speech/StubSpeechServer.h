@@ -21,6 +21,7 @@ public:
         atOnce,      ///< begin and end even come before the answer that tells the line's number
         atNextLine,  ///< a cancel is confirmed late: after the next line was accepted
         beginsOnly,  ///< lines begin and never end, as without a sound server
+        waits,       ///< a line does not even begin, as while another program speaks, until the test says so
     };
 
     /// Listens at `path`.
@@ -34,14 +35,16 @@ public:
     void hangAt(const std::string& prefix);
     /// Connections that hang go on with what they were told meanwhile.
     void resume();
-    /// The connection is cut at the next command that begins with `prefix`.
-    void hangUpAt(const std::string& prefix);
+    /// The connection is cut at the next command that begins with `prefix`, so many times.
+    void hangUpAt(const std::string& prefix, int times = 1);
     void refuseLines(bool refuse);
     /// Is called with each line as soon as it has come, on another thread.
     void onLine(std::function<void(const std::string&)> call);
 
     /// Cuts all connections and no longer listens.
     void die();
+    /// Tells all connections that it sends nothing more, as the system does for a daemon on another machine that ends.
+    void endSending();
     /// Listens again.
     void comeBack();
     /// Stays there but takes no more connections: connecting hangs.
@@ -88,15 +91,16 @@ private:
     Endings endings_ = Endings::byTest;
     std::string hangAt_;
     std::string hangUpAt_;
+    int hangUps_ = 0;
     bool refuses_ = false;
     std::function<void(const std::string&)> onLine_;
     std::string text_;
     std::vector<std::string> lines_;
     std::vector<std::string> commands_;
     int open_ = 0;
-    int spoken_ = 0;         // number of the last line
-    bool speaking_ = false;  // it has not ended
-    int cancelledLate_ = 0;  // number of a line whose cancel is still to be confirmed
+    int spoken_ = -1;         // number of the last line
+    bool speaking_ = false;   // it has not ended
+    int cancelledLate_ = -1;  // number of a line whose cancel is still to be confirmed
     const Client* speaker_ = nullptr;
 };
 

@@ -46,7 +46,6 @@ public:
         hangUp.events = EPOLLRDHUP;
         ::epoll_ctl(set_.get(), EPOLL_CTL_ADD, socket_.get(), &hangUp);
         QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this, hungUp] {
-            notifier_.setEnabled(false);
             // Later: it destroys the notifier, which must not happen in its own signal.
             QMetaObject::invokeMethod(&notifier_, hungUp, Qt::QueuedConnection);
         });
@@ -65,7 +64,6 @@ SpeechDispatcherSynthesizer::SpeechDispatcherSynthesizer(MainQueue& mainQueue, S
       environment_(environment),
       mainQueue_(mainQueue)
 {
-    timer_.setSingleShot(true);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
         checkTimes();
         advance();
@@ -75,7 +73,6 @@ SpeechDispatcherSynthesizer::SpeechDispatcherSynthesizer(MainQueue& mainQueue, S
 SpeechDispatcherSynthesizer::~SpeechDispatcherSynthesizer()
 {
     stopSpeaking();
-    hangUp_.reset();
     if (session_) session_->close();
     const SteadyTime until = now() + times_.quitLimit;
     if (session_) session_->waitUntilClosed(until);
@@ -233,28 +230,35 @@ void SpeechDispatcherSynthesizer::checkTimes()
     const SteadyTime time = now();
     if (const auto due = answerDue(); due && *due <= time) {
         const bool unsent = session_->holdsUnsentLine();
-        loseSession("it does not answer", unsent && current_ && !current_->freshSession);
-    } else if (current_ && current_->due <= time) {
+        loseSession("it does not answer", unsent && !current_->freshSession);
+    } else if (time < endDue()) {
+        return;  // an answer had been awaited, and has come
+    } else if (current_) {
         logOverdueLine();
         session_->cancel();
         end(&Delegate::didFinish);
-    } else if (!current_ && session_ && idleSince_ + times_.quietWhile <= time) {
+    } else {
         retireSession();
     }
 }
 
-/// For when `checkTimes` next has something to do.
+/// For when `checkTimes` next has something to do: only while there is a session.
 void SpeechDispatcherSynthesizer::setTimer()
 {
     if (!session_) return timer_.stop();
-    const SteadyTime due = current_ ? current_->due : idleSince_ + times_.quietWhile;
+    const SteadyTime due = endDue();
     const auto left = std::min(due, answerDue().value_or(due)) - now();
     timer_.start(std::max(std::chrono::ceil<std::chrono::milliseconds>(left), {}));
 }
 
+SteadyTime SpeechDispatcherSynthesizer::endDue() const
+{
+    return current_ ? current_->due : idleSince_ + times_.quietWhile;
+}
+
 std::optional<SteadyTime> SpeechDispatcherSynthesizer::answerDue() const
 {
-    const auto since = session_ ? session_->waitingSince() : std::nullopt;
+    const auto since = session_->waitingSince();
     return since ? std::optional(*since + times_.answerLimit) : std::nullopt;
 }
 

@@ -81,6 +81,7 @@ private:
     void onHangUp();
     void checkTimes();
     void setTimer();
+    [[nodiscard]] SteadyTime endDue() const;  // of the current line, or of a session without one
     [[nodiscard]] std::optional<SteadyTime> answerDue() const;
 
     void end(void (SpeechSynthesizerDelegate::*ending)());

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <sys/socket.h>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace sonvara {
@@ -18,7 +19,7 @@ struct Command {
     enum class Kind { say, cancel, close };
     Kind kind;
     LineNumber line = 0;
-    std::string text;
+    std::string text = {};
 };
 
 void blockBrokenPipeSignal()
@@ -55,7 +56,7 @@ public:
     void push(Command command);
     void cancel();
     void abandon();
-    bool waitUntilClosed(SteadyTime until);
+    void waitUntilClosed(SteadyTime until);
     std::optional<SteadyTime> waitingSince() const;
     bool holdsUnsentLine() const;
     FileDescriptor socket() const;
@@ -103,8 +104,6 @@ void SpeechdSession::Worker::run()
     }
     const std::lock_guard lock(mutex_);
     closed_ = true;
-    socket_ = FileDescriptor();  // else the daemon would not see the connection close
-    waitingSince_.reset();
     changed_.notify_all();
 }
 
@@ -118,7 +117,7 @@ std::unique_ptr<SpeechdConnection> SpeechdSession::Worker::open()
         if (connection->setUp(manner_)) return connection;
     }
     const std::lock_guard lock(mutex_);
-    tell({connection ? SessionEvent::Kind::hungUp : SessionEvent::Kind::failed, 0, error});
+    tell({.kind = connection ? SessionEvent::Kind::hungUp : SessionEvent::Kind::failed, .reason = error});
     return nullptr;
 }
 
@@ -127,7 +126,7 @@ void SpeechdSession::Worker::publishSocket(FileDescriptor socket)
     const std::lock_guard lock(mutex_);
     socket_ = std::move(socket);
     if (abandoned_) ::shutdown(socket_.get(), SHUT_RDWR);
-    tell({SessionEvent::Kind::opened, 0, {}});
+    tell({SessionEvent::Kind::opened});
 }
 
 /// Waits for the next command; `close` when the session was abandoned.
@@ -136,7 +135,7 @@ Command SpeechdSession::Worker::next()
     std::unique_lock lock(mutex_);
     if (commands_.empty()) waitingSince_.reset();
     changed_.wait(lock, [this] { return abandoned_ || !commands_.empty(); });
-    if (abandoned_) return {Command::Kind::close, 0, {}};
+    if (abandoned_) return {Command::Kind::close};
     Command command = std::move(commands_.front());
     commands_.pop_front();
     waitingSince_ = now();
@@ -151,9 +150,8 @@ void SpeechdSession::Worker::say(SpeechdConnection& connection, const Command& c
     line_ = command.line;
     message_ = message;
     saying_ = false;
-    tell({message < 0 ? SessionEvent::Kind::refused : SessionEvent::Kind::accepted, line_, {}});
-    for (const MessageEvent& heard : early_) pass(heard);
-    early_.clear();
+    tell({message < 0 ? SessionEvent::Kind::refused : SessionEvent::Kind::accepted, line_});
+    for (const MessageEvent& heard : std::exchange(early_, {})) pass(heard);
 }
 
 void SpeechdSession::Worker::hear(MessageEvent heard)
@@ -167,7 +165,7 @@ void SpeechdSession::Worker::hear(MessageEvent heard)
 
 void SpeechdSession::Worker::pass(const MessageEvent& heard) const
 {
-    if (heard.message == message_) tell({kindOf(heard.event), line_, {}});
+    if (heard.message == message_) tell({kindOf(heard.event), line_});
 }
 
 void SpeechdSession::Worker::tell(const SessionEvent& event) const
@@ -191,7 +189,7 @@ void SpeechdSession::Worker::cancel()
     const auto unsent =
         std::erase_if(commands_, [](const Command& c) { return c.kind == Command::Kind::say; });
     if (unsent > 0) return;
-    commands_.push_back({Command::Kind::cancel, 0, {}});
+    commands_.push_back({Command::Kind::cancel});
     if (!waitingSince_) waitingSince_ = now();
     changed_.notify_all();
 }
@@ -200,14 +198,14 @@ void SpeechdSession::Worker::abandon()
 {
     const std::lock_guard lock(mutex_);
     abandoned_ = true;
-    if (socket_.get() >= 0) ::shutdown(socket_.get(), SHUT_RDWR);
+    ::shutdown(socket_.get(), SHUT_RDWR);  // does nothing before there is one
     changed_.notify_all();
 }
 
-bool SpeechdSession::Worker::waitUntilClosed(SteadyTime until)
+void SpeechdSession::Worker::waitUntilClosed(SteadyTime until)
 {
     std::unique_lock lock(mutex_);
-    return changed_.wait_until(lock, until, [this] { return closed_; });
+    changed_.wait_until(lock, until, [this] { return closed_; });
 }
 
 std::optional<SteadyTime> SpeechdSession::Worker::waitingSince() const
@@ -251,12 +249,12 @@ void SpeechdSession::cancel()
 
 void SpeechdSession::close()
 {
-    worker_->push({Command::Kind::close, 0, {}});
+    worker_->push({Command::Kind::close});
 }
 
-bool SpeechdSession::waitUntilClosed(SteadyTime until)
+void SpeechdSession::waitUntilClosed(SteadyTime until)
 {
-    return worker_->waitUntilClosed(until);
+    worker_->waitUntilClosed(until);
 }
 
 std::optional<SteadyTime> SpeechdSession::waitingSince() const

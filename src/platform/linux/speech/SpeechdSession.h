@@ -23,7 +23,7 @@ struct SessionEvent {
     enum class Kind { opened, failed, hungUp, accepted, refused, begun, ended, cancelled };
     Kind kind;
     LineNumber line = 0;
-    std::string reason;  ///< of a failure to connect
+    std::string reason = {};  ///< of a failure to connect
 };
 
 /// At most one line at a time may be under way in a session. No operation blocks, except
@@ -51,8 +51,8 @@ public:
     /// Closes the connection when everything asked for before is done.
     void close();
 
-    /// Whether that came about before `until`.
-    bool waitUntilClosed(SteadyTime until);
+    /// Waits for that, not longer than `until`.
+    void waitUntilClosed(SteadyTime until);
 
     /// Since when the library has owed an answer; absent if it owes none.
     [[nodiscard]] std::optional<SteadyTime> waitingSince() const;
