@@ -63,6 +63,10 @@ TEST_F(IniUserDefaultsChangesTest, NoticesAChangeBehindALink)
         write(QByteArray("[General]\naiProvider=") + value + "\n");
         EXPECT_TRUE(eventually([&] { return defaults->stringForKey("aiProvider") == value; }));
     }
+    QFile::remove(path("real/settings"));
+    EXPECT_TRUE(eventually([&] { return !defaults->hasObject("aiProvider"); }));
+    write("[General]\naiProvider=fourth\n");
+    EXPECT_TRUE(eventually([&] { return defaults->stringForKey("aiProvider") == "fourth"; }));
     defaults->setBool("aiIntros", true);
     EXPECT_TRUE(QFileInfo(path()).isSymLink());
     EXPECT_TRUE(content(*defaults).contains("aiIntros=true"));

@@ -41,6 +41,24 @@ TEST_F(IniUserDefaultsDiskTest, ADamagedFileKeepsItsReadableValues)
     EXPECT_TRUE(content(*defaults).contains("duckMusic=false"));
 }
 
+int complaints = 0;
+
+TEST_F(IniUserDefaultsDiskTest, AValueWithoutAKeyIsOverlookedInSilence)
+{
+    makeFolder();
+    replace("[General]\n=x\naiIntros=true\n");
+    auto* const before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++complaints; });
+    EXPECT_TRUE(open()->boolForKey("aiIntros"));
+    qInstallMessageHandler(before);
+    EXPECT_EQ(complaints, 0);
+}
+
+TEST_F(IniUserDefaultsDiskTest, WaitsForItsFirstReadingAsLongAsItIsDocumented)
+{
+    EXPECT_EQ(IniUserDefaults::patience, 100ms);
+}
+
 TEST_F(IniUserDefaultsDiskTest, AStoreThatNobodyHasAskedHasNothingToWriteAndNoThread)
 {
     const auto threads = [] {

@@ -175,9 +175,18 @@ TEST(WorkerPoolTest, OfWorkersThatTakeTurnsOneStays)
     gate.waitUntilEntered(3);
     gate.open();
     QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, [&] { runAndWait(pool, QualityOfService::utility); });
+    int polls = 0;
+    int most = 0;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        runAndWait(pool, QualityOfService::utility);
+        most = std::max(most, workers());
+        ++polls;
+    });
     poll.start(300ms);
     EXPECT_TRUE(eventually([] { return workers() == 1; }));
+    most = polls = 0;
+    EXPECT_TRUE(eventually([&] { return polls == 2; }));
+    EXPECT_EQ(most, 1) << "it takes what comes, and no other one is started";
 }
 
 TEST(WorkerPoolTest, ShutDownDropsWhatHasNotBegunAndDoesNotWaitForTheBlocked)

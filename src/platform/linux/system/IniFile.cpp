@@ -102,7 +102,6 @@ bool IniFile::add(const std::map<std::string, std::string>& values)
     for (const auto& [key, value] : values)
         settings_.setValue(QString::fromStdString(key), QString::fromStdString(value));
     settings_.sync();
-    watch();
     return settings_.status() != QSettings::AccessError;
 }
 

@@ -41,8 +41,7 @@ public:
 
     ~Disk()
     {
-        if (!thread_.isRunning()) return;
-        worker_.post([this] {  // behind all that is to be written
+        worker_.post([this] {  // behind all that is to be written; nowhere, if nobody has used it
             file_.reset();
             thread_.quit();
         });

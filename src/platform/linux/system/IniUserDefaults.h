@@ -21,10 +21,12 @@ class SystemLog;
 /// readable values; the first failure to write is reported to the system log.
 class IniUserDefaults final : public UserDefaults {
 public:
+    /// How long the main thread may wait for a disk.
+    static constexpr std::chrono::milliseconds patience{100};
+
     /// The settings in the file `path`, whose folder is made if it is missing. The first use waits for the file at
     /// most for `openLimit`; the settings are at their defaults until it has been read. `log` outlives this.
-    IniUserDefaults(const std::string& path, SystemLog& log,
-                    std::chrono::milliseconds openLimit = std::chrono::milliseconds(100));
+    IniUserDefaults(const std::string& path, SystemLog& log, std::chrono::milliseconds openLimit = patience);
     /// Waits for the disk: see `flush`.
     ~IniUserDefaults() override;
 

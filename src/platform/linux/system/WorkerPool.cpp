@@ -54,9 +54,9 @@ class WorkerPool::Lane {
 public:
     Lane(std::size_t limit, std::chrono::milliseconds quiet) : limit_(limit), quiet_(quiet) {}
 
+    // Waits for the workers, after `close`.
     ~Lane()
     {
-        close();
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return workers_ == 0; });
     }
