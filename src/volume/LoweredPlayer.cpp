@@ -38,7 +38,7 @@ std::optional<VolumeLevels> LoweredPlayer::levels() const
 
 bool LoweredPlayer::isSilence(double volume, VolumeTime now) const
 {
-    return volume <= silence && !isReady(now);
+    return volume <= silence && !isCertain(now);
 }
 
 bool LoweredPlayer::isOpening(double volume, VolumeTime now) const
@@ -56,6 +56,11 @@ bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
     if (!isFree()) return isDoubtful(look, now);
     return isSame(look.volume, 1) && !hasOpened_ && look.position < opening &&
            (!isPlaying_ || now < playsSince_ + connecting);
+}
+
+bool LoweredPlayer::hasFallenSilent(double volume, VolumeTime now) const
+{
+    return !isFree() && isPlaying_ && volume <= silence && now < trackSince_ + connecting && !hasComeFar_;
 }
 
 bool LoweredPlayer::isAtHome(double volume) const
@@ -122,8 +127,12 @@ void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
     goesOn_ = goesOn_ || look.position > *firstPosition_;
     wasDoubtful_ = isDoubtful(look, now);
     nextLook_.reset();
-    if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
-    if (state_ == State::owed) judgeOwed(look.volume, now);
+    if (hasFallenSilent(look.volume, now)) {
+        if (hasSettled(now)) tell(state_ == State::lowered ? levels_.low : levels_.home, now);
+    } else {
+        if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);
+        if (state_ == State::owed) judgeOwed(look.volume, now);
+    }
     if (!command_) planLook(now);
 }
 
@@ -142,7 +151,7 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         hasObeyed_ = false;
         repeats_ = mostRepeats;  // if it does so again, it has its way
         tell(levels_.low, now);
-    } else if (!isOpening(volume, now) && hasSettled(now)) {
+    } else if ((isReady(now) || !isOpening(volume, now)) && hasSettled(now)) {
         // One that went home by itself may go low by itself, too, where its tracks change quickly.
         state_ = isSame(volume, levels_.home) ? State::owed : State::free;
         repeats_ = 0;

@@ -57,6 +57,8 @@ struct VolumeLevels {
 /// | owed    | seen at full, far into its track,    | in doubt: look again; nothing is settled, nothing is read
 /// |         | which has not gone on since          |
 /// | owed    | seen anywhere else                   | the user's hand: free
+/// | lowered | seen silent, a track or stream has   | tell it again: Strawberry says so of a stream that it opens
+/// | or owed | just begun: no hand is so quick      | on PipeWire, until it is told, and has another volume
 /// | free    | there is a note of it from before    | owed; it is told nothing before it is seen
 // clang-format on
 ///
@@ -73,7 +75,7 @@ class LoweredPlayer {
 public:
     /// Until then a player that plays may tell of its last stream, or of none.
     static constexpr std::chrono::milliseconds opening{3000};
-    /// How long its first stream may take to open.
+    /// How long a stream may take to open; sooner no user reacts to a track.
     static constexpr std::chrono::milliseconds connecting{300};
     /// How long a command may take to be seen.
     static constexpr std::chrono::milliseconds settling{100};
@@ -84,7 +86,7 @@ public:
     [[nodiscard]] bool isLowered() const { return state_ == State::lowered; }
     /// The volumes, as long as it is not free.
     [[nodiscard]] std::optional<VolumeLevels> levels() const;
-    /// Whether `volume` may be the silence before its stream is open, and not its user's choice.
+    /// Whether `volume` may be the silence of a stream that opens, and not its user's choice.
     [[nodiscard]] bool isSilence(double volume, VolumeTime now) const;
     /// Whether it may be that, or the full volume that some tell until then.
     [[nodiscard]] bool isOpening(double volume, VolumeTime now) const;
@@ -131,6 +133,7 @@ private:
     {
         return look.isPlaying && look.position >= opening && !sawItBegin_;
     }
+    [[nodiscard]] bool hasFallenSilent(double volume, VolumeTime now) const;
     [[nodiscard]] bool isAtHome(double volume) const;
     [[nodiscard]] bool isAboutLow(double volume) const;
     [[nodiscard]] bool isCube(double volume, VolumeTime now) const;

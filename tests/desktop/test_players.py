@@ -39,11 +39,12 @@ class Playlist(unittest.TestCase):
     def _expect_duck(self, line, undisturbed):
         level = self.recorder.level_between
         expected = undisturbed + self.player.decibels(LOWERED) - self.player.decibels(VOLUME)
-        self.assertAlmostEqual(level(MUSIC, line.start, line.end), expected, delta=1.0, msg=self._course(line))
+        course = self._course(line)
+        self.assertAlmostEqual(level(MUSIC, line.start, line.end), expected, delta=1.0, msg=course)
         # From shortly after the first word to the last one, nothing was louder.
         loudest = max(self.recorder.levels(MUSIC)[round((line.start + 0.5) / STEP):round(line.end / STEP)])
-        self.assertLess(loudest, expected + 3)
-        self.assertAlmostEqual(level(MUSIC, line.end + 1.5, line.end + 2.5), undisturbed, delta=1.0)
+        self.assertLess(loudest, expected + 3, msg=course)
+        self.assertAlmostEqual(level(MUSIC, line.end + 1.5, line.end + 2.5), undisturbed, delta=1.0, msg=course)
 
     def _course(self, line):
         level = self.recorder.level_between

@@ -18,6 +18,77 @@ TEST_F(LoweredPlayerOpeningTest, SilenceAndFullVolumeAreDoubtedForThreeSeconds)
     EXPECT_FALSE(player.isOpening(1, now));
 }
 
+TEST_F(LoweredPlayerOpeningTest, SilenceIsDoubtedForTwoSecondsOfEachTrack)
+{
+    haveForLong();
+    EXPECT_FALSE(player.isSilence(0, now));
+    next("2");
+    pass(1999ms);
+    EXPECT_TRUE(player.isSilence(0.01, now));
+    EXPECT_FALSE(player.isSilence(0.011, now));
+    EXPECT_FALSE(player.isOpening(1, now)) << "only silence";
+    pass(1ms);
+    EXPECT_FALSE(player.isSilence(0, now));
+}
+
+// Strawberry on PipeWire: its new stream sounds as it was told, but it says 0 until it is told anew.
+TEST_F(LoweredPlayerOpeningTest, OneThatFallsSilentWithATrackIsToldOnceMore)
+{
+    haveForLong();
+    next("2");
+    pass(30ms);
+    player.lower(levels, now);
+    EXPECT_EQ(commands(), Commands{0.3});
+    EXPECT_EQ(answerAfter(99ms, 0), nothing) << "it may not have obeyed yet";
+    EXPECT_EQ(player.nextLook(), now + 1ms);
+    EXPECT_EQ(answerAfter(1ms, 0.01), Commands{0.3});
+    EXPECT_EQ(answerAfter(100ms, 0.01), Commands{0.3}) << "230 ms after its begin";
+    EXPECT_EQ(answerAfter(10ms, 0.3), nothing);
+    EXPECT_TRUE(player.isLowered());
+}
+
+TEST_F(LoweredPlayerOpeningTest, SoIsOneThatFallsSilentWithItsFirstTrack)
+{
+    play();
+    player.lower(levels, now);
+    EXPECT_EQ(commands(), Commands{0.3});
+    EXPECT_EQ(answerAfter(299ms, 0), Commands{0.3});
+}
+
+TEST_F(LoweredPlayerOpeningTest, OneThatIsSilencedLaterInATrackIsInItsUsersHand)
+{
+    haveObeyed();
+    next("2");
+    EXPECT_EQ(answerAfter(300ms, 0), nothing);
+    EXPECT_TRUE(player.isFree());
+}
+
+TEST_F(LoweredPlayerOpeningTest, SoIsOneThatIsOwedItsVolume)
+{
+    haveOwed();
+    next("2");
+    EXPECT_EQ(answerAfter(299ms, 0), Commands{0.8});
+}
+
+TEST_F(LoweredPlayerOpeningTest, OneThatIsOwedItsVolumeAndSilencedThenIsJudgedTwoSecondsLater)
+{
+    haveOwed();
+    next("2");
+    EXPECT_EQ(answerAfter(300ms, 0), nothing);
+    EXPECT_EQ(player.nextLook(), now + 1700ms);
+    EXPECT_FALSE(player.isFree());
+    EXPECT_EQ(answerAfter(1700ms, 0), nothing);
+    EXPECT_TRUE(player.isFree()) << "its user has silenced it";
+}
+
+TEST_F(LoweredPlayerOpeningTest, OneThatIsFarIntoItsTrackWhenItIsFirstSeenIsSilentAsItsUserWants)
+{
+    player.owe(levels);
+    isPlaying = true;
+    position = 3000ms;
+    EXPECT_EQ(answerTo(0), nothing);
+}
+
 TEST_F(LoweredPlayerOpeningTest, AFullVolumeMayMisleadForThreeTenthsOfASecond)
 {
     EXPECT_TRUE(player.mayMislead(look(1), now)) << "it does not play yet";

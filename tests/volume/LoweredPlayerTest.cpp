@@ -204,10 +204,10 @@ TEST_F(LoweredPlayerTest, AnyOtherVolumeAtATracksBeginIsTheUsersHand)
 
 TEST_F(LoweredPlayerTest, AThousandthIsAnotherVolume)
 {
-    levels = {0, 0.12};
+    levels = {0.5, 0.2};
     haveObeyed();
     next("2");
-    EXPECT_EQ(answerAfter(10ms, 0.001), nothing);
+    EXPECT_EQ(answerAfter(10ms, 0.5011), nothing);
     EXPECT_TRUE(player.isFree());
 }
 

@@ -100,6 +100,22 @@ TEST_F(LoweredPlayersCommandTest, APlayerThatTakesItsVolumeBackAtATracksBeginIsT
     }
 }
 
+TEST_F(LoweredPlayersCommandTest, APlayerThatFallsSilentAtATracksBeginIsBroughtBack)
+{
+    for (const auto time : {10ms, 40ms, 70ms}) {
+        have({.fallsSilent = time});
+        player->next();
+        pass(2ms);
+        desktop.loweredPlayers->lineBegan();
+        duck();
+        pass(4s);
+        EXPECT_DOUBLE_EQ(player->sound(), 0.35);
+        fallSilent();
+        pass(300ms);
+        expectBack();
+    }
+}
+
 TEST_F(LoweredPlayersCommandTest, APlayerThatObeysLateIsNotTakenForAHand)
 {
     have({.lag = 90ms});

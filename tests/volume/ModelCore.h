@@ -55,18 +55,20 @@ public:
             soon([this] { desktop_.loweredPlayers->restore("Music"); });
         });
     }
-    void die() { lines = ducksUnderWay = 0, recorded_ = false; }
+    void die() { lines = ducksUnderWay = 0, recorded_ = false, ++life_; }
 
 private:
     void soon(const std::function<void()>& happening)
     {
-        desktop_.schedule.after(Milliseconds(dice_.number(0, 20)),
-                                [this, happening] { desktop_.later(happening); });
+        desktop_.schedule.after(Milliseconds(dice_.number(0, 20)), [this, happening, life = life_] {
+            if (life == life_) desktop_.later(happening);
+        });
     }
 
     ModelDesktop& desktop_;
     Dice& dice_;
     bool recorded_ = false;
+    int life_ = 0;  ///< what a dead core has begun does not happen
 };
 
 }  // namespace sonvara::test

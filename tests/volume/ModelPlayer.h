@@ -25,9 +25,10 @@ struct Quirks {
         {};  ///< before and shortly after its stream is open; 1: only the first one
     Milliseconds tellsFirstFor{0};
     Milliseconds swallows{0};  ///< what is set so soon after its stream was opened: Parole, Pragha
-    std::optional<Milliseconds> takesBack = {};  ///< so soon after a track's begin: Strawberry
-    Milliseconds lag{0};                         ///< before a command is obeyed
-    Milliseconds resumesAt{0};                   ///< in its track, and stays there for `tellsFirstFor`: Elisa
+    std::optional<Milliseconds> takesBack = {};    ///< so soon after a track's begin: Strawberry
+    std::optional<Milliseconds> fallsSilent = {};  ///< so it tells, so soon after a track's begin: Strawberry
+    Milliseconds lag{0};                           ///< before a command is obeyed
+    Milliseconds resumesAt{0};  ///< in its track, and stays there for `tellsFirstFor`: Elisa
 };
 
 /// One program that plays. Survives its runs, as its user's settings do.
@@ -62,6 +63,12 @@ public:
     {
         ++track;
         trackBegan_ = schedule_.now();
+        wasSetInTrack_ = false;
+        if (quirks_.fallsSilent && hasStream_) {
+            schedule_.after(*quirks_.fallsSilent, [this, stream = stream_, track = track] {
+                if (stream == stream_ && track == this->track) fallSilent();
+            });
+        }
         if (quirks_.takesBack && hasStream_) {
             schedule_.after(*quirks_.takesBack, [this, before = sound_, stream = stream_] {
                 if (stream == stream_ && hasStream_ && sound_ != before) sound_ = memory_ = before, signal();
@@ -79,7 +86,7 @@ public:
     void userSets(double volume)
     {
         user = sound_ = memory_ = belief_ = volume;
-        isRestoring_ = false;
+        isRestoring_ = tellsSilence_ = false;
         signal();
     }
     /// What a command does when it arrives.
@@ -94,11 +101,23 @@ public:
             if (!isRunning || (!hasStream_ && quirks_.closesStream)) return;
             if (hasStream_ && schedule_.now() < opened_ + quirks_.swallows) return;
             sound_ = memory_ = volume;
+            wasSetInTrack_ = true;
+            tellsSilence_ = false;
             signal();
         });
     }
 
 private:
+    /// So it tells: until it is set again, if this track has been set before; else for a while.
+    void fallSilent()
+    {
+        tellsSilence_ = true;
+        signal();
+        if (wasSetInTrack_) return;
+        schedule_.after(150ms, [this] {
+            if (std::exchange(tellsSilence_, false)) signal();
+        });
+    }
     void open()
     {
         hasStream_ = true;
@@ -125,11 +144,13 @@ private:
         if (closes) {
             hasStream_ = false;
             ++stream_;
+            tellsSilence_ = false;
         }
         signal();
     }
     [[nodiscard]] double told() const
     {
+        if (tellsSilence_) return 0;
         if (quirks_.believesItself) return belief_;
         if (!quirks_.tellsFirst || (quirks_.tellsFirst == 1.0 && streamsOfRun_ > 1)) return sound_;
         const bool isOpening = !hasStream_ || schedule_.now() < opened_ + quirks_.tellsFirstFor;
@@ -154,6 +175,8 @@ private:
     double memory_ = 1.0;
     double belief_ = 1.0;
     bool isRestoring_ = false;
+    bool tellsSilence_ = false;
+    bool wasSetInTrack_ = false;
     int commands_ = 0;
     bool hasStream_ = false;
     int stream_ = 0;

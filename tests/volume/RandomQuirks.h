@@ -31,6 +31,7 @@ inline Quirks chooseQuirks(Dice& dice)
     // Whatever else, no player has been seen with this and the one or the other.
     if (!quirks.truncates && !quirks.opensAtCube && !quirks.believesItself && dice.chance())
         quirks.takesBack = Milliseconds(dice.number(5, 150));
+    if (quirks.takesBack && dice.chance()) quirks.fallsSilent = Milliseconds(dice.number(5, 70));
     return quirks;
 }
 
@@ -42,7 +43,8 @@ inline std::string describe(const Quirks& quirks)
            " swallows " + std::to_string(quirks.swallows.count()) + " lag " +
            std::to_string(quirks.lag.count()) + " first " + std::to_string(quirks.tellsFirst.value_or(-1)) +
            " for " + std::to_string(quirks.tellsFirstFor.count()) + " resumes at " +
-           std::to_string(quirks.resumesAt.count());
+           std::to_string(quirks.resumesAt.count()) + " falls silent " +
+           std::to_string(quirks.fallsSilent.value_or(Milliseconds(-1)).count());
 }
 
 }  // namespace sonvara::test
