@@ -69,8 +69,10 @@ TEST_F(DBusMenuTest, ShowsItemsInOrder)
     menu.setItems({text("Header"), separator, mute});
     const auto items = layout().children;
     ASSERT_EQ(items.size(), 3);
+    EXPECT_EQ(layout().properties, (QVariantMap{{"children-display", "submenu"}}));
     EXPECT_EQ(items[0].properties["label"], "Header");
     EXPECT_EQ(items[0].properties["enabled"], false);
+    EXPECT_EQ(items[0].properties["visible"], true);
     EXPECT_EQ(items[1].properties["type"], "separator");
     EXPECT_EQ(items[2].properties["enabled"], true);
     EXPECT_EQ(items[2].properties["toggle-type"], "checkmark");
@@ -166,6 +168,42 @@ TEST_F(DBusMenuTest, ALineThatBeginsFromRightToLeftDoesNotTurnItsItem)
     EXPECT_EQ(cutTexts(menu), "") << "the mark is no cut";
 }
 
+TEST_F(DBusMenuTest, ALineKeepsItsOwnDirectionWhereAllRunsFromRightToLeft)
+{
+    const QString song = "שיר - Song";
+    menu.setItems({text(song.toStdString())});
+    EXPECT_EQ(adaptor->textDirection(), "ltr");
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(adaptor->textDirection(), "rtl");
+    EXPECT_EQ(hostItems(menu, true)[0].properties["label"], song);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(DBusMenuTest, SpeaksTheThirdVersionOfTheProtocol)
+{
+    EXPECT_EQ(adaptor->version(), 3U);
+    EXPECT_EQ(adaptor->status(), "normal");
+    EXPECT_TRUE(adaptor->iconThemePath().isEmpty());
+}
+
+TEST_F(DBusMenuTest, OnlyTheMenuItselfOpens)
+{
+    menu.setItems({text("Song")});
+    const int item = layout().children[0].id;
+    int openings = 0;
+    const auto handle = menu.onWillOpen([&] { ++openings; });
+    for (const char* type : {"opened", "closed", "hovered"})
+        call("Event", {item, type, QVariant::fromValue(QDBusVariant(0)), 0U});
+    call("Event", {0, "hovered", QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_EQ(openings, 0);
+    call("AboutToShow", {0});
+    call("Event", {item, "closed", QVariant::fromValue(QDBusVariant(0)), 0U});
+    call("Event", {0, "opened", QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_EQ(openings, 1);
+    call("Event", {0, "opened", QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_EQ(openings, 2) << "another one";
+}
+
 TEST_F(DBusMenuTest, RunsTheClickedAction)
 {
     int runs = 0;
@@ -250,9 +288,12 @@ TEST_F(DBusMenuTest, TellsOfANewLayout)
     menu.setItems({text("one")});
     menu.publish();
     const QSignalSpy layouts(adaptor, &DBusMenu::LayoutUpdated);
+    const auto before = call("GetLayout", {0, 0, QStringList()}).arguments().value(0).toUInt();
     menu.setItems({text("one"), text("two")});
     menu.publish();
     ASSERT_EQ(layouts.size(), 1);
+    EXPECT_EQ(layouts[0][0].toUInt(), before + 1);
+    EXPECT_EQ(layouts[0][1].toInt(), 0);
     EXPECT_EQ(layouts[0][0].toUInt(), call("GetLayout", {0, 0, QStringList()}).arguments().value(0).toUInt());
 }
 
@@ -267,6 +308,51 @@ TEST_F(DBusMenuTest, GivesSingleProperties)
     EXPECT_EQ(items[0].properties, (QVariantMap{{"label", "two"}}));
     const auto single = call("GetProperty", {id, "label"}).arguments().value(0);
     EXPECT_EQ(single.value<QDBusVariant>().variant(), "two");
+    for (const auto& [unknown, name] : {std::pair(4711, "label"), std::pair(id, "nonsense")}) {
+        const auto none = call("GetProperty", {unknown, name}).arguments().value(0);
+        EXPECT_EQ(none.value<QDBusVariant>().variant(), "");
+    }
+}
+
+DBusMenuPropertiesList group(const QDBusMessage& answer)
+{
+    return qdbus_cast<DBusMenuPropertiesList>(answer.arguments().value(0));
+}
+
+TEST_F(DBusMenuTest, GivesThePropertiesOfAllAndOfItself)
+{
+    menu.setItems({text("one"), text("two")});
+    const QVariantMap own{{"children-display", "submenu"}};
+    const auto all = group(call("GetGroupProperties", {QVariant::fromValue(QList<int>{}), QStringList()}));
+    ASSERT_EQ(all.size(), 3);
+    EXPECT_EQ(all[0].id, 0);
+    EXPECT_EQ(all[0].properties, own);
+    EXPECT_EQ(all[2].properties["label"], "two");
+    const QStringList names{"label", "nonsense"};
+    const auto self = group(call("GetGroupProperties", {QVariant::fromValue(QList<int>{0}), names}));
+    ASSERT_EQ(self.size(), 1);
+    EXPECT_TRUE(self[0].properties.isEmpty());
+    const auto labels =
+        group(call("GetGroupProperties", {QVariant::fromValue(QList<int>{all[1].id}), names}));
+    ASSERT_EQ(labels.size(), 1);
+    EXPECT_EQ(labels[0].properties, (QVariantMap{{"label", "one"}}));
+}
+
+TEST_F(DBusMenuTest, GivesTheLayoutOfAPart)
+{
+    menu.setItems({text("one"), text("two")});
+    const int two = layout().children[1].id;
+    const auto part = [this](int id, int depth, const QStringList& names) {
+        return qdbus_cast<DBusMenuNode>(call("GetLayout", {id, depth, names}).arguments().value(1));
+    };
+    EXPECT_EQ(part(two, -1, {"label"}).properties, (QVariantMap{{"label", "two"}}));
+    EXPECT_EQ(part(two, -1, {}).id, two);
+    EXPECT_TRUE(part(two, -1, {}).children.isEmpty());
+    EXPECT_TRUE(part(4711, -1, {}).properties.isEmpty());
+    EXPECT_TRUE(part(0, 0, {}).children.isEmpty());
+    EXPECT_EQ(part(0, 1, {}).children.size(), 2);
+    EXPECT_TRUE(part(0, -1, {"label"}).properties.isEmpty());
+    EXPECT_EQ(part(0, -1, {"label"}).children[0].properties, (QVariantMap{{"label", "one"}}));
 }
 
 }  // namespace

@@ -121,6 +121,10 @@ TEST_F(HostMannerTest, TellsWholeInTheToolTipWhatTheMenuCuts)
 TEST_F(HostMannerTest, SaysThatTheToolTipHasChanged)
 {
     QtStatusMenu own;
+    own.setItems({text(wideTitle)});
+    EXPECT_EQ(StatusNotifierItem([] { return NotifierImageList(); }, &own).details().toStdString(),
+              wideTitle);
+    own.setItems({text("Song 1")});
     const StatusNotifierItem notifier([] { return NotifierImageList(); }, &own);
     const QSignalSpy changes(notifier.findChild<StatusNotifierAdaptor*>(),
                              &StatusNotifierAdaptor::NewToolTip);

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVirtualObject>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
@@ -61,9 +62,22 @@ bool isLight(const PanelColors& panel)
     return panel.colors().label.lightnessF() > 0.5F;  // the text, so the panel is dark
 }
 
+/// Whether all questions have been answered, and nothing is left of them.
+bool isAnswered(const PanelColors& panel)
+{
+    return eventually([&] {
+        runEvents();
+        return panel.findChildren<QDBusPendingCallWatcher*>().isEmpty();
+    });
+}
+
 TEST(PanelColorsTest, FollowTheThemeOfTheApplicationByDefault)
 {
     const PanelColors panel;
+    const QSignalSpy changes(&panel, &PanelColors::changed);
+    EXPECT_TRUE(isAnswered(panel));
+    EXPECT_TRUE(changes.isEmpty()) << "nobody has told anything";
+    EXPECT_EQ(panel.colors(), RoleColors::of(QApplication::palette()).withHalo());
     EXPECT_EQ(panel.colors().label, QApplication::palette().color(QPalette::WindowText));
     EXPECT_FALSE(isLight(panel));
 }
@@ -79,6 +93,60 @@ TEST(PanelColorsTest, FollowTheDesktopsPreference)
     settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
                   "color-scheme", 1U);
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
+}
+
+TEST(PanelColorsTest, FollowTheThemeWhereTheDesktopHasNoPreference)
+{
+    for (const uint scheme : {0U, 3U}) {
+        const FakeSettings settings(portal, portalPath, QVariant::fromValue(QDBusVariant(scheme)));
+        const PanelColors panel;
+        EXPECT_TRUE(isAnswered(panel));
+        EXPECT_EQ(panel.colors().label, QApplication::palette().color(QPalette::WindowText));
+    }
+}
+
+TEST(PanelColorsTest, HearOfNoOtherSetting)
+{
+    FakeSettings theme(portal, portalPath, 0U);
+    FakeSettings xfce("org.xfce.Xfconf", "/org/xfce/Xfconf", false);
+    const PanelColors panel;
+    EXPECT_TRUE(isAnswered(panel));
+    const QSignalSpy changes(&panel, &PanelColors::changed);
+    const QString portalSettings = "org.freedesktop.portal.Settings";
+    theme.tell(portalSettings, "SettingChanged", "org.freedesktop.appearance", "contrast", 1U);
+    theme.tell(portalSettings, "SettingChanged", "org.gnome.desktop.interface", "color-scheme", 1U);
+    xfce.tell("org.xfce.Xfconf", "PropertyChanged", "xfce4-panel", "/panels/size", true);
+    xfce.tell("org.xfce.Xfconf", "PropertyChanged", "xsettings", "/panels/dark-mode", true);
+    theme.tell(portalSettings, "SettingChanged", "org.freedesktop.appearance", "color-scheme", 2U);
+    EXPECT_TRUE(eventually([&] { return !changes.isEmpty(); }));
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_FALSE(isLight(panel));
+}
+
+TEST(PanelColorsTest, AreNeutralWhereThePanelIsOfAnotherToneThanTheTheme)
+{
+    const auto before = QApplication::palette();
+    FakeSettings settings(portal, portalPath, 1U);
+    const PanelColors panel;
+    EXPECT_TRUE(isAnswered(panel));
+    EXPECT_EQ(panel.colors(), RoleColors::on(QColor(0x2d, 0x2d, 0x2d), QColor(0xf2, 0xf2, 0xf2)).withHalo());
+    QApplication::setPalette(QPalette(QColor(0x30, 0x30, 0x30)));
+    EXPECT_EQ(panel.colors(), RoleColors::of(QApplication::palette()).withHalo()) << "both are dark";
+    settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
+                  "color-scheme", 2U);
+    EXPECT_TRUE(eventually([&] { return !isLight(panel); }));
+    EXPECT_EQ(panel.colors(), RoleColors::on(QColor(0xf0, 0xf0, 0xf0), QColor(0x23, 0x26, 0x29)).withHalo());
+    QApplication::setPalette(before);
+}
+
+TEST(PanelColorsTest, TellOfAChangeOfTheTheme)
+{
+    const PanelColors panel;
+    const QSignalSpy changes(&panel, &PanelColors::changed);
+    const auto before = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(0x30, 0x30, 0x30)));
+    EXPECT_TRUE(eventually([&] { return !changes.isEmpty(); }));
+    QApplication::setPalette(before);
 }
 
 TEST(PanelColorsTest, KnowTheDarkPanelOfXfce)

@@ -6,6 +6,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
 #include <QMenu>
+#include <QRegularExpression>
 
 #include <thread>
 
@@ -40,6 +41,15 @@ TEST_F(StatusItemTest, RegistersWithAWatcher)
     EXPECT_TRUE(bar->trayAvailable());
     EXPECT_EQ(watcher->property("Status"), "Active");
     EXPECT_EQ(watcher->property("Title"), QApplication::applicationDisplayName());
+    EXPECT_EQ(watcher->property("Id"), QCoreApplication::applicationName());
+    EXPECT_EQ(watcher->property("Category"), "ApplicationStatus");
+    EXPECT_EQ(watcher->property("WindowId"), 0);
+    EXPECT_EQ(watcher->property("IconName"), "");
+    EXPECT_EQ(qdbus_cast<NotifierToolTip>(watcher->property("ToolTip")).title,
+              QApplication::applicationDisplayName());
+    const QRegularExpression name(QStringLiteral("^org\\.kde\\.StatusNotifierItem-%1-[1-9][0-9]*$")
+                                      .arg(QCoreApplication::applicationPid()));
+    EXPECT_TRUE(name.match(watcher->items.last()).hasMatch()) << watcher->items.last().toStdString();
     EXPECT_EQ(watcher->property("ItemIsMenu"), true);  // the left click opens the menu
     EXPECT_EQ(watcher->property("Menu").value<QDBusObjectPath>().path(), "/MenuBar");
 }
@@ -205,6 +215,37 @@ TEST_F(StatusItemTest, DrawsItsMenuForAHostThatDoesNot)
         QApplication::activePopupWidget()->close();
         menu->setItems({text("Song 1"), action("Quit", [] {})});
     }
+}
+
+TEST_F(StatusItemTest, RegistersOnceForEachThingThatChanges)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    ASSERT_TRUE(isRegistered(1));
+    item->setVisible(true);
+    const auto another = bar->makeMenu();
+    another->setItems({text("Another"), action("Quit", [] {})});
+    item->setMenu(*another);
+    ASSERT_TRUE(isRegistered(2));
+    watcher->call("org.kde.StatusNotifierItem", "ContextMenu", {10, 10});
+    EXPECT_EQ(ownMenu(), QStringList({"Another", "Quit"}));
+    QApplication::activePopupWidget()->close();
+    const auto second = bar->makeSquareItem();
+    second->setMenu(*menu);
+    ASSERT_TRUE(isRegistered(3));
+    EXPECT_EQ(watcher->property("Status"), "Active");
+    EXPECT_EQ(watcher->items.size(), 3);
+    item.reset();
+}
+
+TEST_F(StatusItemTest, AnItemWithoutAMenuBearsClicks)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    bar = std::make_unique<QtStatusBar>([] {}, 50ms);
+    item = bar->makeSquareItem();
+    ASSERT_TRUE(isRegistered(1));
+    watcher->call("org.kde.StatusNotifierItem", "Activate", {10, 10});
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST_F(StatusItemTest, LeavesTheTrayWhenItIsHiddenOrDropped)

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sonvara::test {
@@ -51,6 +52,39 @@ TEST(StatusMenuTest, KeepsTheIdOfAnItemThatStays)
     menu.setItems({text("Song 2"), action("Mute", [] {})});
     EXPECT_EQ(menu.entries()[0].id, song);
     EXPECT_EQ(menu.entries()[1].id, mute);
+}
+
+TEST(StatusMenuTest, GivesAnItemThatMeansSomethingElseAnotherId)
+{
+    MenuItem separator;
+    separator.isSeparator = true;
+    const auto song = action("Song", [] {});
+    for (const auto& [before, after] :
+         {std::pair(song, text("Song")), std::pair(text("Song"), song), std::pair(separator, text("")),
+          std::pair(text(""), separator), std::pair(separator, song)}) {
+        QtStatusMenu menu;
+        menu.setItems({before});
+        const int id = menu.entries()[0].id;
+        EXPECT_GT(id, 0);
+        menu.setItems({after});
+        EXPECT_GT(menu.entries()[0].id, id);
+        const int kept = menu.entries()[0].id;
+        menu.setItems({after});
+        EXPECT_EQ(menu.entries()[0].id, kept);
+    }
+}
+
+TEST(StatusMenuTest, CutsTextsThatNoScreenCouldShow)
+{
+    QtStatusMenu menu;
+    const std::string longest(4000, 'x');
+    auto styled = text(longest + "x");
+    styled.attributedTitle = StyledText{longest + "x", FontRole::body, ColorRole::label};
+    menu.setItems({text(longest), styled, text(longest.substr(1) + "\xc3\xa9")});
+    EXPECT_EQ(menu.entries()[0].item.title, longest);
+    EXPECT_EQ(menu.entries()[1].item.title, longest + "…");
+    EXPECT_EQ(menu.entries()[1].item.attributedTitle->text, longest + "…");
+    EXPECT_EQ(menu.entries()[2].item.title, longest.substr(1) + "…") << "between two characters";
 }
 
 TEST(StatusMenuTest, NeverLetsALateClickRunAnotherAction)
@@ -109,6 +143,13 @@ TEST(StatusMenuTest, DoesNotTellOfItemsThatLookAsBefore)
     menu.setItems(changed);
     menu.publish();
     EXPECT_EQ(told, 4);
+    changed[0].title = "Song";
+    menu.setItems(changed);
+    menu.publish();
+    EXPECT_EQ(told, 5);
+    menu.setItems({changed[0]});
+    menu.publish();
+    EXPECT_EQ(told, 6);
 }
 
 TEST(StatusMenuTest, TellsOfAStreamOfChangesWhileItFlows)

@@ -3,7 +3,11 @@
 #include "MenuItems.h"
 #include "helpers/EventLoop.h"
 
+#include "platform/linux/style/StylePalette.h"
+
 #include <QLabel>
+#include <QPointer>
+#include <QStyle>
 #include <QWidgetAction>
 #include <gtest/gtest.h>
 
@@ -59,6 +63,50 @@ TEST_F(TrayMenuViewTest, WrapsATitleThatIsTooLongForAScreen)
     const auto* label = labelOf(actions[0]);
     EXPECT_GT(label->heightForWidth(label->width()), 4 * labelOf(actions[1])->sizeHint().height());
     EXPECT_EQ(actions[0]->text(), QString(300, u'm'));
+    EXPECT_EQ(label->minimumWidth(), 480);
+    EXPECT_EQ(label->maximumWidth(), 480);
+    EXPECT_EQ(label->text(),
+              QStringList(12, QString(24, u'm')).join(QChar(0x200B)) + QChar(0x200B) + QString(12, u'm'));
+    EXPECT_FALSE(labelOf(actions[1])->wordWrap());
+}
+
+TEST_F(TrayMenuViewTest, BreaksNoWordThatFitsAndNoCharacter)
+{
+    const QString letter = "e\u0301";
+    const auto words = (QString(24, u'm') + u' ').repeated(12);
+    menu.setItems({text((words + letter.repeated(25)).toStdString())});
+    menu.publish();
+    EXPECT_EQ(labelOf(view.widget().actions()[0])->text(),
+              words + letter.repeated(24) + QChar(0x200B) + letter);
+}
+
+TEST_F(TrayMenuViewTest, ALabelStandsWhereTheTextsOfTheChoicesDo)
+{
+    auto isOn = text("on");
+    isOn.isEnabled = true;
+    menu.setItems({text("off"), isOn});
+    menu.publish();
+    const auto actions = view.widget().actions();
+    const int inset =
+        view.widget().style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &view.widget()) + 12;
+    EXPECT_EQ(labelOf(actions[0])->contentsMargins(), QMargins(inset, 3, inset, 3));
+    const auto colors = RoleColors::of(view.widget().palette());
+    EXPECT_EQ(labelOf(actions[0])->palette().color(QPalette::WindowText), colors.secondaryLabel);
+    EXPECT_EQ(labelOf(actions[1])->palette().color(QPalette::WindowText), colors.label);
+}
+
+TEST_F(TrayMenuViewTest, KeepsNothingOfTheItemsBefore)
+{
+    menu.setItems({text("Song 1"), action("Quit", [] {})});
+    menu.publish();
+    const QPointer<QAction> song = view.widget().actions()[0];
+    const QPointer<QAction> quit = view.widget().actions()[1];
+    menu.setItems({text("Song 2")});
+    menu.publish();
+    EXPECT_EQ(view.widget().actions().size(), 1);
+    runEvents();
+    EXPECT_EQ(song, nullptr);
+    EXPECT_EQ(quit, nullptr);
 }
 
 TEST_F(TrayMenuViewTest, ShowsStateAndSeparators)
@@ -67,11 +115,17 @@ TEST_F(TrayMenuViewTest, ShowsStateAndSeparators)
     mute.isChecked = true;
     MenuItem separator;
     separator.isSeparator = true;
-    menu.setItems({mute, separator, text("Off")});
+    auto off = action("Quit", [] {}, false);
+    menu.setItems({mute, separator, text("Off"), off});
     menu.publish();
     const auto actions = view.widget().actions();
     EXPECT_TRUE(actions[0]->isChecked());
     EXPECT_FALSE(actions[2]->isCheckable());
+    EXPECT_TRUE(actions[0]->isCheckable());
+    EXPECT_TRUE(actions[0]->isEnabled());
+    EXPECT_FALSE(actions[3]->isCheckable());
+    EXPECT_FALSE(actions[3]->isEnabled());
+    EXPECT_FALSE(actions[3]->isSeparator());
     EXPECT_TRUE(actions[1]->isSeparator());
     EXPECT_FALSE(actions[2]->isEnabled());
 }

@@ -20,6 +20,7 @@ public:
     ~XEmbedIcon();
 
     void setIcon(const QIcon& icon);
+    [[nodiscard]] QSystemTrayIcon& widget() { return icon_; }
 
 private:
     QSystemTrayIcon icon_;
