@@ -53,13 +53,10 @@ PosixChildProcess::PosixChildProcess(ChildProcessSetup setup) : setup_(std::move
 
 PosixChildProcess::~PosixChildProcess()
 {
-    if (!pid_) return;
-    if (!isRunning()) {
-        reap(*pid_, false);
-        return;
-    }
+    if (!pid_ || ::waitpid(*pid_, nullptr, WNOHANG) != 0)
+        return;  // it has ended, and is given back to the system
     try {
-        std::thread([pid = *pid_] { reap(pid, false); }).detach();
+        std::thread([pid = *pid_] { uninterrupted([&] { return ::waitpid(pid, nullptr, 0); }); }).detach();
     } catch (const std::system_error&) {
         // No thread to be had: the system reaps the child when this process ends.
     }
@@ -79,7 +76,7 @@ int PosixChildProcess::spawn()
 
     const std::lock_guard lock(mutex_);
     if (isForbidden_) return ECANCELED;
-    pid_t pid = -1;
+    pid_t pid{};
     if (const int error = spawnProgram(setup_, pipe.writing.get(), pid)) return error;
     pid_ = pid;
     output_ = std::move(pipe.reading);

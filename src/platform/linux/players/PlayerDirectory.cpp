@@ -84,10 +84,8 @@ void PlayerDirectory::expire(Time now)
 std::optional<Time> PlayerDirectory::deadline() const
 {
     std::optional<Time> next;
-    for (const auto& player : players_) {
-        const auto due = player.debounce.deadline();
-        if (due && (!next || *due < *next)) next = due;
-    }
+    for (const auto& player : players_)
+        if (const auto due = player.debounce.deadline()) next = std::min(*due, next.value_or(*due));
     return next;
 }
 
