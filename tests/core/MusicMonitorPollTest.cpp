@@ -103,6 +103,15 @@ TEST_F(MusicMonitorTest, AMusicAnswerOfFourPartsIsLoggedAsUnexpectedAndAbsent)
     EXPECT_EQ(desktop.systemLog.messages[1].published, "Unexpected <private> output: <private>");
 }
 
+TEST_F(MusicMonitorTest, ASpotifyAnswerOfThreePartsIsLoggedAsUnexpectedAndAbsent)
+{
+    desktop.players.spotify.pollResult = ScriptResult::ofText("a||b||c");
+    start();
+    desktop.time.run();
+    EXPECT_EQ(monitor->trackName.get(), "");
+    EXPECT_THAT(errors(), ElementsAre("Unexpected Spotify output: a||b||c"));
+}
+
 TEST_F(MusicMonitorTest, TheWordsForNothingAreComparedBeforeTrimming)
 {
     answerMusicPollWith(" error");
