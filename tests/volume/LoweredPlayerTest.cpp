@@ -1,8 +1,7 @@
-// One player's states: each limit of time and of volume, and what it is told on either side of it.
+// One player while it is low: each limit of time and of volume, and what it is told on either side of it.
 #include "LoweredPlayerFixture.h"
 
 #include <cmath>
-#include <string>
 
 namespace sonvara::test {
 namespace {
@@ -48,15 +47,6 @@ TEST_F(LoweredPlayerTest, TheUsersHandIsSeenATenthOfASecondAfterACommand)
     EXPECT_TRUE(player.isFree());
 }
 
-TEST_F(LoweredPlayerTest, TheUsersHandIsSeenATenthOfASecondAfterTheWayHome)
-{
-    haveOwed();
-    EXPECT_EQ(answerAfter(99ms, 0.6), nothing);
-    EXPECT_FALSE(player.isFree());
-    EXPECT_EQ(answerAfter(1ms, 0.6), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
 TEST_F(LoweredPlayerTest, OneThatSwallowsTheCommandIsToldThreeTimesMore)
 {
     haveLow();
@@ -66,16 +56,6 @@ TEST_F(LoweredPlayerTest, OneThatSwallowsTheCommandIsToldThreeTimesMore)
     EXPECT_EQ(answerAfter(100ms, 0.8), Commands{0.3});
     EXPECT_EQ(answerAfter(3s, 0.8), nothing);
     EXPECT_TRUE(player.isLowered());
-}
-
-TEST_F(LoweredPlayerTest, HasAsManyTriesOnTheWayHome)
-{
-    haveLow();
-    expectThreeTries(0.8, 0.3);
-    wantHome();
-    expectThreeTries(0.3, 0.8);
-    EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
-    EXPECT_EQ(player.nextLook(), std::nullopt);
 }
 
 TEST_F(LoweredPlayerTest, OnceLoweredAnewItMaySwallowTheCommandAgain)
@@ -140,180 +120,6 @@ TEST_F(LoweredPlayerTest, OneThatIsOwedItsVolumeFromBeforeHasAsManyTries)
     player.owe(levels);
     expectThreeTries(0.3, 0.8);
     EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
-}
-
-TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithinTwoSecondsOfATrackIsToldOnceMore)
-{
-    haveObeyed();
-    for (const std::string title : {"2", "3"}) {
-        next(title);
-        EXPECT_EQ(answerAfter(1999ms, 0.8), Commands{0.3});
-        EXPECT_EQ(answerAfter(100ms, 0.8), nothing) << "it has its way";
-        EXPECT_TRUE(player.isLowered());
-        EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
-    }
-    next("4");
-    EXPECT_EQ(answerAfter(2000ms, 0.8), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackTwiceAndThenGoesLowIsBroughtHome)
-{
-    haveTakenItsVolumeBackTwice();
-    EXPECT_FALSE(player.isLowered());
-    EXPECT_EQ(answerAfter(50ms, 0.3), Commands{0.8}) << "as of the track before";
-    EXPECT_EQ(answerAfter(100ms, 0.8), nothing);
-    EXPECT_FALSE(player.isFree());
-    EXPECT_EQ(answerAfter(2000ms, 0.8), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, OneThatGoesLowByItselfHasItsThreeTriesToo)
-{
-    haveTakenItsVolumeBackTwice();
-    expectThreeTries(0.3, 0.8);
-    EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
-}
-
-TEST_F(LoweredPlayerTest, OneThatTakesItsVolumeBackWithAStreamIsToldOnceMore)
-{
-    haveObeyed();
-    play(false);
-    pass(10s);
-    play();
-    EXPECT_EQ(answerAfter(500ms, 0.8), Commands{0.3});
-}
-
-TEST_F(LoweredPlayerTest, SoIsOneThatTellsNoTitles)
-{
-    track = "";
-    haveObeyed();
-    play(false);
-    pass(10s);
-    play();
-    EXPECT_EQ(answerAfter(500ms, 0.8), Commands{0.3});
-}
-
-TEST_F(LoweredPlayerTest, AnyOtherVolumeAtATracksBeginIsTheUsersHand)
-{
-    haveObeyed();
-    next("2");
-    EXPECT_EQ(answerAfter(10ms, 0.6), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, AThousandthIsAnotherVolume)
-{
-    levels = {0.5, 0.2};
-    haveObeyed();
-    next("2");
-    EXPECT_EQ(answerAfter(10ms, 0.5011), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, SeenAtHomeItIsFreeAndNotLookedAt)
-{
-    haveOwed();
-    EXPECT_EQ(answerAfter(10ms, 0.8 - 0.0009), nothing);
-    EXPECT_TRUE(player.isFree());
-    EXPECT_EQ(player.nextLook(), std::nullopt);
-}
-
-TEST_F(LoweredPlayerTest, ALowVolumeThatWasJustToldMayComeYet)
-{
-    haveLow();
-    pass(50ms);
-    wantHome();
-    EXPECT_EQ(answerAfter(49ms, 0.8), nothing);
-    EXPECT_FALSE(player.isFree());
-    EXPECT_EQ(answerAfter(1ms, 0.8), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, AStreamThatHasOpenedSinceIsToldHomeByADetourAtItsBeginAndForCertain)
-{
-    for (const VolumeLevels each : {VolumeLevels{0.8, 0.3}, VolumeLevels{1, 0.35}}) {
-        levels = each;
-        const Commands detour{levels.home < 1 ? 0.804 : 0.996, levels.home};
-        player = {};
-        haveOwed();
-        play(false);
-        pass(10s);
-        play();
-        const auto begin = now;
-        EXPECT_EQ(answerAfter(10ms, levels.home), detour);
-        EXPECT_EQ(answerAfter(100ms, levels.home), nothing);
-        EXPECT_EQ(player.nextLook(), begin + 3s);
-        now = begin + 2999ms;
-        EXPECT_EQ(answerTo(levels.home), nothing);
-        EXPECT_EQ(answerAfter(1ms, levels.home), detour);
-        EXPECT_EQ(answerAfter(99ms, levels.home), nothing);
-        EXPECT_FALSE(player.isFree());
-        EXPECT_EQ(answerAfter(1ms, levels.home), nothing);
-        EXPECT_TRUE(player.isFree());
-    }
-}
-
-TEST_F(LoweredPlayerTest, IsNotCertainBeforeItsTrackHasGoneOnForTwoSeconds)
-{
-    haveOwed();
-    play(false);
-    play();
-    const auto begin = now;
-    EXPECT_EQ(answerAfter(10ms, 0.8).size(), 2U);
-    pass(1490ms);
-    next("2");
-    EXPECT_EQ(answerTo(0.8), nothing);
-    EXPECT_EQ(player.nextLook(), begin + 3500ms);
-    now = begin + 3499ms;
-    EXPECT_EQ(answerTo(0.8), nothing);
-    EXPECT_EQ(answerAfter(1ms, 0.8).size(), 2U);
-}
-
-TEST_F(LoweredPlayerTest, ADetourIsForgottenWhenItIsToBeLow)
-{
-    haveOwed();
-    play(false);
-    play();
-    player.see(look(0.8), now);
-    player.want(true, now);
-    EXPECT_EQ(commands(), Commands{0.3});
-}
-
-TEST_F(LoweredPlayerTest, OneThatCutsOffIsToldALittleMoreThreeTimesAndThenBelieved)
-{
-    haveOwed();
-    expectThreeTries(0.8 - 0.001, 0.804);
-    EXPECT_EQ(answerAfter(50ms, 0.79), nothing);
-    EXPECT_FALSE(player.isFree());
-    EXPECT_EQ(answerAfter(50ms, 0.79), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, FullVolumeIsNotExceeded)
-{
-    levels = {1, 0.35};
-    haveOwed();
-    expectThreeTries(0.995, 1);
-    EXPECT_EQ(answerAfter(100ms, 0.995), nothing);
-    EXPECT_TRUE(player.isFree());
-}
-
-TEST_F(LoweredPlayerTest, OneThatCutsOffHasItsTriesAgainOnceItIsCertain)
-{
-    haveLow();
-    play(false);
-    wantHome();
-    pass(1s);
-    play();
-    const auto begin = now;
-    expectThreeTries(0.79, 0.804);
-    EXPECT_EQ(answerAfter(100ms, 0.79), nothing);
-    now = begin + 3s;
-    EXPECT_EQ(answerTo(0.79), (Commands{0.804, 0.8}));
-    expectThreeTries(0.79, 0.804);
-    EXPECT_EQ(answerAfter(100ms, 0.79), nothing);
-    EXPECT_TRUE(player.isFree());
 }
 
 TEST_F(LoweredPlayerTest, ALookThatHasBegunIsNotDueAnyMore)
