@@ -1,5 +1,7 @@
 #include "platform/linux/style/SymbolIcons.h"
 
+#include "helpers/Golden.h"
+
 #include <gtest/gtest.h>
 
 namespace sonvara::test {
@@ -14,6 +16,20 @@ TEST(SymbolIconsTest, FillMostOfTheirSquare)
         EXPECT_TRUE(QRectF(0, 0, 1, 1).contains(bounds)) << name;
         EXPECT_GT(bounds.height(), 0.75) << name;
         EXPECT_LT(std::abs(bounds.center().y() - 0.5), 0.06) << name;
+    }
+}
+
+TEST(SymbolIconsTest, LookAsBefore)
+{
+    for (const char* name :
+         {"music.note", "info.circle", "checkmark.circle.fill", "exclamationmark.triangle.fill"}) {
+        // Two pixels for each unit of the outlines.
+        QImage image(200, 200, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        paintSymbol(painter, name, QRectF(0, 0, 200, 200), Qt::black);
+        painter.end();
+        EXPECT_TRUE(looksAsBefore(image, name));
     }
 }
 
