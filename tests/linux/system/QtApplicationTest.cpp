@@ -6,6 +6,7 @@
 #include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <utility>
 
 namespace sonvara::test {
@@ -83,6 +84,30 @@ TEST(QtApplicationTest, PassesOnThatTheUserAsksForItAgain)
     EXPECT_EQ(delegate->reopened, 0);
     EXPECT_EQ(application.run(), 0);
     EXPECT_EQ(delegate->reopened, 1);
+}
+
+TEST(QtApplicationTest, AWishToSeeItAgainIsPassedOnAtOnceWhileItRuns)
+{
+    QtApplication application("test");
+    std::shared_ptr<Delegate> delegate;
+    delegate = std::make_shared<Delegate>([&] {
+        EXPECT_EQ(delegate->reopened, 0);
+        application.reopen();
+        EXPECT_EQ(delegate->reopened, 1);
+        application.terminate();
+    });
+    application.setDelegate(delegate);
+    EXPECT_EQ(application.run(), 0);
+    EXPECT_EQ(delegate->reopened, 1);
+}
+
+TEST(QtApplicationTest, IsKnownToTheDesktopByItsName)
+{
+    const QtApplication application("test");
+    EXPECT_EQ(QApplication::applicationName(), "Sonvara");
+    EXPECT_EQ(QApplication::applicationDisplayName(), "Sonvara");
+    EXPECT_EQ(QApplication::desktopFileName(), SONVARA_IDENTIFIER);
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QT_XCB_NO_MITSHM")) << "what is started inherits it not";
 }
 
 TEST(QtApplicationTest, ClosingTheLastWindowDoesNotEndTheProgram)
