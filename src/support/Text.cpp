@@ -169,6 +169,31 @@ std::string cutInTheMiddle(std::string_view s, std::size_t columns)
     return std::string(s.substr(0, first->begin)).append("…").append(s.substr(end));
 }
 
+std::string wrap(std::string_view s, std::size_t columns)
+{
+    std::string lines;
+    const auto clusters = clustersOf(s);
+    const auto end = clusters.end();
+    const auto between = [&](auto first, auto behind) {
+        const auto from = first == end ? s.size() : first->begin;
+        return s.substr(from, (behind == end ? s.size() : behind->begin) - from);
+    };
+    for (auto line = clusters.begin();;) {
+        auto behind = line;
+        for (auto room = columns; behind != end && behind->columns <= room; ++behind) room -= behind->columns;
+        if (behind == end) return lines.append(between(line, end));
+        auto next = behind;
+        for (auto blank = behind; blank != line; --blank) {
+            if (between(blank, blank + 1) != " ") continue;
+            behind = blank;
+            next = blank + 1;
+            break;
+        }
+        lines.append(between(line, behind)).append("\n");
+        line = next;
+    }
+}
+
 std::string_view firstCharacter(std::string_view s)
 {
     return s.substr(0, decodeFirst(s).size);

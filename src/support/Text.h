@@ -42,6 +42,10 @@ private:
 /// is a wide one of East Asia or an emoji. User-perceived characters stay whole. Says how wide a text is wherever no font can.
 [[nodiscard]] std::string cutInTheMiddle(std::string_view s, std::size_t columns);
 
+/// `s` with line feeds, so that no line takes more than `columns` (at least two), counted as above: in place of the last blank
+/// (U+0020) of a line that is too long, or behind a whole user-perceived character where it has none. `s` has no line feeds.
+[[nodiscard]] std::string wrap(std::string_view s, std::size_t columns);
+
 /// The first character of `s`, or its first byte if no character begins with it. `s` must not be empty.
 [[nodiscard]] std::string_view firstCharacter(std::string_view s);
 

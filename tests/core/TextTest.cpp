@@ -151,6 +151,29 @@ TEST(TextCutTest, CutsNoCharacterInTwo)
     EXPECT_EQ(text::cutInTheMiddle("\xFFx\xFFx", 3), "\xFF…x");
 }
 
+TEST(TextWrapTest, LeavesWhatIsNotTooWide)
+{
+    for (const auto* text : {"", " ", "x", "12 45678", "漢字漢字"}) EXPECT_EQ(text::wrap(text, 8), text);
+}
+
+TEST(TextWrapTest, BreaksAtTheLastBlankThatHasRoom)
+{
+    EXPECT_EQ(text::wrap("a b c d e", 3), "a b\nc d\ne") << "the blank itself needs no room";
+    EXPECT_EQ(text::wrap("a b cd", 5), "a b\ncd");
+    EXPECT_EQ(text::wrap("abc ", 3), "abc\n");
+    EXPECT_EQ(text::wrap("漢 字", 4), "漢\n字");
+    EXPECT_EQ(text::wrap("ab \u0301cd", 4), "ab \u0301c\nd") << "a blank with a mark is seen";
+}
+
+TEST(TextWrapTest, BreaksALongWordBetweenItsCharacters)
+{
+    EXPECT_EQ(text::wrap("abcdefgh", 3), "abc\ndef\ngh");
+    EXPECT_EQ(text::wrap("a bcdefg", 3), "a\nbcd\nefg");
+    EXPECT_EQ(text::wrap(" abcd", 3), " ab\ncd") << "no line is empty";
+    EXPECT_EQ(text::wrap("漢字漢字漢", 5), "漢字\n漢字\n漢");
+    EXPECT_EQ(text::wrap("e\u0301e\u0301e\u0301", 2), "e\u0301e\u0301\ne\u0301");
+}
+
 TEST(TextIsValidUtf8Test, RefusesWhatIsNoText)
 {
     EXPECT_TRUE(text::isValidUtf8(""));

@@ -117,7 +117,7 @@ TEST_F(DBusMenuTest, KeepsLineBreaks)
 {
     menu.setItems({chat("one\ntwo three")});
     EXPECT_EQ(shown(0, "label"), "one\ntwo three");
-    EXPECT_EQ(cutTexts(menu), "");
+    EXPECT_EQ(cutTexts(menu, true), "");
 }
 
 TEST_F(DBusMenuTest, CutsInTheMiddleWhatIsWiderThanAMenuBears)
@@ -131,15 +131,25 @@ TEST_F(DBusMenuTest, CutsInTheMiddleWhatIsWiderThanAMenuBears)
         EXPECT_TRUE(label.startsWith("first") && label.endsWith("last")) << label.toStdString();
         EXPECT_EQ(shown(1, "label"), "one\n" + label);
         EXPECT_EQ(menu.entries()[0].item.title, title.toStdString()) << "what is shown is cut, not the value";
-        EXPECT_EQ(cutTexts(menu), title + "\none\n" + title);
+        EXPECT_EQ(cutTexts(menu, true), title + "\none\n" + title);
     }
+}
+
+TEST_F(DBusMenuTest, TellsWholeInLinesThatFitTheScreenWhatItCutsUnlessTheHostWraps)
+{
+    const auto words = QString("word ").repeated(30) + "end";
+    menu.setItems({text(words.toStdString()), chat("one\n" + words.toStdString())});
+    const auto line = QString("word ").repeated(12) + "word";
+    const auto wrapped = line + "\n" + line + "\nword word word word end";
+    EXPECT_EQ(cutTexts(menu, true), words + "\none\n" + words);
+    EXPECT_EQ(cutTexts(menu, false), wrapped + "\none\n" + wrapped);
 }
 
 TEST_F(DBusMenuTest, LeavesRoomForTheChoicesBelowAVeryLongText)
 {
     menu.setItems({chat(QString("line\n").repeated(30).toStdString())});
     EXPECT_EQ(shown(0, "label"), QString("line\n").repeated(9) + "…");
-    EXPECT_EQ(cutTexts(menu).count('\n'), 30);
+    EXPECT_EQ(cutTexts(menu, true).count('\n'), 30);
 }
 
 TEST_F(DBusMenuTest, GivesEachLineAnItemWhereTheHostShowsOneLineOnly)
@@ -165,7 +175,7 @@ TEST_F(DBusMenuTest, ALineThatBeginsFromRightToLeftDoesNotTurnItsItem)
     EXPECT_EQ(shown(0, "label"), QChar(0x200E) + song);
     EXPECT_EQ(shown(1, "label"), "Now:\n" + (QChar(0x200E) + song));
     EXPECT_EQ(shown(2, "label"), "Song - שיר");
-    EXPECT_EQ(cutTexts(menu), "") << "the mark is no cut";
+    EXPECT_EQ(cutTexts(menu, true), "") << "the mark is no cut";
 }
 
 TEST_F(DBusMenuTest, ALineKeepsItsOwnDirectionWhereAllRunsFromRightToLeft)

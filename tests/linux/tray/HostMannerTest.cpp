@@ -67,13 +67,16 @@ TEST_F(HostMannerTest, FollowsTheNamesOfTheSession)
         const char* names;
         bool growsItems;
         bool opensMenuOnRefusal;
+        bool wrapsToolTip;
     };
-    for (const auto& [names, growsItems, opensMenuOnRefusal] :
-         {Case{"KDE", false, true}, Case{"LXQt", false, false}, Case{"MATE", true, false},
-          Case{"X-Cinnamon", true, false}, Case{"ubuntu:GNOME", true, false}, Case{"", true, false}}) {
+    for (const auto& [names, growsItems, opensMenuOnRefusal, wrapsToolTip] :
+         {Case{"KDE", false, true, true}, Case{"LXQt", false, false, true}, Case{"MATE", true, false, true},
+          Case{"X-Cinnamon", true, false, false}, Case{"ubuntu:GNOME", true, false, true},
+          Case{"", true, false, true}}) {
         const Desktop desktop(names);
         EXPECT_EQ(HostManner::ofThisDesktop().growsItems, growsItems) << names;
         EXPECT_EQ(HostManner::ofThisDesktop().opensMenuOnRefusal, opensMenuOnRefusal) << names;
+        EXPECT_EQ(HostManner::ofThisDesktop().wrapsToolTip, wrapsToolTip) << names;
     }
 }
 
@@ -116,6 +119,16 @@ TEST_F(HostMannerTest, TellsWholeInTheToolTipWhatTheMenuCuts)
     EXPECT_EQ(details(), "");
     menu->setItems({text("<b>" + wideTitle), action("Quit", [] {})});
     EXPECT_TRUE(eventually([&] { return details() == "&lt;b&gt;" + QString::fromStdString(wideTitle); }));
+}
+
+TEST_F(HostMannerTest, BreaksTheToolTipsLinesWhereTheHostDoesNot)
+{
+    const Desktop cinnamon("X-Cinnamon");
+    QtStatusMenu own;
+    own.setItems({text(wideTitle)});
+    const StatusNotifierItem notifier([] { return NotifierImageList(); }, &own);
+    EXPECT_EQ(notifier.details().count('\n'), 4);
+    EXPECT_EQ(notifier.details().remove('\n'), QString::fromStdString(wideTitle));
 }
 
 TEST_F(HostMannerTest, SaysThatTheToolTipHasChanged)

@@ -8,7 +8,9 @@ namespace sonvara {
 HostManner HostManner::ofThisDesktop()
 {
     const bool isPlasma = isDesktop("KDE");
-    return {.growsItems = !isPlasma && !isDesktop("LXQt"), .opensMenuOnRefusal = isPlasma};
+    return {.growsItems = !isPlasma && !isDesktop("LXQt"),
+            .opensMenuOnRefusal = isPlasma,
+            .wrapsToolTip = !isDesktop("X-Cinnamon")};
 }
 
 bool isDesktop(const char* name)

@@ -7,6 +7,7 @@ namespace sonvara {
 struct HostManner {
     bool growsItems = true;           ///< an item of several lines is shown with all of them
     bool opensMenuOnRefusal = false;  ///< a left click that is refused opens the host's own menu
+    bool wrapsToolTip = true;         ///< a long line of the tool tip is broken by the host
 
     /// The manner of the desktop that runs, as its session names it.
     [[nodiscard]] static HostManner ofThisDesktop();

@@ -87,15 +87,17 @@ DBusMenuPropertiesList hostItems(const QtStatusMenu& menu, bool growsItems)
     return items;
 }
 
-QString cutTexts(const QtStatusMenu& menu)
+QString cutTexts(const QtStatusMenu& menu, bool wrapsToolTip)
 {
-    QStringList texts;
+    QStringList lines;
     for (const auto& entry : menu.entries()) {
         const auto& text = textOf(entry.item);
-        const auto whole = QString::fromStdString(text);
-        if (cutLines(text).join(QLatin1Char('\n')) != whole) texts.append(whole);
+        if (cutLines(text).join(QLatin1Char('\n')) == QString::fromStdString(text)) continue;
+        for (const auto line : text::split(text, "\n"))
+            lines.append(
+                QString::fromStdString(wrapsToolTip ? std::string(line) : text::wrap(line, widestLine)));
     }
-    return texts.join(QLatin1Char('\n'));
+    return lines.join(QLatin1Char('\n'));
 }
 
 }  // namespace sonvara

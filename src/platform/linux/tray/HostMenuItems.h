@@ -13,7 +13,8 @@ namespace sonvara {
 /// the screen. Without `growsItems` each further line of a text is an item of its own. Main thread.
 [[nodiscard]] DBusMenuPropertiesList hostItems(const QtStatusMenu& menu, bool growsItems);
 
-/// The texts of `menu` that `hostItems` cuts, whole, one below the other. Main thread.
-[[nodiscard]] QString cutTexts(const QtStatusMenu& menu);
+/// The texts of `menu` that `hostItems` cuts, whole, one below the other; in lines as wide as the widest there unless the
+/// host `wrapsToolTip` itself. Main thread.
+[[nodiscard]] QString cutTexts(const QtStatusMenu& menu, bool wrapsToolTip);
 
 }  // namespace sonvara

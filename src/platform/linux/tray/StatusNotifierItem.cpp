@@ -95,7 +95,7 @@ StatusNotifierItem::StatusNotifierItem(Pictures pictures, QtStatusMenu* menu)
     if (menu != nullptr) {
         new DBusMenu(*menu, host_, &menuObject_);
         connect(menu, &QtStatusMenu::itemsChanged, this, &StatusNotifierItem::updateDetails);
-        details_ = cutTexts(*menu);
+        details_ = cutTexts(*menu, host_.wrapsToolTip);
         bus_.registerObject(menuPath, &menuObject_);
     }
     bus_.registerObject(itemPath, this);
@@ -133,7 +133,7 @@ void StatusNotifierItem::updateIcon()
 
 void StatusNotifierItem::updateDetails()
 {
-    const auto before = std::exchange(details_, cutTexts(*menu_));
+    const auto before = std::exchange(details_, cutTexts(*menu_, host_.wrapsToolTip));
     if (details_ != before) Q_EMIT detailsChanged();
 }
 
