@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""player.py TITLE ARTIST  A player on the session bus that plays this track until it is ended; "-" as TITLE is silence."""
+"""player.py TITLE ARTIST  A player on the session bus that plays this track until it is ended; "-" as TITLE is a pause."""
 
 import sys
 
@@ -13,7 +13,7 @@ TITLE, ARTIST = sys.argv[1:]
 STATE = {
     "org.mpris.MediaPlayer2": {"Identity": "Sample player", "CanQuit": False},
     PLAYER: {
-        "PlaybackStatus": "Stopped" if TITLE == "-" else "Playing",
+        "PlaybackStatus": "Paused" if TITLE == "-" else "Playing",
         "Volume": 1.0,
         "Metadata": dbus.Dictionary({
             "mpris:trackid": dbus.ObjectPath("/track/1"), "mpris:length": dbus.Int64(240_000_000), "xesam:title": TITLE,
