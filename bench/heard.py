@@ -4,7 +4,7 @@ import os
 import time
 
 from desktop.players import Player
-from desktop.sound import MUSIC, SPEECH, STEP, Recorder
+from desktop.sound import MUSIC, SPEECH, Recorder
 from desktop.tracks import Track, make_tracks
 
 from contenders import PIPELINE, SONVARA, Running
@@ -14,6 +14,8 @@ from signals import SignalTimes
 TRACKS = {SONVARA: 100, PIPELINE: 30}
 LENGTH = 30  # seconds: no track ends by itself
 PAUSE = 1.5  # seconds of silence after a line: by then the music is loud again
+AT_FIRST = 0.1  # seconds from the voice's first sound on, in which the music must be low
+LOWER = 13  # decibels: half of what it is to sink by, as cmus is at 35 % (27)
 
 TITLE = "From a player's signal to the first sound of the voice"
 
@@ -38,11 +40,13 @@ class _Listener:
 
     def __init__(self, desktop, recorder):
         self._desktop, self._recorder = desktop, recorder
-        self._lead = min(self._lead_now() for _ in range(500))
+
+    def _lead(self):
+        """By how much the clock is ahead of the recording now; on a busy machine the recording may lose something."""
+        return min(self._lead_now() for _ in range(100))
 
     def _lead_now(self):
-        """By how much the clock is ahead of the recording, which grows by some milliseconds at once."""
-        time.sleep(0.001)
+        time.sleep(0.001)  # it grows by some milliseconds at once
         return time.monotonic() - self._recorder.seconds()
 
     def run(self, command, files, count):
@@ -57,12 +61,12 @@ class _Listener:
         return tracks
 
     def _change_track(self, player, signals):
-        told = signals.next(lambda: player.call("Next")) - self._lead
+        lead = self._lead()
+        told = signals.next(lambda: player.call("Next")) - lead
         line = self._hear_line()
-        levels = self._recorder.levels(MUSIC)
-        loud = max(levels[round(told / STEP) - 50:round(told / STEP)])
-        middle = (loud + min(levels[round(line.start / STEP):round(line.end / STEP)])) / 2
-        return line.start - told, levels[round(line.start / STEP)] < middle
+        first = self._recorder.onset(SPEECH, line)
+        loud = self._recorder.level_between(MUSIC, told - 0.5, told)
+        return first - told, self._recorder.loudest_between(MUSIC, first, first + AT_FIRST) < loud - LOWER
 
     def _hear_line(self):
         self._recorder.next_sound(SPEECH, 10)

@@ -57,6 +57,16 @@ class Measuring(unittest.TestCase):
         self.assertEqual(recording.sounds(MUSIC), [])
         self.assertTrue(recording.is_audible(SPEECH))
 
+    def test_sound_begins_with_its_first_audible_sample(self):
+        recording = self.record([], tone(0.2534, 0.002) + tone(1, 0.3))
+        self.assertAlmostEqual(recording.onset(SPEECH, recording.sounds(SPEECH)[0]), 0.2534, delta=0.0002)
+
+    def test_loudest_is_exact_to_the_sample(self):
+        recording = self.record(tone(0.2534, 0.5) + tone(1, 0.05), [])
+        self.assertAlmostEqual(recording.loudest_between(MUSIC, 0.2534, 0.4), -29.03, delta=0.5)
+        self.assertGreater(recording.loudest_between(MUSIC, 0.2514, 0.4), -20)
+        self.assertAlmostEqual(recording.loudest_between(MUSIC, 0.2, 0.4), -9.03, delta=0.5)
+
     def test_likeness_tells_one_line_from_another_and_from_two_at_once(self):
         line = tone(0.5, 0.3) + tone(0.2, 0.02) + tone(0.8, 0.4) + tone(0.3, 0.01) + tone(0.4, 0.2)
         other = tone(0.3, 0.02) + tone(0.6, 0.5) + tone(0.4, 0.03) + tone(0.3, 0.4) + tone(0.6, 0.02)

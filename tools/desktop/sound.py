@@ -16,6 +16,7 @@ MUSIC, SPEECH = 0, 2  # the first channel of each in the four channels of the re
 STEP = 0.01  # seconds of one measured window
 SILENCE = -96.0
 AUDIBLE = -50.0  # louder than this is sound; the pauses between two words are not
+_AUDIBLE_SAMPLE = 32768 * 10 ** (AUDIBLE / 20)  # a louder window holds one
 _CHANNELS = 4
 _CHANNEL_MAP = "--channel-map=front-left,front-right,rear-left,rear-right"  # else the channels are mixed
 _FRAMES = int(RATE * STEP)
@@ -52,6 +53,16 @@ class Recording:
         if not levels:
             raise ValueError(f"nothing was recorded between {start:.2f} s and {end:.2f} s")
         return levels[len(levels) // 2]
+
+    def loudest_between(self, channel, start, end, piece=0.005):
+        """The level of the loudest piece between the two times, which is exact to the sample."""
+        samples, size = self._samples(channel, start, end), round(piece * RATE)
+        return max(_level(samples[first:first + size]) for first in range(0, len(samples) - size + 1, size))
+
+    def onset(self, channel, sound):
+        """When the first sample of one of the `sounds` is audible."""
+        samples = self._samples(channel, sound.start, sound.end)
+        return sound.start + next(index for index, sample in enumerate(samples) if abs(sample) > _AUDIBLE_SAMPLE) / RATE
 
     def sounds(self, channel, gap=0.7):
         """The spans with sound; shorter silences than `gap`, as between two sentences, belong to them."""
