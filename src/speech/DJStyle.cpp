@@ -1,5 +1,7 @@
 #include "speech/DJStyle.h"
 
+#include "support/Random.h"
+
 #include <cstddef>
 #include <random>
 
@@ -8,9 +10,8 @@ namespace {
 
 std::string_view randomOpener()
 {
-    std::random_device source;
     std::uniform_int_distribution<std::size_t> position(0, DJ::openers.size() - 1);
-    return DJ::openers[position(source)];
+    return DJ::openers[position(randomSource())];
 }
 
 }  // namespace
