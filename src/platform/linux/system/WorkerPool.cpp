@@ -63,13 +63,15 @@ public:
 
     void post(Task task)
     {
-        const std::lock_guard lock(mutex_);
+        std::unique_lock lock(mutex_);
         if (isClosed_) return;
         tasks_.push_back(std::move(task));
-        if (idle_ >= tasks_.size())
+        if (idle_ >= tasks_.size()) {
+            lock.unlock();  // the worker wakes at once, and would have to wait for it
             changed_.notify_one();
-        else if (workers_ < limit_)
+        } else if (workers_ < limit_) {
             start();
+        }
     }
 
     void close()
