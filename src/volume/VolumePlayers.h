@@ -13,7 +13,7 @@ namespace sonvara {
 /// One run of a player's program, or one connection of it; never used again for another one. 0 is none.
 using PlayerRun = std::uint64_t;
 
-/// Main thread; nothing blocks. What is told to a player and asked of it reaches it in that order.
+/// Main thread; nothing blocks. What is asked of a player reaches it behind all that it was told before.
 class VolumePlayers {
 public:
     /// What was told; nothing if there is no answer, or one without a volume.

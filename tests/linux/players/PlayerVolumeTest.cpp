@@ -5,7 +5,10 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace sonvara::test {
 namespace {
@@ -72,6 +75,19 @@ TEST_F(PlayerVolumeTest, ALineThatIsOverLowersNothing)
     EXPECT_TRUE(comesTo(*player, 0.35)) << "the core believes that it has lowered it";
     fallSilent();
     EXPECT_TRUE(comesTo(*player, 1.0));
+}
+
+TEST_F(PlayerVolumeTest, ALookIsBehindWhatTheMainThreadHasToDo)
+{
+    begin();
+    std::vector<std::string> order;
+    constexpr PlayerRun gone = 99;
+    players->volumes().look(gone, [&](const std::optional<VolumeLook>& look) {
+        order.emplace_back(look ? "a volume" : "no answer");
+    });
+    mainQueue.post([&] { order.emplace_back("a line"); });
+    EXPECT_TRUE(eventually([&] { return order.size() == 2; }));
+    EXPECT_EQ(order, (std::vector<std::string>{"a line", "no answer"}));
 }
 
 TEST_F(PlayerVolumeTest, IsSetOnTheProgramOnWhichItWasReadOrNowhere)

@@ -5,11 +5,12 @@
 #include "volume/LoweredNotes.h"
 #include "volume/LoweredPlayers.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
-#include <vector>
 
 namespace sonvara {
 namespace {
@@ -68,7 +69,7 @@ void MprisVolume::read(PlayerRun run, const Answer& answer)
 
 void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
 {
-    look(run, [this, run, answer, repeats](const std::optional<VolumeLook>& look) {
+    ask(run, [this, run, answer, repeats](const std::optional<VolumeLook>& look) {
         const bool isEarly = look && (look->volume < audible || (loweredPlayers_ != nullptr &&
                                                                  loweredPlayers_->mayMislead(run, *look)));
         if (isEarly && repeats > 0)
@@ -78,9 +79,25 @@ void MprisVolume::read(PlayerRun run, const Answer& answer, int repeats)
     });
 }
 
+// Behind the line that a change of tracks brings, as the polls are.
 void MprisVolume::look(PlayerRun run, const Answer& answer)
 {
-    bus_.askState(owners_[run], [answer](const StateMessage& state) { answer(lookOf(state)); });
+    looks_.emplace_back(run, answer);
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority);
+}
+
+void MprisVolume::customEvent(QEvent* /*event*/)
+{
+    for (const auto& [run, answer] : std::exchange(looks_, {})) ask(run, answer);
+}
+
+void MprisVolume::ask(PlayerRun run, const Answer& answer)
+{
+    const auto owner = owners_.find(run);
+    if (owner == owners_.end())
+        answer(std::nullopt);
+    else
+        bus_.askState(owner->second, [answer](const StateMessage& state) { answer(lookOf(state)); });
 }
 
 void MprisVolume::tell(PlayerRun run, double volume)

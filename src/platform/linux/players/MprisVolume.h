@@ -10,6 +10,8 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace sonvara {
 
@@ -34,8 +36,12 @@ public:
     void look(PlayerRun run, const Answer& answer) override;
     void tell(PlayerRun run, double volume) override;
 
+protected:
+    void customEvent(QEvent* event) override;
+
 private:
     void read(PlayerRun run, const Answer& answer, int repeats);
+    void ask(PlayerRun run, const Answer& answer);
     PlayerRun report(const Player& player);
     void takeOwnerChange(const std::string& now);
     void takeState(const std::string& owner, const StateChange& state);
@@ -43,7 +49,8 @@ private:
     MprisBus& bus_;
     const PlayerDirectory& directory_;
     LoweredPlayers* loweredPlayers_ = nullptr;
-    std::map<PlayerRun, std::string> owners_;  ///< of the runs that were reported
+    std::map<PlayerRun, std::string> owners_;          ///< of the runs that were reported
+    std::vector<std::pair<PlayerRun, Answer>> looks_;  ///< to be begun
 };
 
 }  // namespace sonvara
