@@ -36,10 +36,11 @@ TEST(DisplayCheckDeathTest, SaysThatThereIsNoDisplay)
 TEST(DisplayCheckDeathTest, NamesTheFirstReasonWhyADisplayCannotBeUsed)
 {
     for (const char* variable : variables) {
-        EXPECT_EXIT(failWith(variable, {" could not connect\n", "and no other"}),
-                    testing::ExitedWithCode(EXIT_FAILURE),
-                    "^sonvara: The display cannot be used \\(could not connect\\): start the program in a desktop "
-                    "session for which Qt's platform plugin is installed\n$")
+        EXPECT_EXIT(
+            failWith(variable, {" could not connect\n", "and no other"}),
+            testing::ExitedWithCode(EXIT_FAILURE),
+            "^sonvara: The display cannot be used \\(could not connect\\): start the program in a desktop "
+            "session for which Qt's platform plugin is installed\n$")
             << variable;
     }
     EXPECT_EXIT(failWith("DISPLAY", {}), testing::ExitedWithCode(EXIT_FAILURE), "\\(no plugin\\)");

@@ -57,10 +57,11 @@ public:
                                                     : "StatusNotifierHostUnregistered"));
     }
 
-    QDBusMessage call(const QString& interface, const QString& method, const QVariantList& arguments)
+    /// Asks the item that registered last.
+    QDBusMessage call(const QString& interface, const QString& method, const QVariantList& arguments,
+                      const QString& path = "/StatusNotifierItem")
     {
-        auto question =
-            QDBusMessage::createMethodCall(items.last(), "/StatusNotifierItem", interface, method);
+        auto question = QDBusMessage::createMethodCall(items.last(), path, interface, method);
         question.setArguments(arguments);
         QDBusPendingCallWatcher answer(bus.asyncCall(question));
         eventually([&] { return answer.isFinished(); });

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVirtualObject>
@@ -24,6 +25,9 @@ public:
     {
         bus_.registerVirtualObject(path, this);
         bus_.registerService(service);
+        // A panel that is made now asks by itself, and not because it hears of this name only then.
+        EXPECT_TRUE(QDBusConnection::sessionBus().interface()->isServiceRegistered(service));
+        runEvents();
     }
     ~FakeSettings() override
     {
@@ -38,10 +42,10 @@ public:
         return true;
     }
 
+    /// Signals another value than questions get.
     void tell(const QString& interface, const QString& name, const QString& group, const QString& key,
               QVariant value)
     {
-        value_ = value;
         auto signal = QDBusMessage::createSignal(path_, interface, name);
         signal << group << key << QVariant::fromValue(QDBusVariant(std::move(value)));
         bus_.send(signal);
@@ -87,6 +91,7 @@ TEST(PanelColorsTest, FollowTheDesktopsPreference)
     FakeSettings settings(portal, portalPath, QVariant::fromValue(QDBusVariant(1U)));
     const PanelColors panel;
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
+    EXPECT_TRUE(isAnswered(panel));
     settings.tell("org.freedesktop.portal.Settings", "SettingChanged", "org.freedesktop.appearance",
                   "color-scheme", 2U);
     EXPECT_TRUE(eventually([&] { return !isLight(panel); }));
@@ -155,9 +160,12 @@ TEST(PanelColorsTest, KnowTheDarkPanelOfXfce)
     const PanelColors panel;
     const QSignalSpy changes(&panel, &PanelColors::changed);
     EXPECT_TRUE(eventually([&] { return !changes.isEmpty(); }));
+    EXPECT_TRUE(isAnswered(panel));
     EXPECT_FALSE(isLight(panel));
+    const auto before = changes.size();
     settings.tell("org.xfce.Xfconf", "PropertyChanged", "xfce4-panel", "/panels/dark-mode", true);
     EXPECT_TRUE(eventually([&] { return isLight(panel); }));
+    EXPECT_EQ(changes.size(), before + 1);
 }
 
 TEST(PanelColorsTest, AskAServiceThatStartsLater)

@@ -1,6 +1,7 @@
 #include "MenuItems.h"
 #include "StatusItemFixture.h"
 #include "helpers/PainterHook.h"
+#include "platform/linux/tray/DBusMenu.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>
@@ -236,6 +237,20 @@ TEST_F(StatusItemTest, RegistersOnceForEachThingThatChanges)
     EXPECT_EQ(watcher->property("Status"), "Active");
     EXPECT_EQ(watcher->items.size(), 3);
     item.reset();
+}
+
+TEST_F(StatusItemTest, GivesTheHostItsMenu)
+{
+    watcher = std::make_unique<FakeWatcher>();
+    start();
+    menu->setItems({text("Song 1")});
+    ASSERT_TRUE(isRegistered(1));
+    const auto path = watcher->property("Menu").value<QDBusObjectPath>().path();
+    const auto answer =
+        watcher->call("com.canonical.dbusmenu", "GetLayout", {0, -1, QStringList("label")}, path);
+    const auto items = qdbus_cast<DBusMenuNode>(answer.arguments().value(1)).children;
+    ASSERT_EQ(items.size(), 1);
+    EXPECT_EQ(items[0].properties["label"], "Song 1");
 }
 
 TEST_F(StatusItemTest, AnItemWithoutAMenuBearsClicks)

@@ -92,6 +92,7 @@ TEST_F(TrayMenuViewTest, ALabelStandsWhereTheTextsOfTheChoicesDo)
     EXPECT_EQ(labelOf(actions[0])->contentsMargins(), QMargins(inset, 3, inset, 3));
     const auto colors = RoleColors::of(view.widget().palette());
     EXPECT_EQ(labelOf(actions[0])->palette().color(QPalette::WindowText), colors.secondaryLabel);
+    EXPECT_EQ(labelOf(actions[0])->font(), roleFont(FontRole::body));
     EXPECT_EQ(labelOf(actions[1])->palette().color(QPalette::WindowText), colors.label);
 }
 

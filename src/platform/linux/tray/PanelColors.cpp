@@ -36,11 +36,9 @@ QVariant unwrapped(QVariant value)
 /// 1 asks for dark, 2 for light; everything else has no preference.
 std::optional<bool> preference(const QVariant& scheme)
 {
-    switch (unwrapped(scheme).toUInt()) {
-    case 1: return true;
-    case 2: return false;
-    default: return std::nullopt;
-    }
+    const auto wish = unwrapped(scheme).toUInt();
+    if (wish == 1 || wish == 2) return wish == 1;
+    return std::nullopt;
 }
 
 }  // namespace
