@@ -26,6 +26,7 @@ TEST(MnemonicsTest, HandsOutNoKeyTwice)
 TEST(MnemonicsTest, MarksTheKeyWhereverItIs)
 {
     EXPECT_EQ(withMnemonic("View log (3)", u'l'), "View &log (3)");
+    EXPECT_EQ(withMnemonic("View log", u'v'), "&View log");
     EXPECT_EQ(withMnemonic("R&D lab", u'L'), "R&&D &lab");
     EXPECT_EQ(withMnemonic("R&D", {}), "R&&D");
     EXPECT_EQ(withMnemonic("R&D", u'x'), "R&&D");
