@@ -45,6 +45,17 @@ TEST_F(IniUserDefaultsChangesTest, NoticesEveryChangeByOthers)
     EXPECT_EQ(changes, 6);
 }
 
+TEST_F(IniUserDefaultsChangesTest, LeavesAFileThatOthersChangeItsTime)
+{
+    makeFolder();
+    const auto defaults = open();
+    EXPECT_FALSE(defaults->hasObject("aiProvider"));
+    replace("[General]\naiProvider=first\n");
+    const auto time = QFileInfo(path()).lastModified();
+    EXPECT_TRUE(eventually([&] { return defaults->stringForKey("aiProvider") == "first"; }));
+    EXPECT_EQ(QFileInfo(path()).lastModified(), time);
+}
+
 TEST_F(IniUserDefaultsChangesTest, NoticesAChangeBehindALink)
 {
     ASSERT_TRUE(QDir(folder_.path()).mkpath("real"));

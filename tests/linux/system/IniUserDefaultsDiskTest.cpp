@@ -84,6 +84,7 @@ TEST_F(IniUserDefaultsDiskTest, AStoreThatCannotBeWrittenKeepsValuesAndSaysSoOnc
     int changes = 0;
     const auto subscription = defaults->onChange([&] { ++changes; });
     defaults->setBool("aiIntros", true);
+    EXPECT_TRUE(defaults->flush(20s));
     defaults->setString("aiProvider", "geminiCLI");
     EXPECT_TRUE(defaults->boolForKey("aiIntros"));
     EXPECT_EQ(defaults->stringForKey("aiProvider"), "geminiCLI");

@@ -11,7 +11,6 @@ public:
         : queue_(&queue),
           action_(std::make_shared<const Task>(std::move(action)))
     {
-        timer_.setTimerType(Qt::CoarseTimer);
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { fire(); });
         timer_.start(interval);
     }
@@ -33,7 +32,7 @@ private:
 
     QtMainQueue* queue_;  // null once invalidated
     std::shared_ptr<const Task> action_;
-    QTimer timer_;
+    QTimer timer_;  // a coarse one, as all are that are told nothing else
 };
 
 QtMainQueue::~QtMainQueue()
