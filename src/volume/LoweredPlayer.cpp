@@ -60,7 +60,8 @@ bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
 
 bool LoweredPlayer::hasFallenSilent(double volume, VolumeTime now) const
 {
-    return !isFree() && isPlaying_ && volume <= silence && now < trackSince_ + connecting && !hasComeFar_;
+    const bool wasTold = !isFree() && told_ != VolumeTime{};
+    return wasTold && isPlaying_ && volume <= silence && now < trackSince_ + connecting;
 }
 
 bool LoweredPlayer::isAtHome(double volume) const

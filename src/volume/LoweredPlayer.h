@@ -150,7 +150,7 @@ private:
     std::optional<double> command_;
     std::optional<double> detour_;  ///< to be told before that
     std::optional<VolumeTime> nextLook_;
-    VolumeTime told_{};           ///< when it was last told anything
+    VolumeTime told_{};           ///< when it was last told anything; if it was
     VolumeTime toldElsewhere_{};  ///< when it was last told anything but home; it may do that yet
     bool toldWhilePlaying_ = false;
     bool toldWhileReady_ = false;

@@ -81,12 +81,12 @@ TEST_F(LoweredPlayerOpeningTest, OneThatIsOwedItsVolumeAndSilencedThenIsJudgedTw
     EXPECT_TRUE(player.isFree()) << "its user has silenced it";
 }
 
-TEST_F(LoweredPlayerOpeningTest, OneThatIsFarIntoItsTrackWhenItIsFirstSeenIsSilentAsItsUserWants)
+TEST_F(LoweredPlayerOpeningTest, ANewOneThatIsOwedItsVolumeIsToldNothingWhileItIsSilent)
 {
     player.owe(levels);
-    isPlaying = true;
-    position = 3000ms;
-    EXPECT_EQ(answerTo(0), nothing);
+    play();
+    EXPECT_EQ(answerAfter(200ms, 0), nothing);
+    EXPECT_EQ(player.nextLook(), now + 2800ms);
 }
 
 TEST_F(LoweredPlayerOpeningTest, AFullVolumeMayMisleadForThreeTenthsOfASecond)

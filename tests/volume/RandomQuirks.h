@@ -31,7 +31,11 @@ inline Quirks chooseQuirks(Dice& dice)
     // Whatever else, no player has been seen with this and the one or the other.
     if (!quirks.truncates && !quirks.opensAtCube && !quirks.believesItself && dice.chance())
         quirks.takesBack = Milliseconds(dice.number(5, 150));
-    if (quirks.takesBack && dice.chance()) quirks.fallsSilent = Milliseconds(dice.number(5, 70));
+    // Strawberry does the one or the other with a track, never both.
+    if (quirks.takesBack && dice.chance()) {
+        quirks.takesBack.reset();
+        quirks.fallsSilent = Milliseconds(dice.number(5, 70));
+    }
     return quirks;
 }
 
