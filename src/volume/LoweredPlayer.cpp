@@ -51,6 +51,14 @@ bool LoweredPlayer::isDoubtful(const VolumeLook& look, VolumeTime now) const
     return state_ == State::owed && isSame(look.volume, 1) && hasComeFar(look) && !goesOn_ && !isReady(now);
 }
 
+bool LoweredPlayer::isReadable(const VolumeLook& look, VolumeTime now) const
+{
+    if (isFree()) return !isSilence(look.volume, now);
+    const bool isSilenced =
+        state_ == State::owed && isReady(now) && look.volume <= silence && !isAtHome(look.volume);
+    return !isSilenced && !isDoubtful(look, now);
+}
+
 bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
 {
     if (!isFree()) return isDoubtful(look, now);
@@ -153,8 +161,9 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         repeats_ = mostRepeats;  // if it does so again, it has its way
         tell(levels_.low, now);
     } else if ((isReady(now) || !isOpening(volume, now)) && hasSettled(now)) {
-        // One that went home by itself may go low by itself, too, where its tracks change quickly.
-        state_ = isSame(volume, levels_.home) ? State::owed : State::free;
+        // One that went home by itself may go low by itself, too, where its tracks change quickly; and one that is
+        // silenced while it is low comes back low.
+        state_ = isAtHome(volume) || volume <= silence ? State::owed : State::free;
         repeats_ = 0;
     }
 }
@@ -166,7 +175,7 @@ void LoweredPlayer::judgeOwed(double volume, VolumeTime now)
         judgeHome(volume, now);
     } else if (isAboutLow(volume) || isCube(volume, now)) {
         repeat(levels_.home, now);
-    } else if (isPlaying_ && !isOpening(volume, now) && hasSettled(now)) {
+    } else if (isPlaying_ && volume > silence && !isOpening(volume, now) && hasSettled(now)) {
         state_ = State::free;
     }
 }

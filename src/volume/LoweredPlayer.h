@@ -46,6 +46,7 @@ struct VolumeLevels {
 /// | lowered | seen at home, had obeyed, a track or | tell low once more for this track: Strawberry takes its
 /// |         | stream has just begun                | volume back when it opens a stream
 /// | lowered | seen at home, had obeyed             | the user's hand: owed; free at once, if that is for certain
+/// | lowered | seen silent                          | the user's hand: owed, for it may come back low; told nothing
 /// | lowered | seen anywhere else                   | the user's hand: free
 /// | owed    | seen at home, for certain            | free
 /// | owed    | seen a hundredth below home          | tell home, and a little: players cut off
@@ -56,6 +57,7 @@ struct VolumeLevels {
 /// | owed    | seen about low                       | tell home again
 /// | owed    | seen at full, far into its track,    | in doubt: look again; nothing is settled, nothing is read
 /// |         | which has not gone on since          |
+/// | owed    | seen silent                          | the user's hand: told nothing and not read until it is heard
 /// | owed    | seen anywhere else                   | the user's hand: free
 /// | lowered | seen silent, a track or stream has   | tell it again: Strawberry says so of a stream that it opens
 /// | or owed | just begun: no hand is so quick      | on PipeWire, until it is told, and has another volume
@@ -97,6 +99,9 @@ public:
     /// Whether nobody knows its user's volume: it is owed one, and `look` is its user's hand, or a stream that is
     /// not open yet.
     [[nodiscard]] bool isDoubtful(const VolumeLook& look, VolumeTime now) const;
+
+    /// Whether its user's volume is known now, from `look` or from what is owed to it.
+    [[nodiscard]] bool isReadable(const VolumeLook& look, VolumeTime now) const;
 
     /// There is a note of it: its volume is owed to it from before.
     void owe(const VolumeLevels& levels)

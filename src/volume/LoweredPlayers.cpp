@@ -115,11 +115,10 @@ void LoweredPlayers::read(const std::string& player, const ReadAnswer& answer)
             return;
         }
         const auto levels = lowered.levels();
-        const auto now = surroundings_.now();
-        if (levels ? lowered.isDoubtful(*look, now) : lowered.isSilence(look->volume, now))
-            answer(std::nullopt);
-        else
+        if (lowered.isReadable(*look, surroundings_.now()))
             answer(Reading{run, levels ? levels->home : look->volume, look->isPlaying});
+        else
+            answer(std::nullopt);
     });
 }
 

@@ -122,6 +122,66 @@ TEST_F(LoweredPlayerTest, OneThatIsOwedItsVolumeFromBeforeHasAsManyTries)
     EXPECT_EQ(answerAfter(100ms, 0.3), nothing);
 }
 
+TEST_F(LoweredPlayerTest, OneThatIsSilencedWhileItIsLowComesBackToItsVolumeAndNotLow)
+{
+    haveObeyed();
+    EXPECT_EQ(answerAfter(1s, 0), nothing);
+    EXPECT_FALSE(player.isLowered());
+    EXPECT_FALSE(player.isReadable(look(0), now));
+    player.want(false, now);
+    EXPECT_EQ(answerAfter(10s, 0.01), nothing) << "its user has silenced it";
+    EXPECT_EQ(answerAfter(10s, 0.3), Commands{0.8});
+    EXPECT_EQ(answerAfter(100ms, 0.8), nothing);
+    EXPECT_TRUE(player.isFree());
+}
+
+// The command before was obeyed late, and cut off: what had looked like obedience was still the low volume of that time.
+TEST_F(LoweredPlayerTest, OneThatIsSeenAHundredthBelowHomeAfterAllIsBroughtHomeExactly)
+{
+    haveOwed();
+    player.want(true, now);
+    EXPECT_EQ(commands(), Commands{0.3});
+    EXPECT_EQ(answerAfter(5ms, 0.3), nothing);
+    EXPECT_EQ(answerAfter(100ms, 0.79), Commands{0.804});
+    EXPECT_FALSE(player.isLowered());
+}
+
+TEST_F(LoweredPlayerTest, OneThatIsSilencedAndTurnedUpIsInItsUsersHand)
+{
+    haveObeyed();
+    EXPECT_EQ(answerAfter(1s, 0), nothing);
+    EXPECT_EQ(answerAfter(10s, 0.011), nothing);
+    EXPECT_TRUE(player.isFree());
+}
+
+TEST_F(LoweredPlayerTest, IsReadableWhereItsUsersVolumeIsKnown)
+{
+    haveForLong();
+    EXPECT_TRUE(player.isReadable(look(0), now)) << "its user has silenced it, and it is owed nothing";
+    next("2");
+    EXPECT_FALSE(player.isReadable(look(0), now)) << "what its stream tells first";
+    player.lower(levels, now);
+    EXPECT_TRUE(player.isReadable(look(0), now)) << "levels are known";
+    player.want(false, now);
+    EXPECT_FALSE(player.isReadable(look(0.01), now));
+    EXPECT_TRUE(player.isReadable(look(0.011), now));
+    play(false);
+    play();
+    pass(2999ms);
+    EXPECT_TRUE(player.isReadable(look(0), now)) << "it has no stream yet";
+    pass(1ms);
+    EXPECT_FALSE(player.isReadable(look(0), now));
+}
+
+TEST_F(LoweredPlayerTest, OneThatItsUserHadSilencedIsReadable)
+{
+    levels = {0, 0.12};
+    haveOwed();
+    EXPECT_TRUE(player.isReadable(look(0), now));
+    EXPECT_EQ(answerAfter(100ms, 0), nothing);
+    EXPECT_TRUE(player.isFree());
+}
+
 TEST_F(LoweredPlayerTest, ALookThatHasBegunIsNotDueAnyMore)
 {
     player.owe(levels);

@@ -74,7 +74,7 @@ TEST_F(LoweredPlayerTrackTest, AThousandthIsAnotherVolume)
     haveObeyed();
     next("2");
     EXPECT_EQ(answerAfter(10ms, 0.5011), nothing);
-    EXPECT_TRUE(player.isFree());
+    EXPECT_FALSE(player.isLowered()) << "it was not put there by the player";
 }
 
 }  // namespace

@@ -45,6 +45,7 @@ public:
     [[nodiscard]] double sound() const { return sound_; }
     [[nodiscard]] bool hasStream() const { return hasStream_; }
     [[nodiscard]] bool tellsTruth() const { return told() == sound_; }
+    [[nodiscard]] bool tellsSilence() const { return tellsSilence_; }
     [[nodiscard]] bool resumes() const { return quirks_.resumesAt > 0ms; }
     /// A command has arrived, and has not been obeyed.
     [[nodiscard]] bool isObeying() const { return commands_ > 0; }

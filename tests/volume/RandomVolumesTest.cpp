@@ -167,6 +167,8 @@ private:
     {
         while (core_.lines > 0) core_.fallSilent();
         player_.play();
+        if (player_.tellsSilence())
+            player_.next();  // its user may have silenced it: nobody knows until it is heard
         for (int poll = 0; poll < 4; ++poll) {
             desktop_.poll();
             pass(3s);
