@@ -6,11 +6,8 @@
 #include "platform/linux/tray/XEmbedIcon.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 #include <QPixmap>
 #include <QTimer>
-
-#include <utility>
 
 namespace sonvara {
 
@@ -33,7 +30,11 @@ QIcon iconOf(const QList<QImage>& pictures)
 
 }  // namespace
 
-QtStatusItem::QtStatusItem(TrayHostWatcher& host, PanelColors& colors) : host_(host), colors_(colors)
+QtStatusItem::QtStatusItem(TrayHostWatcher& host, PanelColors& colors)
+    : host_(host),
+      colors_(colors),
+      hostPictures_(notifierImages),
+      icons_(iconOf)
 {
     connect(&host_, &TrayHostWatcher::notifierHostChanged, this, &QtStatusItem::rebuild);
     connect(&colors_, &PanelColors::changed, this, &QtStatusItem::showContent);
@@ -66,7 +67,7 @@ void QtStatusItem::setSymbol(const Symbol& symbol)
     setContent(symbol);
 }
 
-void QtStatusItem::setContent(Content content)
+void QtStatusItem::setContent(IconContent content)
 {
     if (content == content_) return;  // said again with every poll; the host would fetch it each time
     content_ = std::move(content);
@@ -79,8 +80,8 @@ void QtStatusItem::rebuild()
     embedded_.reset();
     if (!isVisible_ || !host_.hasNotifierHost()) return;
     if (*host_.hasNotifierHost()) {
-        notifier_ =
-            std::make_unique<StatusNotifierItem>([this] { return notifierImages(pictures()); }, menu_);
+        notifier_ = std::make_unique<StatusNotifierItem>(
+            [this] { return hostPictures_.get(content_, colors_.colors()); }, menu_);
         connect(notifier_.get(), &StatusNotifierItem::refused, &host_, &TrayHostWatcher::refuse,
                 Qt::QueuedConnection);  // it drops the item
     } else if (QGuiApplication::platformName() == QLatin1String("xcb")) {
@@ -93,17 +94,7 @@ void QtStatusItem::rebuild()
 void QtStatusItem::showContent()
 {
     if (notifier_) notifier_->updateIcon();
-    if (embedded_) embedded_->setIcon(iconOf(pictures()));
-}
-
-/// Made anew for each host that reads them: that is seldom, and what is kept is a tenth of the heap.
-QList<QImage> QtStatusItem::pictures() const
-{
-    if (const auto* image = std::get_if<std::shared_ptr<const QtImage>>(&content_))
-        return (*image)->colored(colors_.colors());
-    if (const auto* symbol = std::get_if<Symbol>(&content_))
-        return QtImage(*symbol).colored(colors_.colors());
-    return {};
+    if (embedded_) embedded_->setIcon(icons_.get(content_, colors_.colors()));
 }
 
 }  // namespace sonvara

@@ -1,16 +1,14 @@
 // The tray item, in whatever kind of tray the desktop has at the moment.
 #pragma once
 
-#include "platform/linux/style/QtImageRenderer.h"
+#include "platform/linux/tray/IconCache.h"
 #include "platform/linux/tray/StatusNotifierItem.h"
 #include "ports/StatusBar.h"
 
-#include <QImage>
-#include <QList>
+#include <QIcon>
 #include <QObject>
 
 #include <memory>
-#include <variant>
 
 namespace sonvara {
 
@@ -33,21 +31,19 @@ public:
     void setMenu(StatusMenu& menu) override;
 
 private:
-    /// An image of ours (not null), a symbol, or nothing.
-    using Content = std::variant<std::monostate, std::shared_ptr<const QtImage>, Symbol>;
-
     void setImage(std::shared_ptr<const Image> image) override;
     void setSymbol(const Symbol& symbol) override;
-    void setContent(Content content);
+    void setContent(IconContent content);
     void rebuild();
     void showContent();
-    [[nodiscard]] QList<QImage> pictures() const;
 
     TrayHostWatcher& host_;
     PanelColors& colors_;
     bool isVisible_ = true;
     QtStatusMenu* menu_ = nullptr;
-    Content content_;
+    IconContent content_;
+    IconCache<NotifierImageList> hostPictures_;  // of either kind of tray
+    IconCache<QIcon> icons_;
     std::unique_ptr<StatusNotifierItem> notifier_;
     std::unique_ptr<XEmbedIcon> embedded_;
 };
