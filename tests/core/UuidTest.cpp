@@ -48,6 +48,17 @@ TEST(UuidTest, EachPlaceTakesEachOfItsDigits)
     }
 }
 
+TEST(UuidTest, NoPlaceRepeatsTheOneBefore)
+{
+    std::set<std::size_t> different;
+    for (int i = 0; i < 100; ++i) {
+        const auto uuid = makeUuid();
+        for (const std::size_t place : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 24U, 25U, 26U, 27U, 28U, 29U, 30U, 31U})
+            if (uuid[place] != uuid[place + 1]) different.insert(place);
+    }
+    EXPECT_EQ(different.size(), 15U);
+}
+
 TEST(UuidTest, NoPlaceFollowsFromTheOneBefore)
 {
     std::set<std::size_t> independent;
