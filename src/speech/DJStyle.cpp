@@ -1,7 +1,5 @@
 #include "speech/DJStyle.h"
 
-#include "support/Random.h"
-
 #include <cstddef>
 #include <random>
 
@@ -10,8 +8,9 @@ namespace {
 
 std::string_view randomOpener()
 {
+    std::random_device source;
     std::uniform_int_distribution<std::size_t> position(0, DJ::openers.size() - 1);
-    return DJ::openers[position(randomSource())];
+    return DJ::openers[position(source)];
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "support/Uuid.h"
 
-#include "support/Random.h"
-
+#include <random>
 #include <string_view>
 
 namespace sonvara {
@@ -10,12 +9,13 @@ std::string makeUuid()
 {
     static constexpr std::string_view digits = "0123456789ABCDEF";
     std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
+    std::random_device source;
     std::random_device::result_type drawn = 0;
     int nibblesLeft = 0;
     for (auto& c : uuid) {
         if (c != 'x' && c != 'y') continue;
         if (nibblesLeft == 0) {
-            drawn = randomSource()();
+            drawn = source();
             nibblesLeft = 8;
         }
         const auto nibble = drawn & 0xFU;
