@@ -90,9 +90,16 @@ TEST_F(SpeechdSessionTest, owesNothingWhileALineSpeaks)
 {
     startAndRest();
     session->say(1, "one");
-    EXPECT_TRUE(session->waitingSince().has_value());
     ASSERT_TRUE(server.waitForLines(1));
     EXPECT_TRUE(rests());
+}
+
+TEST_F(SpeechdSessionTest, owesAnAnswerToALineAtOnce)
+{
+    startAndRest();
+    server.hangAt("SPEAK");
+    session->say(1, "one");
+    EXPECT_TRUE(session->waitingSince().has_value());
 }
 
 TEST_F(SpeechdSessionTest, owesAnAnswerToACancelAtOnce)
