@@ -201,9 +201,17 @@ TEST_F(SettingsViewTest, TheButtonCountsTheEntriesAndOpensTheSheetAlsoWhenEmpty)
     EXPECT_TRUE(viewLog().isEnabled());
 }
 
+TEST_F(SettingsViewTest, ASheetThatIsDismissedOtherwiseIsShownNoMore)
+{
+    viewLog().action();
+    form->isSheetShown.set(false);
+    EXPECT_FALSE(form->isSheetShown.get());
+}
+
 TEST_F(SettingsViewTest, DoneDismissesTheSheet)
 {
     form->isSheetShown.set(true);
+    EXPECT_TRUE(form->isSheetShown.get());
     const auto sheet = form->sheet();
     const auto done =
         std::ranges::find(sheet.buttons, "Done", [](const auto& button) { return button.title(); });
