@@ -66,10 +66,10 @@ bool LoweredPlayer::mayMislead(const VolumeLook& look, VolumeTime now) const
            (!isPlaying_ || now < playsSince_ + connecting);
 }
 
-bool LoweredPlayer::hasFallenSilent(double volume, VolumeTime now) const
+bool LoweredPlayer::hasFallenSilent(VolumeTime now) const
 {
     const bool wasTold = !isFree() && told_ != VolumeTime{};
-    return wasTold && isPlaying_ && volume <= silence && now < trackSince_ + connecting;
+    return wasTold && isPlaying_ && isSilent_ && !beganSilent_ && now < trackSince_ + connecting;
 }
 
 bool LoweredPlayer::isAtHome(double volume) const
@@ -107,18 +107,24 @@ void LoweredPlayer::want(bool low, VolumeTime now)
     tell(low ? levels_.low : levels_.home, now);
 }
 
+void LoweredPlayer::beginTrack(VolumeTime now)
+{
+    trackSince_ = now;
+    beganSilent_ = isSilent_;
+}
+
 void LoweredPlayer::hear(std::optional<bool> isPlaying, const std::optional<std::string>& track,
                          VolumeTime now)
 {
     hasOpened_ = hasOpened_ || isReady(now);
     if (track && *track != track_) {
         track_ = *track;
-        trackSince_ = now;
+        beginTrack(now);
         hasHeldTrack_ = false;
     }
     if (isPlaying == true && !isPlaying_) {
         playsSince_ = now;
-        trackSince_ = now;
+        beginTrack(now);
         toldWhilePlaying_ = false;
         repeats_ = 0;
     }
@@ -135,8 +141,9 @@ void LoweredPlayer::see(const VolumeLook& look, VolumeTime now)
     if (!firstPosition_) firstPosition_ = look.position;
     goesOn_ = goesOn_ || look.position > *firstPosition_;
     wasDoubtful_ = isDoubtful(look, now);
+    isSilent_ = look.volume <= silence;
     nextLook_.reset();
-    if (hasFallenSilent(look.volume, now)) {
+    if (hasFallenSilent(now)) {
         if (hasSettled(now)) tell(state_ == State::lowered ? levels_.low : levels_.home, now);
     } else {
         if (state_ == State::lowered && isPlaying_) judgeLowered(look.volume, now);

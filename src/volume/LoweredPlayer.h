@@ -59,7 +59,7 @@ struct VolumeLevels {
 /// |         | which has not gone on since          |
 /// | owed    | seen silent                          | the user's hand: told nothing and not read until it is heard
 /// | owed    | seen anywhere else                   | the user's hand: free
-/// | lowered | seen silent, a track or stream has   | tell it again: Strawberry says so of a stream that it opens
+/// | lowered | falls silent, a track or stream has  | tell it again: Strawberry says so of a stream that it opens
 /// | or owed | just begun: no hand is so quick      | on PipeWire, until it is told, and has another volume
 /// | free    | there is a note of it from before    | owed; it is told nothing before it is seen
 // clang-format on
@@ -138,10 +138,11 @@ private:
     {
         return look.isPlaying && look.position >= opening && !sawItBegin_;
     }
-    [[nodiscard]] bool hasFallenSilent(double volume, VolumeTime now) const;
+    [[nodiscard]] bool hasFallenSilent(VolumeTime now) const;
     [[nodiscard]] bool isAtHome(double volume) const;
     [[nodiscard]] bool isAboutLow(double volume) const;
     [[nodiscard]] bool isCube(double volume, VolumeTime now) const;
+    void beginTrack(VolumeTime now);
     void judgeLowered(double volume, VolumeTime now);
     void judgeHome(double volume, VolumeTime now);
     void judgeOwed(double volume, VolumeTime now);
@@ -162,6 +163,9 @@ private:
     int repeats_ = 0;            ///< of the last command
     bool hasObeyed_ = false;     ///< has been seen about low since it was told
     bool hasHeldTrack_ = false;  ///< was told low once more because of this track
+
+    bool isSilent_ = false;     ///< when it was last seen
+    bool beganSilent_ = false;  ///< its track: as its user wants it
 
     bool isPlaying_ = false;
     bool hasOpened_ = false;    ///< has been ready before

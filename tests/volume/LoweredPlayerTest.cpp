@@ -2,6 +2,7 @@
 #include "LoweredPlayerFixture.h"
 
 #include <cmath>
+#include <string>
 
 namespace sonvara::test {
 namespace {
@@ -144,6 +145,21 @@ TEST_F(LoweredPlayerTest, OneThatIsSeenAHundredthBelowHomeAfterAllIsBroughtHomeE
     EXPECT_EQ(answerAfter(5ms, 0.3), nothing);
     EXPECT_EQ(answerAfter(100ms, 0.79), Commands{0.804});
     EXPECT_FALSE(player.isLowered());
+}
+
+TEST_F(LoweredPlayerTest, OneThatIsSilencedStaysSoWithTheNextTracksAndWhenItGoesOn)
+{
+    haveObeyed();
+    EXPECT_EQ(answerAfter(1s, 0), nothing);
+    for (const std::string title : {"2", "3"}) {
+        next(title);
+        EXPECT_EQ(answerAfter(150ms, 0), nothing) << title;
+        EXPECT_EQ(answerAfter(100ms, 0.01), nothing) << title;
+        pass(5s);
+    }
+    play(false);
+    play();
+    EXPECT_EQ(answerAfter(150ms, 0), nothing);
 }
 
 TEST_F(LoweredPlayerTest, OneThatIsSilencedAndTurnedUpIsInItsUsersHand)

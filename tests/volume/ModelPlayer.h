@@ -66,8 +66,8 @@ public:
         trackBegan_ = schedule_.now();
         wasSetInTrack_ = false;
         if (quirks_.fallsSilent && hasStream_) {
-            schedule_.after(*quirks_.fallsSilent, [this, stream = stream_, track = track] {
-                if (stream == stream_ && track == this->track) fallSilent();
+            schedule_.after(*quirks_.fallsSilent, [this, stream = stream_, began = track] {
+                if (stream == stream_ && track == began) fallSilent();
             });
         }
         if (quirks_.takesBack && hasStream_) {

@@ -153,6 +153,8 @@ private:
     }
     void startPlayerAnew()
     {
+        // Else a line that was begun over the old one would read what the new one tells, and believe it: see `say`.
+        if (player_.resumes() && core_.ducksUnderWay > 0) return;
         desktop_.remove(run_);
         desktop_.schedule.pass(Milliseconds(dice_.number(0, 3000)));
         run_ = desktop_.add(player_, name);
@@ -167,9 +169,9 @@ private:
     {
         while (core_.lines > 0) core_.fallSilent();
         player_.play();
-        if (player_.tellsSilence())
-            player_.next();  // its user may have silenced it: nobody knows until it is heard
         for (int poll = 0; poll < 4; ++poll) {
+            // Its user may have silenced it: nobody knows until it is heard.
+            if (player_.tellsSilence()) player_.next();
             desktop_.poll();
             pass(3s);
         }
