@@ -38,7 +38,7 @@ std::optional<VolumeLevels> LoweredPlayer::levels() const
 
 bool LoweredPlayer::isSilence(double volume, VolumeTime now) const
 {
-    return volume <= silence && !isCertain(now);
+    return volume <= silence && !isReady(now);
 }
 
 bool LoweredPlayer::isOpening(double volume, VolumeTime now) const
@@ -167,7 +167,7 @@ void LoweredPlayer::judgeLowered(double volume, VolumeTime now)
         hasObeyed_ = false;
         repeats_ = mostRepeats;  // if it does so again, it has its way
         tell(levels_.low, now);
-    } else if ((isReady(now) || !isOpening(volume, now)) && hasSettled(now)) {
+    } else if (!isOpening(volume, now) && hasSettled(now)) {
         // One that went home by itself may go low by itself, too, where its tracks change quickly; and one that is
         // silenced while it is low comes back low.
         state_ = isAtHome(volume) || volume <= silence ? State::owed : State::free;

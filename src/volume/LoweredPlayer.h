@@ -88,7 +88,7 @@ public:
     [[nodiscard]] bool isLowered() const { return state_ == State::lowered; }
     /// The volumes, as long as it is not free.
     [[nodiscard]] std::optional<VolumeLevels> levels() const;
-    /// Whether `volume` may be the silence of a stream that opens, and not its user's choice.
+    /// Whether `volume` may be the silence before its stream is open, and not its user's choice.
     [[nodiscard]] bool isSilence(double volume, VolumeTime now) const;
     /// Whether it may be that, or the full volume that some tell until then.
     [[nodiscard]] bool isOpening(double volume, VolumeTime now) const;

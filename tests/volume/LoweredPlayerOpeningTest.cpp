@@ -18,19 +18,6 @@ TEST_F(LoweredPlayerOpeningTest, SilenceAndFullVolumeAreDoubtedForThreeSeconds)
     EXPECT_FALSE(player.isOpening(1, now));
 }
 
-TEST_F(LoweredPlayerOpeningTest, SilenceIsDoubtedForTwoSecondsOfEachTrack)
-{
-    haveForLong();
-    EXPECT_FALSE(player.isSilence(0, now));
-    next("2");
-    pass(1999ms);
-    EXPECT_TRUE(player.isSilence(0.01, now));
-    EXPECT_FALSE(player.isSilence(0.011, now));
-    EXPECT_FALSE(player.isOpening(1, now)) << "only silence";
-    pass(1ms);
-    EXPECT_FALSE(player.isSilence(0, now));
-}
-
 // Strawberry on PipeWire: its new stream sounds as it was told, but it says 0 until it is told anew.
 TEST_F(LoweredPlayerOpeningTest, OneThatFallsSilentWithATrackIsToldOnceMore)
 {

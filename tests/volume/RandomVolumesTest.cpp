@@ -35,6 +35,7 @@ public:
           core_(desktop_, dice_),
           player_(desktop_.schedule, quirks_)
     {
+        desktop_.readsSilenceAgain = true;
         desktop_.start();
         run_ = desktop_.add(player_, name);
         player_.play();
