@@ -37,12 +37,7 @@ std::set<int> openDescriptors()
 
 class SpeechdConnectionTest : public ::testing::Test {
 protected:
-    SpeechdConnectionTest()
-    {
-        ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + folder.file("speechd.sock")).c_str(), 1);
-        ::setenv("SPEECHD_CMD", "/bin/false", 1);
-        ::signal(SIGPIPE, SIG_IGN);
-    }
+    SpeechdConnectionTest() { ::signal(SIGPIPE, SIG_IGN); }
     ~SpeechdConnectionTest() override { ::signal(SIGPIPE, SIG_DFL); }
 
     std::unique_ptr<SpeechdConnection> open(SpeechdConnection::Listener listener = [](int, SpeechdEvent) {})

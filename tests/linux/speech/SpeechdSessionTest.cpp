@@ -38,12 +38,6 @@ private:
 
 class SpeechdSessionTest : public ::testing::Test {
 protected:
-    SpeechdSessionTest()
-    {
-        ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + folder.file("speechd.sock")).c_str(), 1);
-        ::setenv("SPEECHD_CMD", "/bin/false", 1);
-    }
-
     void start()
     {
         const auto token = std::make_shared<int>();

@@ -13,16 +13,10 @@
 
 namespace sonvara::test {
 
-/// The server's socket is the only one the library knows, and it cannot start a real daemon.
 class StubFixture : public SpeechFixture {
 protected:
     using Endings = StubSpeechServer::Endings;
 
-    StubFixture()
-    {
-        ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + folder.file("speechd.sock")).c_str(), 1);
-        ::setenv("SPEECHD_CMD", "/bin/false", 1);
-    }
     /// Waits for the threads of connections that hung, too: when the daemon leaves, the library now and then closes a
     /// descriptor twice, which may be another test's by then.
     ~StubFixture() override

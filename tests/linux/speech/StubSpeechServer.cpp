@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -42,6 +43,8 @@ std::string answerTo(const std::string& command)
 
 StubSpeechServer::StubSpeechServer(std::string path) : path_(std::move(path))
 {
+    ::setenv("SPEECHD_ADDRESS", ("unix_socket:" + path_).c_str(), 1);
+    ::setenv("SPEECHD_CMD", "/bin/false", 1);
     comeBack();
 }
 

@@ -24,7 +24,7 @@ public:
         waits,       ///< a line does not even begin, as while another program speaks, until the test says so
     };
 
-    /// Listens at `path`.
+    /// Listens at `path`. From now on it is the only one that the library knows, which cannot start a real daemon.
     explicit StubSpeechServer(std::string path);
     /// As `die`.
     ~StubSpeechServer();
